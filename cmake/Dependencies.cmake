@@ -1,0 +1,13 @@
+# Libraries come from Debian's packages (scripts/setup installs them).
+find_package(nlohmann_json 3.10 REQUIRED)
+find_package(CLI11 REQUIRED)
+find_package(fmt REQUIRED)
+find_package(PkgConfig REQUIRED)
+pkg_check_modules(XXHASH REQUIRED IMPORTED_TARGET libxxhash)
+if(NOT QEL_FUZZ)
+  find_package(GTest REQUIRED)
+  include(GoogleTest)
+endif()
+if(QEL_BENCH AND NOT QEL_SANITIZE AND NOT QEL_FUZZ)
+  find_package(benchmark REQUIRED)
+endif()
