@@ -1,0 +1,163 @@
+#include "validate.h"
+
+#include <qel/qel_types.h>
+
+#include <fmt/format.h>
+
+#include <map>
+#include <memory>
+#include <optional>
+#include <string_view>
+
+namespace qeltool {
+
+namespace {
+
+// Params that hold reference numbers, with the class they must lead to ("" for any class).
+struct ReferenceRule {
+    const char* owner;
+    const char* param;
+    const char* target;
+};
+
+constexpr ReferenceRule kReferences[] = {
+    {"Header", "rootLocation", "ModelSpace"},
+    {"ModelSpace", "objectList", ""},
+    {"ModelSpace", "layerMgr", "LayerMgr"},
+    {"ModelSpace", "modelSpaceViewList", "ModelSpaceView"},
+    {"LayerMgr", "layerList", "Layer"},
+    {"Layer", "objectList", ""},
+    {"ModelSpaceView", "coordSysMgr", "CoordSysMgr"},
+    {"GeometricGroup", "objectList", ""},
+    {"ExclusionVolume", "objectList", ""},
+};
+
+struct Unref {
+    void operator()(QelObject* o) const {
+        if (o) o->UnRef();
+    }
+};
+
+class Validator {
+public:
+    explicit Validator(QelReader& reader) : m_reader(reader) {}
+
+    std::vector<Finding> run() {
+        const unsigned count = m_reader.GetObjectCount();
+        m_classes.assign(count, std::nullopt);
+        for (unsigned id = 0; id < count; ++id)
+            readOne(id);
+        for (unsigned id = 0; id < count; ++id)
+            checkReferences(id);
+        checkStructure();
+        return std::move(m_findings);
+    }
+
+private:
+    void note(int object, std::string text) { m_findings.push_back({object, std::move(text)}); }
+
+    void readOne(unsigned id) {
+        try {
+            std::unique_ptr<QelObject, Unref> o(m_reader.ReadObject(id));
+            if (!o) return note(int(id), "cannot be read");
+            m_classes[id] = o->GetName();
+        } catch (const QelException& e) {
+            note(int(id), e.GetReason());
+        }
+    }
+
+    // The numbers held by a uint or uint[] param; nullopt when the param has another type.
+    static std::optional<std::vector<unsigned>> numbers(QelParam& p) {
+        if (p.GetType() == QelUIntType) {
+            unsigned v;
+            p.GetValue(v);
+            return std::vector<unsigned>{v};
+        }
+        if (p.GetType() == QelUIntArrayType) {
+            unsigned* v = nullptr;
+            unsigned n = 0;
+            p.GetValue(v, n, false);
+            return std::vector<unsigned>(v, v + n);
+        }
+        return std::nullopt;
+    }
+
+    void checkReferences(unsigned id) {
+        if (!m_classes[id]) return;
+        std::unique_ptr<QelObject, Unref> o(m_reader.ReadObject(id));
+        for (const ReferenceRule& rule : kReferences) {
+            if (*m_classes[id] != rule.owner) continue;
+            QelParam* p = o->GetParam(rule.param, 0);
+            if (!p) continue;
+            auto refs = numbers(*p);
+            if (!refs) {
+                note(int(id),
+                     fmt::format("{} \"{}\" should hold reference numbers (uint or uint[]), "
+                                 "not a {}",
+                                 rule.owner, rule.param, QelTypeName(p->GetType())));
+                continue;
+            }
+            for (std::size_t i = 0; i < refs->size(); ++i)
+                checkTarget(id, rule, (*refs)[i], i, refs->size());
+        }
+    }
+
+    void checkTarget(unsigned id, const ReferenceRule& rule, unsigned target, std::size_t i,
+                     std::size_t n) {
+        const std::string at = n == 1 && std::string_view(rule.param) != "objectList"
+                                   ? fmt::format("{} \"{}\"", rule.owner, rule.param)
+                                   : fmt::format("{} \"{}\"[{}]", rule.owner, rule.param, i);
+        if (target >= m_classes.size())
+            return note(int(id), fmt::format("{} = {} is out of range (the file has {} objects)",
+                                             at, target, m_classes.size()));
+        if (target == id) return note(int(id), fmt::format("{} refers to the object itself", at));
+        if (!m_classes[target])
+            return note(int(id),
+                        fmt::format("{} = {} refers to an object that cannot be read", at, target));
+        if (*rule.target && *m_classes[target] != rule.target)
+            note(int(id), fmt::format("{} = {} is a {}, not a {}", at, target, *m_classes[target],
+                                      rule.target));
+    }
+
+    void checkStructure() {
+        std::unique_ptr<QelObject, Unref> header;
+        try {
+            header.reset(m_reader.ReadObject("Header", 0));
+        } catch (const QelException&) {
+            return; // already reported by readOne
+        }
+        if (!header) return note(-1, "the file has no Header object");
+        QelParam* root = header->GetParam("rootLocation", 0);
+        if (!root) return note(-1, "the Header has no \"rootLocation\"");
+        if (!numbers(*root)) return note(-1, "the Header's \"rootLocation\" is not a uint");
+        unsigned modelSpace;
+        root->GetValue(modelSpace);
+        if (modelSpace >= m_classes.size() ||
+            m_classes[modelSpace] != std::optional<std::string>("ModelSpace"))
+            return; // reported with the Header's references
+        std::unique_ptr<QelObject, Unref> ms(m_reader.ReadObject(modelSpace));
+        for (const char* required : {"objectList", "layerMgr"})
+            if (!ms->GetParam(required, 0))
+                note(int(modelSpace), fmt::format("ModelSpace has no \"{}\"", required));
+        QelParam* layerMgr = ms->GetParam("layerMgr", 0);
+        unsigned mgr = 0;
+        if (!layerMgr || layerMgr->GetType() != QelUIntType) return;
+        layerMgr->GetValue(mgr);
+        if (mgr >= m_classes.size() || m_classes[mgr] != std::optional<std::string>("LayerMgr"))
+            return;
+        std::unique_ptr<QelObject, Unref> lm(m_reader.ReadObject(mgr));
+        if (!lm->GetParam("layerList", 0)) note(int(mgr), "LayerMgr has no \"layerList\"");
+    }
+
+    QelReader& m_reader;
+    std::vector<std::optional<std::string>> m_classes;
+    std::vector<Finding> m_findings;
+};
+
+} // namespace
+
+std::vector<Finding> validate(QelReader& reader) {
+    return Validator(reader).run();
+}
+
+} // namespace qeltool

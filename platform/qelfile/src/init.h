@@ -1,0 +1,6 @@
+#pragma once
+
+namespace qel {
+// True once QelInit was called with the right words.
+bool initialised();
+} // namespace qel
