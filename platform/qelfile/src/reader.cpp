@@ -56,14 +56,15 @@ void QelReader::Impl::open(const std::string& file) {
     const std::size_t size = map->size();
     if (size < kHeaderSize || std::memcmp(h, kMagic, sizeof kMagic) != 0)
         qel::fail("'{}' is not a QEL object file", file);
+    // An unfinished file has no header checksum yet, so its flag is looked at first.
+    if (!(load32(h + header::flags) & kFlagComplete))
+        qel::fail("'{}' is incomplete: the program writing it never finished the file", file);
     if (XXH3_64bits(h, header::headerChecksum) != load64(h + header::headerChecksum))
         qel::fail("'{}': the file header is damaged", file);
     const std::uint32_t version = load32(h + header::version);
     if (version != kVersion)
         qel::fail("'{}' has format version {}; this library reads version {}", file, version,
                   kVersion);
-    if (!(load32(h + header::flags) & kFlagComplete))
-        qel::fail("'{}' is incomplete: the program writing it never finished the file", file);
     const std::uint64_t statedSize = load64(h + header::fileSize);
     if (statedSize != size)
         qel::fail("'{}' is {} bytes long but was written with {} bytes: it has been truncated or "

@@ -78,10 +78,13 @@ void QelWriter::Impl::open(const std::string& target) {
         qel::fail("Cannot create '{}': {}", path, std::strerror(err));
     }
     buffer.reserve(kBufferSize);
-    // The header is written last; until then the file reads as incomplete.
+    // A header without the complete flag goes out at once, so that whatever a crash leaves
+    // behind reads as incomplete. Close writes the real header over it.
     buffer.assign(qel::format::kHeaderSize, 0);
     std::memcpy(buffer.data(), qel::format::kMagic, sizeof qel::format::kMagic);
+    std::memcpy(buffer.data() + qel::format::header::version, &qel::format::kVersion, 4);
     offset = qel::format::kHeaderSize;
+    flush();
 }
 
 void QelWriter::Impl::writeAll(const unsigned char* data, std::size_t size) {

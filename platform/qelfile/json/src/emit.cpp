@@ -24,6 +24,10 @@ void number(std::string& out, T v) {
         out += v > 0 ? "\"Infinity\"" : "\"-Infinity\"";
         return;
     }
+    if (v == 0 && std::signbit(v)) {
+        out += "-0.0"; // a plain -0 reads back as the integer 0
+        return;
+    }
     char text[64];
     auto [end, ec] = std::to_chars(text, text + sizeof text, v);
     out.append(text, end);
