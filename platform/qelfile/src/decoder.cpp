@@ -7,6 +7,7 @@
 
 #include <cstring>
 #include <memory>
+#include <vector>
 
 namespace qel {
 
@@ -26,9 +27,9 @@ struct ObjectRef {
 
 class Decoder {
 public:
-    Decoder(const unsigned char* data, std::size_t size,
-            const std::shared_ptr<const Mapping>& mapping, const std::string& where)
-        : m_data(data), m_size(size), m_mapping(mapping), m_where(where) {}
+    Decoder(const unsigned char* data, const std::shared_ptr<const Mapping>& mapping,
+            const std::string& path, unsigned id)
+        : m_data(data), m_mapping(mapping), m_path(path), m_id(id) {}
 
     QelObject* object(std::size_t end, unsigned depth);
     std::size_t position() const { return m_pos; }
@@ -36,7 +37,12 @@ public:
 private:
     template <typename... Args>
     [[noreturn]] void bad(fmt::format_string<Args...> text, Args&&... args) {
-        fail("{}: {}{}", m_where, m_context, fmt::format(text, std::forward<Args>(args)...));
+        std::string context;
+        for (const Frame& f : m_frames)
+            context += f.name ? fmt::format("param {} ('{}'): ", f.index, *f.name)
+                              : fmt::format("param {}: ", f.index);
+        fail("'{}': object {}: {}{}", m_path, m_id, context,
+             fmt::format(text, std::forward<Args>(args)...));
     }
 
     void need(std::size_t n, std::size_t end, const char* what) {
@@ -75,11 +81,16 @@ private:
     void value(QelParam::Impl& p, std::size_t end, unsigned depth);
 
     const unsigned char* m_data;
-    std::size_t m_size;
     std::size_t m_pos = 0;
     const std::shared_ptr<const Mapping>& m_mapping;
-    const std::string& m_where;
-    std::string m_context;
+    const std::string& m_path;
+    unsigned m_id;
+    // Where the decoder stands, for messages: the param being read at each nesting level.
+    struct Frame {
+        std::uint32_t index;
+        const std::string* name;
+    };
+    std::vector<Frame> m_frames;
 };
 
 QelObject* Decoder::object(std::size_t end, unsigned depth) {
@@ -94,15 +105,14 @@ QelObject* Decoder::object(std::size_t end, unsigned depth) {
     params.reserve(count);
     for (std::uint32_t i = 0; i < count; ++i) {
         std::unique_ptr<QelParam::Impl> p(new QelParam::Impl);
-        const std::string outer = m_context;
-        m_context += fmt::format("param {}: ", i);
+        m_frames.push_back({i, nullptr});
         p->type = static_cast<QelParamType>(u32(end, "param type"));
         const std::uint32_t length = u32(end, "param name length");
         if (length > format::kMaxNameLength) bad("name length {} is too long", length);
         p->name = text(length, end, "param name");
-        m_context = outer + fmt::format("param {} ('{}'): ", i, p->name);
+        m_frames.back().name = &p->name;
         value(*p, end, depth);
-        m_context = outer;
+        m_frames.pop_back();
         params.push_back(makeParam(p.release()));
     }
     return result.release();
@@ -167,11 +177,13 @@ void Decoder::value(QelParam::Impl& p, std::size_t end, unsigned depth) {
 } // namespace
 
 QelObject* decodeObject(const unsigned char* data, std::size_t size,
-                        const std::shared_ptr<const Mapping>& mapping, const std::string& where) {
-    Decoder decoder(data, size, mapping, where);
+                        const std::shared_ptr<const Mapping>& mapping, const std::string& path,
+                        unsigned id) {
+    Decoder decoder(data, mapping, path, id);
     ObjectRef result{decoder.object(size, 0)};
     if (decoder.position() != size)
-        fail("{}: {} bytes after the end of the object", where, size - decoder.position());
+        fail("'{}': object {}: {} bytes after the end of the object", path, id,
+             size - decoder.position());
     return result.release();
 }
 

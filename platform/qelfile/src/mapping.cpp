@@ -28,7 +28,7 @@ std::shared_ptr<Mapping> Mapping::open(const std::string& path) {
     if (!S_ISREG(st.st_mode)) fail("Cannot open '{}': not a regular file", path);
     const auto size = static_cast<std::size_t>(st.st_size);
     if (size == 0) return std::shared_ptr<Mapping>(new Mapping(nullptr, 0));
-    void* p = ::mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_POPULATE, file.fd, 0);
+    void* p = ::mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE, file.fd, 0);
     if (p == MAP_FAILED) fail("Cannot map '{}': {}", path, std::strerror(errno));
     return std::shared_ptr<Mapping>(new Mapping(static_cast<unsigned char*>(p), size));
 }

@@ -6,17 +6,18 @@
 
 QelObject::QelObject(Impl* impl) : m_impl(impl) {}
 
-QelObject::~QelObject() {
-    for (QelParam* param : m_impl->params)
+QelObject::~QelObject() = default;
+
+QelObject::Impl::~Impl() {
+    for (QelParam* param : params)
         qel::destroyParam(param);
-    delete m_impl;
 }
 
 namespace qel {
 QelObject* makeObject(std::string className) {
     auto* impl = new QelObject::Impl;
     impl->className = std::move(className);
-    return QelAccess::makeObject(impl);
+    return &impl->face;
 }
 } // namespace qel
 
@@ -72,5 +73,5 @@ void QelObject::AddRef() {
 }
 
 void QelObject::UnRef() {
-    if (--m_impl->refs == 0) delete this;
+    if (--m_impl->refs == 0) delete m_impl;
 }

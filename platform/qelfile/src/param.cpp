@@ -10,9 +10,7 @@ QelParam::Impl::~Impl() {
 }
 
 QelParam::QelParam(Impl* impl) : m_impl(impl) {}
-QelParam::~QelParam() {
-    delete m_impl;
-}
+QelParam::~QelParam() = default;
 
 using qel::typeName;
 

@@ -8,7 +8,9 @@
 #include <memory>
 #include <string>
 
+// The param's public face lives inside its Impl, so that one allocation makes a param.
 struct QelParam::Impl {
+    QelParam face{this};
     std::string name;
     QelParamType type = QelUnknownType;
     union {
@@ -31,10 +33,9 @@ struct QelParam::Impl {
 };
 
 struct QelAccess {
-    static QelParam* makeParam(QelParam::Impl* impl) { return new QelParam(impl); }
+    static QelParam* makeParam(QelParam::Impl* impl) { return &impl->face; }
     static QelParam::Impl* impl(const QelParam* p) { return p->m_impl; }
-    static void destroy(QelParam* p) { delete p; }
-    static QelObject* makeObject(QelObject::Impl* impl) { return new QelObject(impl); }
+    static void destroy(QelParam* p) { delete p->m_impl; }
 };
 
 namespace qel {

@@ -124,7 +124,7 @@ QelObject* QelReader::Impl::read(unsigned id) const {
     const unsigned char* data = base + e.offset;
     if (XXH3_64bits(data, e.size) != e.checksum)
         qel::fail("'{}': object {} is damaged (checksum mismatch)", path, id);
-    return qel::decodeObject(data, e.size, mapping, fmt::format("'{}': object {}", path, id));
+    return qel::decodeObject(data, e.size, mapping, path, id);
 }
 
 QelReader::QelReader() : m_impl(nullptr) {}
