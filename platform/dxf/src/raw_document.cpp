@@ -1,0 +1,108 @@
+#include <dxf/raw_document.h>
+
+namespace dxf {
+
+const std::string* Record::find(int code) const {
+    for (const Tag& t : tags)
+        if (t.code == code) return &t.value;
+    return nullptr;
+}
+
+const Section* RawDocument::section(const std::string& name) const {
+    for (const Section& s : sections)
+        if (s.name == name) return &s;
+    return nullptr;
+}
+
+Section* RawDocument::section(const std::string& name) {
+    for (Section& s : sections)
+        if (s.name == name) return &s;
+    return nullptr;
+}
+
+namespace {
+
+std::string describe(const Tag& t) {
+    return std::to_string(t.code) + "/" + t.value;
+}
+
+// Reads one section's body, up to and including its ENDSEC.
+void readSection(TagReader& in, Section& section) {
+    Tag tag;
+    Record* current = nullptr;
+    while (in.next(tag)) {
+        if (tag.code == 0) {
+            if (tag.value == "ENDSEC") return;
+            if (tag.value == "SECTION" || tag.value == "EOF")
+                throw DxfError(in.source(), tag.line,
+                               "section " + section.name + " is not closed (found " +
+                                   describe(tag) + " before its ENDSEC)");
+            section.records.push_back({tag.value, {}, tag.line});
+            current = &section.records.back();
+        } else if (current) {
+            current->tags.push_back(std::move(tag));
+        } else {
+            section.leading.push_back(std::move(tag));
+        }
+    }
+    throw DxfError(in.source(), section.line,
+                   "section " + section.name + " is not closed: the file ends before its ENDSEC");
+}
+
+} // namespace
+
+RawDocument readRaw(const std::string& text, const std::string& source) {
+    TagReader in(text, source);
+    RawDocument doc;
+    Tag tag;
+    bool sawEof = false;
+    while (in.next(tag)) {
+        if (tag.code == 999) continue; // comments between sections
+        if (tag.code == 0 && tag.value == "EOF") {
+            sawEof = true;
+            break;
+        }
+        if (tag.code != 0 || tag.value != "SECTION")
+            throw DxfError(source, tag.line, "expected 0/SECTION, found " + describe(tag));
+        Tag name;
+        if (!in.next(name) || name.code != 2)
+            throw DxfError(source, tag.line, "a SECTION must be followed by its name (group 2)");
+        if (doc.section(name.value))
+            throw DxfError(source, name.line, "section " + name.value + " appears twice");
+        doc.sections.push_back({name.value, {}, {}, tag.line});
+        readSection(in, doc.sections.back());
+    }
+    if (!sawEof)
+        doc.warnings.push_back(source + ": the file has no EOF marker; read up to its end");
+    else if (in.next(tag))
+        doc.warnings.push_back(source + ", line " + std::to_string(tag.line) +
+                               ": text after the EOF marker was ignored");
+    return doc;
+}
+
+void writeRaw(TagWriter& out, const RawDocument& doc) {
+    for (const Section& s : doc.sections) {
+        out.write(0, "SECTION");
+        out.write(2, s.name);
+        out.write(s.leading);
+        for (const Record& r : s.records) {
+            out.write(0, r.type);
+            out.write(r.tags);
+        }
+        out.write(0, "ENDSEC");
+    }
+    out.write(0, "EOF");
+}
+
+std::vector<HeaderVariable> headerVariables(const Section& header) {
+    std::vector<HeaderVariable> vars;
+    for (const Tag& t : header.leading) {
+        if (t.code == 9)
+            vars.push_back({t.value, {}});
+        else if (!vars.empty())
+            vars.back().values.push_back(t);
+    }
+    return vars;
+}
+
+} // namespace dxf

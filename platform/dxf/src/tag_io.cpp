@@ -1,0 +1,99 @@
+#include <dxf/tag_io.h>
+
+#include <charconv>
+#include <cstring>
+
+namespace dxf {
+
+namespace {
+constexpr char kBinarySentinel[] = "AutoCAD Binary DXF";
+}
+
+TagReader::TagReader(std::string text, std::string source)
+    : m_text(std::move(text)), m_source(std::move(source)) {
+    if (m_text.compare(0, 3, "\xEF\xBB\xBF") == 0) m_pos = 3;
+    if (m_text.compare(0, sizeof kBinarySentinel - 1, kBinarySentinel) == 0)
+        throw DxfError(m_source, 1, "binary DXF is not supported; save the drawing as ASCII DXF");
+}
+
+bool TagReader::nextLine(std::string_view& line) {
+    if (m_pos >= m_text.size()) return false;
+    const std::size_t end = m_text.find('\n', m_pos);
+    const std::size_t stop = end == std::string::npos ? m_text.size() : end;
+    std::size_t len = stop - m_pos;
+    if (len > 0 && m_text[m_pos + len - 1] == '\r') --len;
+    line = std::string_view(m_text).substr(m_pos, len);
+    m_pos = end == std::string::npos ? m_text.size() : end + 1;
+    ++m_line;
+    return true;
+}
+
+bool TagReader::next(Tag& tag) {
+    if (m_hasPushed) {
+        tag = m_pushed;
+        m_hasPushed = false;
+        return true;
+    }
+    std::string_view codeLine;
+    // Blank lines between tags are tolerated at the end of a file only.
+    if (!nextLine(codeLine)) return false;
+    std::size_t a = 0, b = codeLine.size();
+    while (a < b && (codeLine[a] == ' ' || codeLine[a] == '\t'))
+        ++a;
+    while (b > a && (codeLine[b - 1] == ' ' || codeLine[b - 1] == '\t'))
+        --b;
+    if (a == b) {
+        const std::size_t line = m_line;
+        std::string_view rest;
+        while (nextLine(rest))
+            if (rest.find_first_not_of(" \t") != std::string_view::npos)
+                throw DxfError(m_source, line, "empty line where a group code should be");
+        return false;
+    }
+    int code = 0;
+    auto [end, ec] = std::from_chars(codeLine.data() + a, codeLine.data() + b, code);
+    if (ec != std::errc() || end != codeLine.data() + b)
+        throw DxfError(m_source, m_line,
+                       "group code '" + std::string(codeLine.substr(a, b - a)) +
+                           "' is not a number");
+    const std::size_t codeAt = m_line;
+    std::string_view valueLine;
+    if (!nextLine(valueLine))
+        throw DxfError(m_source, codeAt,
+                       "group code " + std::to_string(code) + " has no value line");
+    tag.code = code;
+    tag.value.assign(valueLine);
+    tag.line = codeAt;
+    return true;
+}
+
+void TagReader::pushBack(const Tag& tag) {
+    m_pushed = tag;
+    m_hasPushed = true;
+}
+
+void TagWriter::write(int code, const std::string& value) {
+    char text[16];
+    auto [end, ec] = std::to_chars(text, text + sizeof text, code);
+    const std::size_t width = static_cast<std::size_t>(end - text);
+    for (std::size_t i = width; i < 3; ++i)
+        m_out.put(' ');
+    m_out.write(text, static_cast<std::streamsize>(width));
+    m_out.put('\n');
+    // A value never spans lines: a line break inside it would be read as the next group code.
+    if (value.find_first_of("\r\n") == std::string::npos) {
+        m_out << value;
+    } else {
+        for (char c : value)
+            m_out << (c == '\n' ? ' ' : c == '\r' ? ' ' : c);
+    }
+    m_out.put('\n');
+}
+
+void TagWriter::writePoint(int code, double x, double y, double z) {
+    writeDouble(code, x);
+    writeDouble(code + 10, y);
+    writeDouble(code + 20, z);
+}
+
+} // namespace dxf
