@@ -82,44 +82,30 @@ void array(std::string& out, QelParam& p, int depth, Put put) {
 
 void object(std::string& out, const QelObject& obj, int depth);
 
+template <typename T>
+T scalar(const QelParam& p) {
+    T v{};
+    p.GetValue(v);
+    return v;
+}
+
 void value(std::string& out, QelParam& p, int depth) {
     switch (p.GetType()) {
-    case QelBoolType: {
-        bool v;
-        p.GetValue(v);
-        out += v ? "true" : "false";
+    case QelBoolType:
+        out += scalar<bool>(p) ? "true" : "false";
         return;
-    }
-    case QelShortType: {
-        short v;
-        p.GetValue(v);
-        return integer(out, v);
-    }
-    case QelIntType: {
-        int v;
-        p.GetValue(v);
-        return integer(out, v);
-    }
-    case QelUIntType: {
-        unsigned v;
-        p.GetValue(v);
-        return integer(out, v);
-    }
-    case QelFloatType: {
-        float v;
-        p.GetValue(v);
-        return number(out, v);
-    }
-    case QelDoubleType: {
-        double v;
-        p.GetValue(v);
-        return number(out, v);
-    }
-    case QelStringType: {
-        const char* v;
-        p.GetValue(v);
-        return string(out, v);
-    }
+    case QelShortType:
+        return integer(out, scalar<short>(p));
+    case QelIntType:
+        return integer(out, scalar<int>(p));
+    case QelUIntType:
+        return integer(out, scalar<unsigned>(p));
+    case QelFloatType:
+        return number(out, scalar<float>(p));
+    case QelDoubleType:
+        return number(out, scalar<double>(p));
+    case QelStringType:
+        return string(out, scalar<const char*>(p));
     case QelObjectType: {
         QelObject* v;
         p.GetValue(v);

@@ -8,6 +8,7 @@
 #include <cmath>
 #include <limits>
 #include <memory>
+#include <type_traits>
 #include <vector>
 
 using nlohmann::json;
@@ -45,8 +46,10 @@ private:
     template <typename T>
     T real(const json& v, const std::string& where);
     std::string text(const json& v, const std::string& where);
-    template <typename T, typename Read>
-    QelParam* array(const std::string& name, const json& v, const std::string& where, Read read);
+    template <typename T>
+    T element(const json& v, const std::string& where);
+    template <typename T>
+    QelParam* array(const std::string& name, const json& v, const std::string& where);
 
     std::string m_source;
 };
@@ -99,15 +102,22 @@ std::string Builder::text(const json& v, const std::string& where) {
     bad(where, "expected a string, found {}", v.dump());
 }
 
-template <typename T, typename Read>
-QelParam* Builder::array(const std::string& name, const json& v, const std::string& where,
-                         Read read) {
+template <typename T>
+T Builder::element(const json& v, const std::string& where) {
+    if constexpr (std::is_floating_point_v<T>)
+        return real<T>(v, where);
+    else
+        return integer<T>(v, where);
+}
+
+template <typename T>
+QelParam* Builder::array(const std::string& name, const json& v, const std::string& where) {
     if (!v.is_array()) bad(where, "expected an array, found {}", v.dump());
     if (v.size() > std::numeric_limits<unsigned>::max()) bad(where, "array is too long");
     std::vector<T> values;
     values.reserve(v.size());
     for (std::size_t i = 0; i < v.size(); ++i)
-        values.push_back(read(v[i], fmt::format("{}, element {}", where, i)));
+        values.push_back(element<T>(v[i], fmt::format("{}, element {}", where, i)));
     return QelParam::Create(name.c_str(), values.data(), static_cast<unsigned>(values.size()));
 }
 
@@ -142,27 +152,17 @@ QelParam* Builder::param(const json& j, const std::string& at, unsigned depth) {
         return QelParam::Create(n, child.get());
     }
     case QelByteArrayType:
-        return array<unsigned char>(name, v, where, [&](const json& e, const std::string& w) {
-            return integer<unsigned char>(e, w);
-        });
+        return array<unsigned char>(name, v, where);
     case QelShortArrayType:
-        return array<short>(name, v, where, [&](const json& e, const std::string& w) {
-            return integer<short>(e, w);
-        });
+        return array<short>(name, v, where);
     case QelIntArrayType:
-        return array<int>(name, v, where,
-                          [&](const json& e, const std::string& w) { return integer<int>(e, w); });
+        return array<int>(name, v, where);
     case QelUIntArrayType:
-        return array<unsigned>(name, v, where, [&](const json& e, const std::string& w) {
-            return integer<unsigned>(e, w);
-        });
+        return array<unsigned>(name, v, where);
     case QelFloatArrayType:
-        return array<float>(name, v, where,
-                            [&](const json& e, const std::string& w) { return real<float>(e, w); });
+        return array<float>(name, v, where);
     case QelDoubleArrayType:
-        return array<double>(name, v, where, [&](const json& e, const std::string& w) {
-            return real<double>(e, w);
-        });
+        return array<double>(name, v, where);
     default:
         bad(where, "unknown type '{}'", typeText);
     }
