@@ -23,7 +23,8 @@ std::optional<bool> parseSwitch(std::wstring_view word) {
     return std::nullopt;
 }
 
-DialogDriver::DialogDriver(CDialog& dialog) : dialog_(dialog) {}
+DialogDriver::DialogDriver(CDialog& dialog)
+    : dialog_(dialog), actionMark_(Transcript::instance().size()) {}
 
 UINT DialogDriver::templateId() const {
     return dialog_.templateId();
@@ -38,6 +39,7 @@ std::vector<ControlState> DialogDriver::controls() const {
     HWND dialog = dialog_.m_hWnd;
     if (!detail::valid(dialog)) return out;
     for (HWND w : dialog->children) {
+        if (w->role != WindowRole::Control) continue;
         const ControlTemplate& t = dialog->layout->controls[w->index];
         ControlState c;
         c.kind = w->kind;

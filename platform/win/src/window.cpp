@@ -321,7 +321,7 @@ BOOL IsWindowVisible(HWND window) {
 HWND GetDlgItem(HWND dialog, int id) {
     if (!valid(dialog)) return nullptr;
     for (HWND child : dialog->children)
-        if (child->id == id) return child;
+        if (child->role == WindowRole::Control && child->id == id) return child;
     return nullptr;
 }
 
@@ -358,7 +358,7 @@ UINT IsDlgButtonChecked(HWND dialog, int id) {
 BOOL CheckRadioButton(HWND dialog, int first, int last, int check) {
     if (!valid(dialog)) return FALSE;
     for (HWND child : dialog->children)
-        if (child->id >= first && child->id <= last)
+        if (child->role == WindowRole::Control && child->id >= first && child->id <= last)
             SendMessageW(child, BM_SETCHECK, child->id == check ? BST_CHECKED : BST_UNCHECKED, 0);
     return TRUE;
 }
