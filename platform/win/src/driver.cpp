@@ -162,7 +162,8 @@ std::wstring DialogDriver::set(int id, const std::wstring& value, AnswerSource s
     default:
         return describe(id) + L" can't be changed";
     }
-    Transcript::instance().dialog(L"set", id, caption(), describe(id) + L" = " + value, 0, source);
+    Transcript::instance().dialog(L"set", static_cast<int>(templateId()), caption(),
+                                  describe(id) + L" = " + value, 0, source);
     MSG click;
     click.hwnd = control;
     click.message = WM_LBUTTONUP;
@@ -191,7 +192,8 @@ std::wstring DialogDriver::press(int id, AnswerSource source) {
     if (control->kind != ControlKind::PushButton && control->kind != ControlKind::CheckBox &&
         control->kind != ControlKind::RadioButton)
         return describe(id) + L" is not a button";
-    Transcript::instance().dialog(L"pressed", id, caption(), describe(id), 0, source);
+    Transcript::instance().dialog(L"pressed", static_cast<int>(templateId()), caption(),
+                                  describe(id), 0, source);
     MSG msg;
     msg.hwnd = control;
     msg.message = WM_LBUTTONUP;
