@@ -38,6 +38,7 @@ class TranscriptMark {
 public:
     TranscriptMark() : from_(win::Transcript::instance().size()) {}
     std::vector<win::Event> events() const { return win::Transcript::instance().events(from_); }
+    std::size_t from() const { return from_; }
     // One line per event, as the transcript file has them.
     std::vector<std::string> lines() const;
     std::vector<win::Event> of(win::EventKind kind) const;

@@ -4,6 +4,7 @@
 #include <win/presenter.h>
 #include <win/transcript.h>
 
+#include <algorithm>
 #include <cwctype>
 
 namespace win {
@@ -92,6 +93,11 @@ int MessageBoxW(HWND, LPCWSTR text, LPCWSTR caption, UINT type) {
     win::MessageBoxRequest box{text ? text : L"", caption ? caption : L"Error", type};
     win::AnswerSource source = win::AnswerSource::Default;
     int answer = win::presenter().messageBox(box, source);
+    auto buttons = win::buttonsOf(type);
+    if (std::find(buttons.begin(), buttons.end(), answer) == buttons.end()) {
+        answer = win::defaultButton(type); // a box can only be answered by one of its buttons
+        source = win::AnswerSource::Default;
+    }
     win::Transcript::instance().messageBox(box.text, box.caption, type, answer, source);
     return answer;
 }
