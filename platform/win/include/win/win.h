@@ -1,11 +1,13 @@
 // The Windows and MFC subset of the host, in one include.
 #pragma once
 
+#include <win/cfile.h>
 #include <win/controls.h>
 #include <win/cstring.h>
 #include <win/cwnd.h>
 #include <win/dialog.h>
 #include <win/errors.h>
+#include <win/files.h>
 #include <win/format.h>
 #include <win/msgbox.h>
 #include <win/presenter.h>
