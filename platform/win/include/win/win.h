@@ -4,12 +4,14 @@
 #include <win/cfile.h>
 #include <win/controls.h>
 #include <win/cstring.h>
+#include <win/cursor.h>
 #include <win/cwnd.h>
 #include <win/dialog.h>
 #include <win/errors.h>
 #include <win/files.h>
 #include <win/format.h>
 #include <win/msgbox.h>
+#include <win/pickers.h>
 #include <win/presenter.h>
 #include <win/registry.h>
 #include <win/resource.h>
