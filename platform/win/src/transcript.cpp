@@ -81,25 +81,23 @@ void Transcript::add(Event event) {
         listener(event);
 }
 
-void Transcript::print(std::wstring_view text) {
+void Transcript::addText(EventKind kind, std::wstring_view text) {
     Event e;
-    e.kind = EventKind::Print;
+    e.kind = kind;
     e.text = text;
     add(std::move(e));
+}
+
+void Transcript::print(std::wstring_view text) {
+    addText(EventKind::Print, text);
 }
 
 void Transcript::alert(std::wstring_view text) {
-    Event e;
-    e.kind = EventKind::Alert;
-    e.text = text;
-    add(std::move(e));
+    addText(EventKind::Alert, text);
 }
 
 void Transcript::host(std::wstring_view text) {
-    Event e;
-    e.kind = EventKind::Host;
-    e.text = text;
-    add(std::move(e));
+    addText(EventKind::Host, text);
 }
 
 void Transcript::messageBox(std::wstring_view text, std::wstring_view caption, UINT type,

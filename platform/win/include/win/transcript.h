@@ -77,6 +77,7 @@ public:
 
 private:
     Transcript() = default;
+    void addText(EventKind kind, std::wstring_view text);
     mutable std::recursive_mutex mutex_;
     std::vector<Event> events_;
     std::vector<std::pair<int, Listener>> listeners_;
