@@ -34,6 +34,8 @@ TEST(Dialog, ScriptedAnswersFillTheControlsAndDataExchangeTheMembers) {
     EXPECT_EQ(dialog.DoModal(), IDOK);
     EXPECT_EQ(dialog.initialised, 1);
     EXPECT_EQ(dialog.browsed, 1) << "the message map ran the browse handler";
+    EXPECT_FALSE(dialog.ownerEnabledWhileUp) << "a modal dialog disables its owner";
+    EXPECT_TRUE(AfxGetMainWnd()->IsWindowEnabled()) << "and gives it back";
     EXPECT_STREQ(dialog.m_fileName, L"C:\\out\\plant.qel") << "OK handler's change was exchanged";
     EXPECT_EQ(dialog.m_processMethod, 0);
     EXPECT_EQ(dialog.m_scope, 1);
