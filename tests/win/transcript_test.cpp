@@ -98,13 +98,16 @@ TEST(Transcript, AModelessProgressDialogReportsPercentagesAndItsCancel) {
     dialog.DestroyWindow();
     EXPECT_EQ(dialog.m_hWnd, nullptr);
     std::vector<std::string> expected = {
-        "dialog 1908 created:  (user)",
+        "dialog 1908 created",
         "progress 1003: 0% (0 of 0..8)", // a new range reports where it starts
-        "progress 1003: 12% (1 of 0..8)", "dialog 1908 pressed: Cancel (2) (script)",
-        "progress 1003: 25% (2 of 0..8)", "progress 1003: 37% (3 of 0..8)",
-        "progress 1003: 50% (4 of 0..8)", "progress 1003: 100% (8 of 0..8)",
+        "progress 1003: 12% (1 of 0..8)",
+        "dialog 1908 pressed: Cancel (2) (script)",
+        "progress 1003: 25% (2 of 0..8)",
+        "progress 1003: 37% (3 of 0..8)",
+        "progress 1003: 50% (4 of 0..8)",
+        "progress 1003: 100% (8 of 0..8)",
         "progress 1003: 12% (1 of 0..8)", // a step past the end starts over
-        "dialog 1908 destroyed:  (user)",
+        "dialog 1908 destroyed",
     };
     EXPECT_EQ(mark.lines(), expected);
 }
