@@ -111,3 +111,17 @@ TEST(Transcript, AModelessProgressDialogReportsPercentagesAndItsCancel) {
     };
     EXPECT_EQ(mark.lines(), expected);
 }
+
+TEST(Transcript, ACancelRequestedFromOutsidePressesCancelAtTheNextPump) {
+    Scripted script;
+    CTestProgressDlg dialog;
+    ASSERT_TRUE(dialog.Create(CTestProgressDlg::IDD));
+    pump(dialog);
+    EXPECT_EQ(dialog.cancelled, 0);
+    win::requestCancel(); // what the terminal's Ctrl-C handler does
+    pump(dialog);
+    EXPECT_EQ(dialog.cancelled, 1);
+    pump(dialog);
+    EXPECT_EQ(dialog.cancelled, 1) << "one request, one press";
+    dialog.DestroyWindow();
+}
