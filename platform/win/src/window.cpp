@@ -392,18 +392,22 @@ volatile std::sig_atomic_t cancelRequested = 0;
 
 // A pending cancel request becomes a click on the newest modeless dialog's Cancel button.
 void postRequestedCancel() {
-    if (!cancelRequested) return;
-    std::vector<HWND> dialogs = win::modelessDialogs();
-    if (dialogs.empty()) return;
-    cancelRequested = 0;
-    if (HWND cancel = GetDlgItem(dialogs.back(), IDCANCEL)) {
-        win::Transcript::instance().dialog(L"pressed", dialogs.back()->id, dialogs.back()->text,
-                                           L"Cancel (2)", 0, win::AnswerSource::User);
-        PostMessageW(cancel, WM_LBUTTONUP, 0, 0);
-    }
+    if (cancelRequested && win::detail::pressModelessCancel(win::AnswerSource::User))
+        cancelRequested = 0;
 }
 
 } // namespace
+
+bool win::detail::pressModelessCancel(AnswerSource source) {
+    std::vector<HWND> dialogs = win::modelessDialogs();
+    if (dialogs.empty()) return false;
+    if (HWND cancel = GetDlgItem(dialogs.back(), IDCANCEL)) {
+        win::Transcript::instance().dialog(L"pressed", dialogs.back()->id, dialogs.back()->text,
+                                           L"Cancel (2)", 0, source);
+        PostMessageW(cancel, WM_LBUTTONUP, 0, 0);
+    }
+    return true;
+}
 
 void win::requestCancel() {
     cancelRequested = 1;
