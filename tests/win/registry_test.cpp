@@ -238,3 +238,25 @@ TEST_F(Registry, AValueWithoutTypeIsReportedByKeyAndName) {
         std::string::npos)
         << message;
 }
+
+TEST_F(Registry, AValueAnotherProcessWroteIsSeenAtTheNextQuery) {
+    HKEY key = createKey();
+    ASSERT_EQ(setDword(key, L"ImportErrorCount", 1), ERROR_SUCCESS);
+    DWORD count = 0, size = sizeof count;
+    ASSERT_EQ(RegQueryValueExW(key, L"ImportErrorCount", nullptr, nullptr,
+                               reinterpret_cast<BYTE*>(&count), &size),
+              ERROR_SUCCESS);
+    ASSERT_EQ(count, 1u);
+    ASSERT_EQ(inChild([] {
+                  HKEY other = nullptr;
+                  RegOpenKeyExW(HKEY_CURRENT_USER, kKey, 0, KEY_WRITE, &other);
+                  return setDword(other, L"ImportErrorCount", 2) == ERROR_SUCCESS ? 0 : 1;
+              }),
+              0);
+    size = sizeof count;
+    ASSERT_EQ(RegQueryValueExW(key, L"ImportErrorCount", nullptr, nullptr,
+                               reinterpret_cast<BYTE*>(&count), &size),
+              ERROR_SUCCESS);
+    EXPECT_EQ(count, 2u) << "the handle open here reads what the other process wrote";
+    RegCloseKey(key);
+}
