@@ -132,8 +132,7 @@ int TerminalPresenter::messageBox(const MessageBoxRequest& box, AnswerSource& so
 }
 
 void TerminalPresenter::runModal(DialogDriver& dialog) {
-    for (const std::wstring& message : dialog.lastMessages())
-        say(L"! " + message + L"\n");
+    if (!dialog.remark().empty()) say(L"! " + dialog.remark() + L"\n");
     std::wstring shown = render(dialog);
     say(shown);
     say(L"Change a field with NAME = VALUE; press a button by its number or name; OK; Cancel; "
