@@ -101,10 +101,6 @@ HWND CWnd::Detach() {
     return window;
 }
 
-BOOL CWnd::SubclassDlgItem(UINT id, CWnd* parent) {
-    return parent ? Attach(::GetDlgItem(parent->m_hWnd, static_cast<int>(id))) : FALSE;
-}
-
 void CWnd::SetWindowText(LPCTSTR text) {
     ::SetWindowTextW(m_hWnd, text);
 }
@@ -161,12 +157,6 @@ UINT CWnd::IsDlgButtonChecked(int id) const {
 }
 void CWnd::CheckRadioButton(int first, int last, int check) {
     ::CheckRadioButton(m_hWnd, first, last, check);
-}
-
-int CWnd::GetCheckedRadioButton(int first, int last) const {
-    for (int id = first; id <= last; ++id)
-        if (::IsDlgButtonChecked(m_hWnd, id) == BST_CHECKED) return id;
-    return 0;
 }
 
 LRESULT CWnd::SendMessage(UINT message, WPARAM wParam, LPARAM lParam) {
