@@ -197,13 +197,15 @@ TEST(Entities, ExplodeGivesTheParts) {
     expectNear(s, {2, 0, 0});
     expectNear(e, {4, 0, 0});
     expectExtents(*arc, {2, -1, 0}, {4, 0, 0});
-    for (void* p : parts) delete static_cast<AcDbEntity*>(p);
+    for (void* p : parts)
+        delete static_cast<AcDbEntity*>(p);
 
     AcDb3dPolyline open3d(AcDb::k3dSimplePoly, {{0, 0, 0}, {1, 0, 0}, {1, 1, 0}}, true);
     parts.removeAll();
     ASSERT_EQ(open3d.explode(parts), Acad::eOk);
     EXPECT_EQ(parts.length(), 3);
-    for (void* p : parts) delete static_cast<AcDbEntity*>(p);
+    for (void* p : parts)
+        delete static_cast<AcDbEntity*>(p);
 
     AcDbCircle circle;
     parts.removeAll();
@@ -212,7 +214,9 @@ TEST(Entities, ExplodeGivesTheParts) {
 
 TEST(Entities, PolyFaceMeshChecksVertexNumbers) {
     AcDbPolyFaceMesh mesh;
-    for (int i = 0; i < 3; ++i) EXPECT_EQ(mesh.appendVertex(new AcDbPolyFaceMeshVertex({double(i), double(i * i), 0})), Acad::eOk);
+    for (int i = 0; i < 3; ++i)
+        EXPECT_EQ(mesh.appendVertex(new AcDbPolyFaceMeshVertex({double(i), double(i * i), 0})),
+                  Acad::eOk);
     auto* beyond = new AcDbFaceRecord(1, 2, 4, 0);
     EXPECT_EQ(mesh.appendFaceRecord(beyond), Acad::eInvalidMeshVertexIndex);
     EXPECT_EQ(int(mesh.appendFaceRecord(beyond)), 56);
@@ -252,7 +256,8 @@ TEST(Entities, PolygonMeshSizes) {
     EXPECT_EQ(wrongCount.mSize(), 0);
     AcDbPolygonMesh tooSmall(AcDb::kSimpleMesh, 1, 2, {{0, 0, 0}, {1, 0, 0}});
     EXPECT_EQ(tooSmall.mSize(), 0);
-    AcDbPolygonMesh mesh(AcDb::kSimpleMesh, 2, 2, {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {1, 1, 0}}, true);
+    AcDbPolygonMesh mesh(AcDb::kSimpleMesh, 2, 2, {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {1, 1, 0}},
+                         true);
     EXPECT_TRUE(mesh.isMClosed());
     EXPECT_FALSE(mesh.isNClosed());
     EXPECT_EQ(mesh.appendVertex(new AcDbPolygonMeshVertex), Acad::eInvalidIndex);
@@ -263,7 +268,8 @@ TEST(Entities, PolygonMeshSizes) {
     EXPECT_EQ(mesh.mSurfaceDensity(), 12);
     std::unique_ptr<AcDbObjectIterator> it(mesh.vertexIterator());
     int n = 0;
-    for (; !it->done(); it->step()) ++n;
+    for (; !it->done(); it->step())
+        ++n;
     EXPECT_EQ(n, 4);
 }
 

@@ -81,22 +81,26 @@ TEST_F(RecordsTest, LargeDictionariesFindKeysWithoutRegardToCase) {
 
 // The 29 items of the module's member record: texts, ints, reals, handles as text.
 resbuf* memberRecordChain() {
-    resbuf* chain = acutBuildList(1, L"C:\\models\\plant.qel", 1, L"*A12", 90, 20, 90, 123456, 90, 2,
-                                  90, 70000, 90, 0, 90, 0, 90, 0, 0);
+    resbuf* chain = acutBuildList(1, L"C:\\models\\plant.qel", 1, L"*A12", 90, 20, 90, 123456, 90,
+                                  2, 90, 70000, 90, 0, 90, 0, 90, 0, 0);
     resbuf* tail = chain;
-    while (tail->rbnext) tail = tail->rbnext;
+    while (tail->rbnext)
+        tail = tail->rbnext;
     const double reals[] = {0.1, -2.5, 1e300, 0.0, 3.0, 4.0, 5.0, 6.0, 7.0, 0.3333333333333333};
-    for (double r : reals) tail = tail->rbnext = acutBuildList(40, r, 0);
+    for (double r : reals)
+        tail = tail->rbnext = acutBuildList(40, r, 0);
     tail = tail->rbnext = acutBuildList(1, L"0", 1, L"2A", 0);
     tail = tail->rbnext;
     const double more[] = {8.0, 9.0, 10.0, 11.0, 12.0, 0.0, -1.0, 1.0 / 3.0};
-    for (double r : more) tail = tail->rbnext = acutBuildList(40, r, 0);
+    for (double r : more)
+        tail = tail->rbnext = acutBuildList(40, r, 0);
     return chain;
 }
 
 int length(const resbuf* chain) {
     int n = 0;
-    for (; chain; chain = chain->rbnext) ++n;
+    for (; chain; chain = chain->rbnext)
+        ++n;
     return n;
 }
 
@@ -173,7 +177,8 @@ TEST_F(RecordsTest, ExtendedDataAppendsAndKeepsOtherApplications) {
         resbuf* chain = p->xData(L"tovi_technologies");
         if (chain == nullptr) chain = acutBuildList(1001, L"Tovi_Technologies", 0);
         resbuf* tail = chain;
-        while (tail->rbnext) tail = tail->rbnext;
+        while (tail->rbnext)
+            tail = tail->rbnext;
         tail->rbnext = acutBuildList(1000, text, 0);
         ASSERT_EQ(p->setXData(chain), Acad::eOk);
         acutRelRb(chain);
@@ -197,8 +202,8 @@ TEST_F(RecordsTest, ExtendedDataAppendsAndKeepsOtherApplications) {
 TEST(ResultBuffers, BuildListTakesValuesByType) {
     const ads_point p = {1, 2, 3};
     ads_name name = {42, 0};
-    RbChain chain(acutBuildList(RTSTR, L"_spline", RT3DPOINT, p, RTPOINT, p, RTSHORT, 5, RTLONG,
-                                -7, RTREAL, 2.5, RTENAME, name, RTLB, RTLE, 62, 3, 10, p, 0));
+    RbChain chain(acutBuildList(RTSTR, L"_spline", RT3DPOINT, p, RTPOINT, p, RTSHORT, 5, RTLONG, -7,
+                                RTREAL, 2.5, RTENAME, name, RTLB, RTLE, 62, 3, 10, p, 0));
     const resbuf* rb = chain.head;
     ASSERT_NE(rb, nullptr);
     EXPECT_STREQ(rb->resval.rstring, L"_spline");

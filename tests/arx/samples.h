@@ -32,27 +32,48 @@ inline AcDbObjectId blockWithUnitLine(AcDbDatabase& db, const ACHAR* name) {
 inline std::vector<Sample> entitySamples() {
     const double s10 = std::sin(10 * M_PI / 180), c10 = std::cos(10 * M_PI / 180);
     return {
-        {"Line", [](AcDbDatabase&) { return new AcDbLine({0, 0, 0}, {3, 4, 0}); }, {0, 0, 0}, {3, 4, 0}},
-        {"Circle", [](AcDbDatabase&) { return new AcDbCircle({1, 2, 3}, AcGeVector3d::kZAxis, 2); },
-         {-1, 0, 3}, {3, 4, 3}},
+        {"Line",
+         [](AcDbDatabase&) {
+             return new AcDbLine({0, 0, 0}, {3, 4, 0});
+         },
+         {0, 0, 0},
+         {3, 4, 0}},
+        {"Circle",
+         [](AcDbDatabase&) {
+             return new AcDbCircle({1, 2, 3}, AcGeVector3d::kZAxis, 2);
+         },
+         {-1, 0, 3},
+         {3, 4, 3}},
         {"CircleTilted",
-         [](AcDbDatabase&) { return new AcDbCircle({0, 0, 0}, AcGeVector3d::kXAxis, 1); },
-         {0, -1, -1}, {0, 1, 1}},
-        {"ArcQuarter", [](AcDbDatabase&) { return new AcDbArc({0, 0, 0}, 1, 0, M_PI / 2); },
-         {0, 0, 0}, {1, 1, 0}},
+         [](AcDbDatabase&) {
+             return new AcDbCircle({0, 0, 0}, AcGeVector3d::kXAxis, 1);
+         },
+         {0, -1, -1},
+         {0, 1, 1}},
+        {"ArcQuarter",
+         [](AcDbDatabase&) {
+             return new AcDbArc({0, 0, 0}, 1, 0, M_PI / 2);
+         },
+         {0, 0, 0},
+         {1, 1, 0}},
         {"ArcOverZero",
-         [](AcDbDatabase&) { return new AcDbArc({0, 0, 0}, 1, 350 * M_PI / 180, 10 * M_PI / 180); },
-         {c10, -s10, 0}, {1, s10, 0}},
+         [](AcDbDatabase&) {
+             return new AcDbArc({0, 0, 0}, 1, 350 * M_PI / 180, 10 * M_PI / 180);
+         },
+         {c10, -s10, 0},
+         {1, s10, 0}},
         {"Ellipse",
          [](AcDbDatabase&) {
              return new AcDbEllipse({0, 0, 0}, AcGeVector3d::kZAxis, {0, 2, 0}, 0.5);
          },
-         {-1, -2, 0}, {1, 2, 0}},
+         {-1, -2, 0},
+         {1, 2, 0}},
         {"EllipseHalf",
          [](AcDbDatabase&) {
              return new AcDbEllipse({0, 0, 0}, AcGeVector3d::kZAxis, {0, 2, 0}, 0.5, 0, M_PI);
          },
-         {-1, -2, 0}, {0, 2, 0}},
+         {-1, -2, 0},
+         {0, 2, 0}},
         {"LwPolyline",
          [](AcDbDatabase&) {
              auto* p = new AcDbPolyline;
@@ -61,45 +82,67 @@ inline std::vector<Sample> entitySamples() {
              p->addVertexAt(2, {2, 3}, 0.0, 0.5, 0.25);
              return p;
          },
-         {0, -1, 0}, {2, 3, 0}},
+         {0, -1, 0},
+         {2, 3, 0}},
         {"Polyline2d",
          [](AcDbDatabase&) {
              AcGeDoubleArray bulges = {1.0, 0.0};
-             return new AcDb2dPolyline(AcDb::k2dSimplePoly, {{0, 0, 0}, {2, 0, 0}}, 5.0, false,
-                                       0, 0, &bulges);
+             return new AcDb2dPolyline(AcDb::k2dSimplePoly, {{0, 0, 0}, {2, 0, 0}}, 5.0, false, 0,
+                                       0, &bulges);
          },
-         {0, -1, 5}, {2, 0, 5}},
+         {0, -1, 5},
+         {2, 0, 5}},
         {"Polyline3d",
          [](AcDbDatabase&) {
              return new AcDb3dPolyline(AcDb::k3dSimplePoly, {{0, 0, 0}, {1, 2, 3}, {-1, 0, 1}});
          },
-         {-1, 0, 0}, {1, 2, 3}},
+         {-1, 0, 0},
+         {1, 2, 3}},
         {"SplineFit",
          [](AcDbDatabase&) {
              return new AcDbSpline({{0, 0, 0}, {1, 1, 0}, {2, 0, 0}}, {1, 0, 0}, {1, 0, 0});
          },
-         {0, 0, 0}, {2, 1, 0}},
+         {0, 0, 0},
+         {2, 1, 0}},
         {"SplineNurbs",
          [](AcDbDatabase&) {
              return new AcDbSpline(1, true, false, false, {{0, 0, 0}, {1, 2, 0}}, {0, 0, 1, 1},
                                    {1, 2});
          },
-         {0, 0, 0}, {1, 2, 0}},
-        {"Point", [](AcDbDatabase&) { return new AcDbPoint({1, 2, 3}); }, {1, 2, 3}, {1, 2, 3}},
-        {"Text", [](AcDbDatabase&) { return new AcDbText({0, 0, 0}, L"AB", {}, 2.0); }, {0, 0, 0},
+         {0, 0, 0},
+         {1, 2, 0}},
+        {"Point",
+         [](AcDbDatabase&) {
+             return new AcDbPoint({1, 2, 3});
+         },
+         {1, 2, 3},
+         {1, 2, 3}},
+        {"Text",
+         [](AcDbDatabase&) {
+             return new AcDbText({0, 0, 0}, L"AB", {}, 2.0);
+         },
+         {0, 0, 0},
          {4, 2, 0}},
         {"Face",
-         [](AcDbDatabase&) { return new AcDbFace({0, 0, 0}, {1, 0, 0}, {1, 1, 1}, {0, 1, 1}, true, false); },
-         {0, 0, 0}, {1, 1, 1}},
+         [](AcDbDatabase&) {
+             return new AcDbFace({0, 0, 0}, {1, 0, 0}, {1, 1, 1}, {0, 1, 1}, true, false);
+         },
+         {0, 0, 0},
+         {1, 1, 1}},
         {"Solid",
          [](AcDbDatabase&) {
              auto* s = new AcDbSolid({0, 0, 0}, {2, 0, 0}, {0, 1, 0}, {2, 1, 0});
              s->setThickness(3);
              return s;
          },
-         {0, 0, 0}, {2, 1, 3}},
-        {"Trace", [](AcDbDatabase&) { return new AcDbTrace({0, 0, 0}, {2, 0, 0}, {0, 1, 0}, {2, 1, 0}); },
-         {0, 0, 0}, {2, 1, 0}},
+         {0, 0, 0},
+         {2, 1, 3}},
+        {"Trace",
+         [](AcDbDatabase&) {
+             return new AcDbTrace({0, 0, 0}, {2, 0, 0}, {0, 1, 0}, {2, 1, 0});
+         },
+         {0, 0, 0},
+         {2, 1, 0}},
         {"PolyFaceMesh",
          [](AcDbDatabase&) {
              auto* m = new AcDbPolyFaceMesh;
@@ -109,13 +152,15 @@ inline std::vector<Sample> entitySamples() {
              m->appendFaceRecord(new AcDbFaceRecord(1, 2, 3, -4));
              return m;
          },
-         {0, 0, 0}, {1, 1, 2}},
+         {0, 0, 0},
+         {1, 1, 2}},
         {"PolygonMesh",
          [](AcDbDatabase&) {
              return new AcDbPolygonMesh(AcDb::kSimpleMesh, 2, 2,
                                         {{0, 0, 0}, {1, 0, 0}, {0, 1, 1}, {1, 1, 5}}, false, true);
          },
-         {0, 0, 0}, {1, 1, 5}},
+         {0, 0, 0},
+         {1, 1, 5}},
         {"BlockReference",
          [](AcDbDatabase& db) {
              auto* ref = new AcDbBlockReference({10, 0, 0}, blockWithUnitLine(db, L"UnitLine"));
@@ -123,8 +168,11 @@ inline std::vector<Sample> entitySamples() {
              ref->setScaleFactors(AcGeScale3d(2));
              return ref;
          },
-         {10, 0, 0}, {10, 2, 0}},
+         {10, 0, 0},
+         {10, 2, 0}},
     };
 }
 
-inline void PrintTo(const Sample& sample, std::ostream* os) { *os << sample.name; }
+inline void PrintTo(const Sample& sample, std::ostream* os) {
+    *os << sample.name;
+}
