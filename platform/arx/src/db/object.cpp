@@ -291,7 +291,8 @@ Acad::ErrorStatus AcDbImpl::add(AcDbDatabase* db, AcDbObject* object, AcDbStub* 
     if (object->stub_ != nullptr) return Acad::eAlreadyInDb;
     AcDbDatabase::Impl& impl = of(db);
     if (handle == 0) {
-        while (impl.stubAt(impl.handseed, true)->flags & AcDbStub::kUsed) ++impl.handseed;
+        while (impl.stubAt(impl.handseed, true)->flags & AcDbStub::kUsed)
+            ++impl.handseed;
         handle = impl.handseed++;
     } else if (AcDbStub* s = impl.stubAt(handle, false); s && (s->flags & AcDbStub::kUsed)) {
         return Acad::eHandleInUse;
