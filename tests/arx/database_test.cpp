@@ -179,7 +179,9 @@ TEST_F(ArxTest, SymbolTableNamesAndIteration) {
     ucs->setYAxis(-AcGeVector3d::kXAxis);
     ASSERT_EQ(ucss->add(ucs), Acad::eOk);
     ucs->close();
-    EXPECT_EQ(ucss->add(new AcDbLayerTableRecord), Acad::eWrongObjectType);
+    AcDbLayerTableRecord wrong;
+    wrong.setName(L"Wrong");
+    EXPECT_EQ(ucss->add(&wrong), Acad::eWrongObjectType);
     AcDbUCSTableIterator* it = nullptr;
     ucss->newIterator(it);
     int count = 0;

@@ -260,7 +260,8 @@ TEST(Entities, PolygonMeshSizes) {
                          true);
     EXPECT_TRUE(mesh.isMClosed());
     EXPECT_FALSE(mesh.isNClosed());
-    EXPECT_EQ(mesh.appendVertex(new AcDbPolygonMeshVertex), Acad::eInvalidIndex);
+    AcDbPolygonMeshVertex extra;
+    EXPECT_EQ(mesh.appendVertex(&extra), Acad::eInvalidIndex);
     EXPECT_EQ(mesh.setMSize(3), Acad::eInvalidInput);
     EXPECT_EQ(mesh.setMSurfaceDensity(2), Acad::eInvalidInput);
     EXPECT_EQ(mesh.setMSurfaceDensity(12), Acad::eOk);

@@ -43,7 +43,8 @@ TEST_F(RecordsTest, SetAtOverAKeyReplacesTheEntry) {
     EXPECT_TRUE(first.isErased());
     EXPECT_EQ(dict->numEntries(), 2u); // ACAD_GROUP and MyKey
     EXPECT_EQ(dict->getAt(L"Other", found), Acad::eKeyNotFound);
-    EXPECT_EQ(dict->setAt(L"", new AcDbXrecord, found), Acad::eInvalidKey);
+    AcDbXrecord refused;
+    EXPECT_EQ(dict->setAt(L"", &refused, found), Acad::eInvalidKey);
     ACHAR* key = nullptr;
     ASSERT_EQ(dict->nameAt(second, key), Acad::eOk);
     EXPECT_STREQ(key, L"MYKEY");
