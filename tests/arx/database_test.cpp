@@ -61,6 +61,22 @@ TEST_F(ArxTest, HandlesFindTheirObjects) {
     EXPECT_EQ(a.objectClass(), AcDbPoint::desc());
 }
 
+TEST_F(ArxTest, ReadersPlaceObjectsAtTheirHandles) {
+    auto* x = new AcDbXrecord;
+    ASSERT_EQ(acdbHostAddObject(db.get(), x, db->namedObjectsDictionaryId(), AcDbHandle(0x400)),
+              Acad::eOk);
+    EXPECT_EQ(Adesk::UInt64(x->handle()), 0x400u);
+    EXPECT_EQ(x->ownerId(), db->namedObjectsDictionaryId());
+    EXPECT_GT(Adesk::UInt64(db->handseed()), 0x400u);
+    x->close();
+    AcDbXrecord taken;
+    EXPECT_EQ(acdbHostAddObject(db.get(), &taken, AcDbObjectId::kNull, AcDbHandle(0x400)),
+              Acad::eHandleInUse);
+    // New objects go on after the highest handle.
+    const AcDbObjectId next = append(new AcDbPoint);
+    EXPECT_EQ(Adesk::UInt64(next.handle()), 0x401u);
+}
+
 TEST_F(ArxTest, OpenAndCloseRules) {
     const AcDbObjectId id = append(new AcDbLine({0, 0, 0}, {1, 0, 0}));
     AcDbEntity* writer = nullptr;
