@@ -174,6 +174,7 @@ TEST_F(ArxTest, EntitiesOnLockedLayersDoNotOpenForWrite) {
     AcDbEntity* e = nullptr;
     EXPECT_EQ(acdbOpenAcDbEntity(e, id, AcDb::kForWrite), Acad::eOnLockedLayer);
     ASSERT_EQ(acdbOpenAcDbEntity(e, id, AcDb::kForRead), Acad::eOk);
+    EXPECT_EQ(e->upgradeOpen(), Acad::eOnLockedLayer);
     ACHAR* layer = e->layer();
     EXPECT_STREQ(layer, L"Locked");
     acutDelString(layer);

@@ -122,6 +122,10 @@ Acad::ErrorStatus AcDbObject::upgradeOpen() {
     if (writeOpen_) return Acad::eWasOpenForWrite;
     if (readers_ == 0) return Acad::eNotOpenForRead;
     if (readers_ > 1) return Acad::eHadMultipleReaders;
+    if (const auto* e = AcDbEntity::cast(this)) {
+        const auto* layer = AcDbLayerTableRecord::cast(AcDbImpl::peek(AcDbImpl::layer(e)));
+        if (layer != nullptr && layer->isLocked()) return Acad::eOnLockedLayer;
+    }
     readers_ = 0;
     writeOpen_ = true;
     return Acad::eOk;
