@@ -257,9 +257,12 @@ TEST(Entities, PolygonMeshSizes) {
     AcDbPolygonMesh tooSmall(AcDb::kSimpleMesh, 1, 2, {{0, 0, 0}, {1, 0, 0}});
     EXPECT_EQ(tooSmall.mSize(), 0);
     AcDbPolygonMesh mesh(AcDb::kSimpleMesh, 2, 2, {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {1, 1, 0}},
-                         true);
+                         true, false);
     EXPECT_TRUE(mesh.isMClosed());
     EXPECT_FALSE(mesh.isNClosed());
+    // Closed both ways unless told otherwise.
+    AcDbPolygonMesh closed(AcDb::kSimpleMesh, 2, 2, {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {1, 1, 0}});
+    EXPECT_TRUE(closed.isMClosed() && closed.isNClosed());
     AcDbPolygonMeshVertex extra;
     EXPECT_EQ(mesh.appendVertex(&extra), Acad::eInvalidIndex);
     EXPECT_EQ(mesh.setMSize(3), Acad::eInvalidInput);
