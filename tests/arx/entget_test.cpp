@@ -112,13 +112,13 @@ TEST_P(EntGetTest, FieldsReadBackWhatTheyWrite) {
     std::unique_ptr<AcDbEntity> e(GetParam().make(*db));
     e->setColorIndex(3);
     AcDbDxfItems first;
-    ASSERT_EQ(acdbDxfWriteEntity(*e, first), Acad::eOk);
+    ASSERT_EQ(acdbDxfWriteObject(*e, first), Acad::eOk);
     const AcDbDxfKind* kind = acdbDxfKindOf(e->isA());
     std::unique_ptr<AcDbEntity> copy(AcDbEntity::cast(kind->create()));
     short failed = 0;
-    ASSERT_EQ(acdbDxfReadEntity(*copy, first, &failed), Acad::eOk) << "group " << failed;
+    ASSERT_EQ(acdbDxfReadObject(*copy, first, &failed), Acad::eOk) << "group " << failed;
     AcDbDxfItems second;
-    acdbDxfWriteEntity(*copy, second);
+    acdbDxfWriteObject(*copy, second);
     ASSERT_EQ(first.size(), second.size());
     // A polyface mesh counts its vertices and faces, which follow it as entities of their own.
     const bool countsFromParts = AcDbPolyFaceMesh::cast(e.get()) != nullptr;
@@ -138,10 +138,10 @@ TEST(DxfKinds, UnknownGroupsAndBadValuesAreNamed) {
     AcDbCircle circle;
     AcDbDxfItems items = {AcDbDxfItem::ofReal(40, -1.0)};
     short failed = 0;
-    EXPECT_EQ(acdbDxfReadEntity(circle, items, &failed), Acad::eInvalidInput);
+    EXPECT_EQ(acdbDxfReadObject(circle, items, &failed), Acad::eInvalidInput);
     EXPECT_EQ(failed, 40);
     items = {AcDbDxfItem::ofInt(77, 1)};
-    EXPECT_EQ(acdbDxfReadEntity(circle, items, &failed), Acad::eInvalidDxfCode);
+    EXPECT_EQ(acdbDxfReadObject(circle, items, &failed), Acad::eInvalidDxfCode);
     EXPECT_EQ(failed, 77);
     EXPECT_NE(acdbDxfKindNamed(L"lwpolyline"), nullptr);
     EXPECT_EQ(acdbDxfKindNamed(L"3DSOLID"), nullptr);
@@ -274,6 +274,102 @@ TEST_F(ArxTest, TblSearchShowsLayerStates) {
     RbChain zero(acdbTblSearch(L"LAYER", L"0", 0));
     EXPECT_EQ(findCode(zero.head, 70)->resval.rint, 5);
     EXPECT_EQ(acdbTblSearch(L"LAYER", L"0", 1), nullptr);
+}
+
+} // namespace
+
+namespace {
+
+// Writes an object's groups, reads them into a new object of its kind, and writes that again.
+template <class T>
+AcDbDxfItems writeReadWrite(const AcDbObject& object, T& copy) {
+    AcDbDxfItems first, second;
+    EXPECT_EQ(acdbDxfWriteObject(object, first), Acad::eOk);
+    short failed = 0;
+    EXPECT_EQ(acdbDxfReadObject(copy, first, &failed), Acad::eOk) << "group " << failed;
+    acdbDxfWriteObject(copy, second);
+    EXPECT_EQ(first.size(), second.size());
+    for (size_t i = 0; i < std::min(first.size(), second.size()); ++i) {
+        EXPECT_EQ(first[i].code, second[i].code);
+        EXPECT_EQ(first[i].integer, second[i].integer);
+        EXPECT_EQ(first[i].text, second[i].text);
+        expectNear(first[i].point, second[i].point, 0.0);
+    }
+    return first;
+}
+
+TEST_F(ArxTest, TableRecordsReadBackWhatTheyWrite) {
+    AcDbLayerTableRecord layer;
+    layer.setName(L"z_VelmoraTemp_Layer");
+    AcCmColor c;
+    c.setRGB(200, 100, 50);
+    layer.setColor(c);
+    layer.setIsOff(true);
+    layer.setIsLocked(true);
+    AcDbLayerTableRecord layerCopy;
+    const AcDbDxfItems items = writeReadWrite(layer, layerCopy);
+    EXPECT_EQ(items[2].text, L"z_VelmoraTemp_Layer");
+    EXPECT_TRUE(layerCopy.isOff());
+    EXPECT_TRUE(layerCopy.isLocked());
+    EXPECT_FALSE(layerCopy.isFrozen());
+    EXPECT_EQ(layerCopy.color().red(), 200);
+
+    AcDbUCSTableRecord ucs;
+    ucs.setName(L"Site");
+    ucs.setOrigin({1, 2, 3});
+    ucs.setXAxis(AcGeVector3d::kYAxis);
+    ucs.setYAxis(AcGeVector3d::kZAxis);
+    AcDbUCSTableRecord ucsCopy;
+    writeReadWrite(ucs, ucsCopy);
+    expectNear(ucsCopy.yAxis(), AcGeVector3d::kZAxis);
+
+    AcDbRegAppTableRecord app;
+    app.setName(L"Tovi_Technologies");
+    AcDbRegAppTableRecord appCopy;
+    writeReadWrite(app, appCopy);
+    EXPECT_EQ(appCopy.name(), L"Tovi_Technologies");
+    EXPECT_STREQ(acdbDxfKindOf(AcDbBlockTableRecord::desc())->dxfName, L"BLOCK_RECORD");
+}
+
+TEST_F(ArxTest, XrecordDataFollowItsMarker) {
+    AcDbXrecord record;
+    const ads_point where = {1, 2, 3};
+    RbChain data(acutBuildList(1, L"path", 90, 20, 40, 0.25, 10, where, 0));
+    ASSERT_EQ(record.setFromRbChain(*data.head), Acad::eOk);
+    AcDbXrecord copy;
+    const AcDbDxfItems items = writeReadWrite(record, copy);
+    ASSERT_EQ(items.size(), 6u); // marker, cloning flag, four data
+    EXPECT_EQ(items[2].text, L"path");
+    resbuf* raw = nullptr;
+    copy.rbChain(&raw);
+    RbChain back(raw);
+    EXPECT_EQ(back.head->rbnext->resval.rlong, 20);
+    EXPECT_EQ(back.head->rbnext->rbnext->rbnext->resval.rpoint[2], 3.0);
+}
+
+TEST_F(ArxTest, GroupsReadTheirMembersBack) {
+    const AcDbObjectId a = append(new AcDbPoint), b = append(new AcDbLine);
+    AcDbDictionary* groups = nullptr;
+    db->getGroupDictionary(groups, AcDb::kForWrite);
+    auto* group = new AcDbGroup(L"PipeTeeGroup", false);
+    AcDbObjectId groupId;
+    groups->setAt(L"PIPETEE_GROUP", group, groupId);
+    group->setAnonymous();
+    group->append({a, b});
+    // The copy must be in the database to take members.
+    auto* copy = new AcDbGroup;
+    AcDbObjectId copyId;
+    groups->setAt(L"COPY", copy, copyId);
+    groups->close();
+    const AcDbDxfItems items = writeReadWrite(*group, *copy);
+    EXPECT_EQ(items[1].text, L"PipeTeeGroup");
+    EXPECT_EQ(items[2].integer, 1);
+    EXPECT_EQ(items[3].integer, 0);
+    EXPECT_EQ(items[4].id, a);
+    EXPECT_TRUE(copy->isAnonymous());
+    EXPECT_EQ(copy->numEntities(), 2u);
+    group->close();
+    copy->close();
 }
 
 } // namespace

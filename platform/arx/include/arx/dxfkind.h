@@ -31,7 +31,8 @@ using AcDbDxfItems = std::vector<AcDbDxfItem>;
 
 struct AcDbDxfField {
     // kOcs: a point in the plane system of the object's normal, read once the normal is known.
-    enum Flags : unsigned { kOmitDefault = 1, kAngle = 2, kOcs = 4 };
+    // kRest: takes every group that no other field of the kind takes (an X-record's data).
+    enum Flags : unsigned { kOmitDefault = 1, kAngle = 2, kOcs = 4, kRest = 8 };
     short code;
     // Text of a subclass marker (code 100); null for a value field.
     const ACHAR* marker;
@@ -58,11 +59,12 @@ const AcDbDxfKind* acdbDxfKindNamed(const ACHAR* dxfName);
 std::vector<const AcDbDxfKind*> acdbDxfKinds();
 // Adds a kind; the solid kernel adds its own this way. A second kind of one class is refused.
 bool acdbDxfAddKind(const AcDbDxfKind* kind);
-// Writes the groups of an entity: the common entity part, then the kind's own fields.
-// eNotImplementedYet, after the common part, for a class without a kind.
-Acad::ErrorStatus acdbDxfWriteEntity(const AcDbEntity& entity, AcDbDxfItems& out);
-// Reads groups back into an entity of the right class, open for write. eInvalidDxfCode names a
-// group no field takes; eInvalidInput a value a field refuses. code, when given, receives the
-// group code of the offending item.
-Acad::ErrorStatus acdbDxfReadEntity(AcDbEntity& entity, const AcDbDxfItems& in,
+// Writes the groups of an object: for an entity the common entity part first, then the kind's
+// own fields. eNotImplementedYet, after the common part, for a class without a kind.
+Acad::ErrorStatus acdbDxfWriteObject(const AcDbObject& object, AcDbDxfItems& out);
+// Reads groups back into an object of the right class, open for write. eInvalidDxfCode names a
+// group no field takes; eInvalidInput a value a field refuses. failedCode, when given, receives
+// the group code of the offending item. Fields that refer to other objects (group members) need
+// the object in its database first.
+Acad::ErrorStatus acdbDxfReadObject(AcDbObject& object, const AcDbDxfItems& in,
                                     short* failedCode = nullptr);

@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "../ads/rbkind.h"
+#include "../dxf/items.h"
 #include "arx/acdb.h"
 #include "arx/dbhost.h"
 #include "arx/dbmesh.h"
@@ -52,38 +53,6 @@ AcDbStub* nextInBlock(const AcDbBlockTableRecord* block, AcDbStub* after) {
         passed = acdbStubOf(id) == after;
     }
     return nullptr;
-}
-
-resbuf* toResbuf(const AcDbDxfItem& item) {
-    resbuf* rb = acutNewRb(item.code);
-    switch (acutRbKind(item.code)) {
-    case RbKind::kReal:
-        rb->resval.rreal = item.real();
-        break;
-    case RbKind::kPoint:
-        rb->resval.rpoint[0] = item.point.x;
-        rb->resval.rpoint[1] = item.point.y;
-        rb->resval.rpoint[2] = item.point.z;
-        break;
-    case RbKind::kShort:
-        rb->resval.rint = short(item.integer);
-        break;
-    case RbKind::kLong:
-        rb->resval.rlong = Adesk::Int32(item.integer);
-        break;
-    case RbKind::kInt64:
-        rb->resval.mnInt64 = item.integer;
-        break;
-    case RbKind::kString:
-        rb->resval.rstring = acdbDupString(item.text);
-        break;
-    case RbKind::kName:
-        setName(rb->resval.rlname, acdbStubOf(item.id));
-        break;
-    default:
-        break;
-    }
-    return rb;
 }
 
 std::wstring handleText(const AcDbHandle& h) {
@@ -194,11 +163,11 @@ resbuf* acdbEntGet(const ads_name name) {
                                                                       : entity->isA()->name()));
     items.push_back(AcDbDxfItem::ofId(330, AcDbImpl::owner(entity)));
     items.push_back(AcDbDxfItem::ofText(5, handleText(entity->handle())));
-    acdbDxfWriteEntity(*entity, items);
+    acdbDxfWriteObject(*entity, items);
     resbuf* head = nullptr;
     resbuf** link = &head;
     for (const AcDbDxfItem& item : items) {
-        *link = toResbuf(item);
+        *link = acdbDxfToResbuf(item);
         link = &(*link)->rbnext;
     }
     return head;
@@ -262,7 +231,7 @@ resbuf* acdbTblSearch(const ACHAR* table, const ACHAR* name, int next) {
     resbuf* head = nullptr;
     resbuf** link = &head;
     for (const AcDbDxfItem& item : items) {
-        *link = toResbuf(item);
+        *link = acdbDxfToResbuf(item);
         link = &(*link)->rbnext;
     }
     return head;

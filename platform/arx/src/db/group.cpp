@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <string>
 
+#include "../dxf/fieldtable.h"
 #include "objectimpl.h"
 #include "rxdefine.h"
 #include "text.h"
@@ -99,3 +100,45 @@ Adesk::UInt32 AcDbGroup::allEntityIds(AcDbObjectIdArray& ids) const {
         if (s->object != nullptr && !AcDbImpl::erased(s)) ids.append(s);
     return Adesk::UInt32(ids.length());
 }
+
+// A group's description, its flags and its members, each as a reference.
+namespace {
+const AcDbGroup& group(const AcDbObject& o) {
+    return static_cast<const AcDbGroup&>(o);
+}
+void writeDescription(const AcDbDxfField& f, const AcDbObject& o, AcDbDxfItems& out) {
+    out.push_back(AcDbDxfItem::ofText(f.code, group(o).description()));
+}
+bool readDescription(const AcDbDxfField&, AcDbObject& o, const AcDbDxfItem& item) {
+    return static_cast<AcDbGroup&>(o).setDescription(item.text.c_str()) == Acad::eOk;
+}
+void writeUnnamed(const AcDbDxfField& f, const AcDbObject& o, AcDbDxfItems& out) {
+    out.push_back(AcDbDxfItem::ofInt(f.code, group(o).isAnonymous() ? 1 : 0));
+}
+// The name is the dictionary's key, read with the dictionary: the flag alone is kept.
+bool readUnnamed(const AcDbDxfField&, AcDbObject& o, const AcDbDxfItem& item) {
+    AcDbImpl::setGroupAnonymous(static_cast<AcDbGroup&>(o), item.integer != 0);
+    return true;
+}
+void writeSelectable(const AcDbDxfField& f, const AcDbObject& o, AcDbDxfItems& out) {
+    out.push_back(AcDbDxfItem::ofInt(f.code, group(o).isSelectable() ? 1 : 0));
+}
+bool readSelectable(const AcDbDxfField&, AcDbObject& o, const AcDbDxfItem& item) {
+    return static_cast<AcDbGroup&>(o).setSelectable(item.integer != 0) == Acad::eOk;
+}
+void writeMembers(const AcDbDxfField& f, const AcDbObject& o, AcDbDxfItems& out) {
+    AcDbObjectIdArray ids;
+    group(o).allEntityIds(ids);
+    for (const AcDbObjectId& id : ids)
+        out.push_back(AcDbDxfItem::ofId(f.code, id));
+}
+bool readMember(const AcDbDxfField&, AcDbObject& o, const AcDbDxfItem& item) {
+    return static_cast<AcDbGroup&>(o).append(item.id) == Acad::eOk;
+}
+const AcDbDxfField kFields[] = {
+    dxf::marker(ACRX_T("AcDbGroup")),           dxf::custom(300, writeDescription, readDescription),
+    dxf::custom(70, writeUnnamed, readUnnamed), dxf::custom(71, writeSelectable, readSelectable),
+    dxf::custom(340, writeMembers, readMember),
+};
+} // namespace
+ACDB_DXF_KIND(AcDbGroup, "GROUP", kFields)

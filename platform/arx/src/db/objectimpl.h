@@ -82,9 +82,11 @@ struct AcDbImpl {
     static void setLayer(AcDbEntity* e, AcDbStub* layer) { e->layer_ = layer; }
     static const std::wstring* groupName(const AcDbGroup* g) { return g->name_; }
     static void setGroupName(AcDbGroup* g, const std::wstring* name) { g->name_ = name; }
+    static void setGroupAnonymous(AcDbGroup& g, bool anonymous) { g.anonymous_ = anonymous; }
     static void renameEntry(AcDbDictionary* d, AcDbStub* value, const ACHAR* key) {
         if (const int i = d->find(value); i >= 0) d->rename(i, key);
     }
+    static const unsigned char* xrecordData(const AcDbXrecord& x) { return x.data_.get(); }
     // Copies the object's own data, not its identity, for clones.
     static void copyRecords(const AcDbObject& from, AcDbObject& to);
 };

@@ -1,5 +1,6 @@
 #include <cwchar>
 
+#include "../dxf/fieldtable.h"
 #include "arx/dbblkref.h"
 #include "objectimpl.h"
 #include "rxdefine.h"
@@ -286,3 +287,101 @@ Acad::ErrorStatus AcDbBlockTableRecordIterator::getEntity(AcDbEntity*& entity, A
     entity = static_cast<AcDbEntity*>(object);
     return es;
 }
+
+// Drawing groups of the records. Every record starts with its name; a layer keeps its states in
+// 70 (1 frozen, 4 locked) and its being off in the sign of its colour.
+namespace {
+const AcDbSymbolTableRecord& rec(const AcDbObject& o) {
+    return static_cast<const AcDbSymbolTableRecord&>(o);
+}
+void writeName(const AcDbDxfField& f, const AcDbObject& o, AcDbDxfItems& out) {
+    out.push_back(AcDbDxfItem::ofText(f.code, rec(o).name()));
+}
+bool readName(const AcDbDxfField&, AcDbObject& o, const AcDbDxfItem& item) {
+    return static_cast<AcDbSymbolTableRecord&>(o).setName(item.text.c_str()) == Acad::eOk;
+}
+void writeNoFlags(const AcDbDxfField& f, const AcDbObject&, AcDbDxfItems& out) {
+    out.push_back(AcDbDxfItem::ofInt(f.code, 0));
+}
+bool readNoFlags(const AcDbDxfField&, AcDbObject&, const AcDbDxfItem&) {
+    return true;
+}
+
+const AcDbLayerTableRecord& layer(const AcDbObject& o) {
+    return static_cast<const AcDbLayerTableRecord&>(o);
+}
+void writeLayerFlags(const AcDbDxfField& f, const AcDbObject& o, AcDbDxfItems& out) {
+    out.push_back(
+        AcDbDxfItem::ofInt(f.code, (layer(o).isFrozen() ? 1 : 0) | (layer(o).isLocked() ? 4 : 0)));
+}
+bool readLayerFlags(const AcDbDxfField&, AcDbObject& o, const AcDbDxfItem& item) {
+    auto& l = static_cast<AcDbLayerTableRecord&>(o);
+    l.setIsLocked(item.integer & 4);
+    return l.setIsFrozen(item.integer & 1) == Acad::eOk;
+}
+void writeLayerColor(const AcDbDxfField& f, const AcDbObject& o, AcDbDxfItems& out) {
+    const int index = layer(o).color().colorIndex();
+    out.push_back(AcDbDxfItem::ofInt(f.code, layer(o).isOff() ? -index : index));
+}
+bool readLayerColor(const AcDbDxfField&, AcDbObject& o, const AcDbDxfItem& item) {
+    auto& l = static_cast<AcDbLayerTableRecord&>(o);
+    AcCmColor color;
+    if (!color.setColorIndex(Adesk::Int16(item.integer < 0 ? -item.integer : item.integer)))
+        return false;
+    l.setIsOff(item.integer < 0);
+    if (!l.color().isByColor()) l.setColor(color);
+    return true;
+}
+void writeLayerTrueColor(const AcDbDxfField& f, const AcDbObject& o, AcDbDxfItems& out) {
+    const AcCmColor c = layer(o).color();
+    if (c.isByColor()) out.push_back(AcDbDxfItem::ofInt(f.code, c.color() & 0xFFFFFF));
+}
+bool readLayerTrueColor(const AcDbDxfField&, AcDbObject& o, const AcDbDxfItem& item) {
+    AcCmColor c;
+    c.setRGB(Adesk::UInt8(item.integer >> 16), Adesk::UInt8(item.integer >> 8),
+             Adesk::UInt8(item.integer));
+    static_cast<AcDbLayerTableRecord&>(o).setColor(c);
+    return true;
+}
+// Line types are not kept: every layer draws continuous lines.
+void writeLinetype(const AcDbDxfField& f, const AcDbObject&, AcDbDxfItems& out) {
+    out.push_back(AcDbDxfItem::ofText(f.code, L"Continuous"));
+}
+bool readLinetype(const AcDbDxfField&, AcDbObject&, const AcDbDxfItem&) {
+    return true;
+}
+
+const AcDbDxfField kLayerFields[] = {
+    dxf::marker(ACRX_T("AcDbSymbolTableRecord")),
+    dxf::marker(ACRX_T("AcDbLayerTableRecord")),
+    dxf::custom(2, writeName, readName),
+    dxf::custom(70, writeLayerFlags, readLayerFlags),
+    dxf::custom(62, writeLayerColor, readLayerColor),
+    dxf::custom(420, writeLayerTrueColor, readLayerTrueColor),
+    dxf::custom(6, writeLinetype, readLinetype),
+};
+const AcDbDxfField kUcsFields[] = {
+    dxf::marker(ACRX_T("AcDbSymbolTableRecord")),
+    dxf::marker(ACRX_T("AcDbUCSTableRecord")),
+    dxf::custom(2, writeName, readName),
+    dxf::custom(70, writeNoFlags, readNoFlags),
+    dxf::value<AcDbUCSTableRecord, &AcDbUCSTableRecord::origin, &AcDbUCSTableRecord::setOrigin>(10),
+    dxf::value<AcDbUCSTableRecord, &AcDbUCSTableRecord::xAxis, &AcDbUCSTableRecord::setXAxis>(11),
+    dxf::value<AcDbUCSTableRecord, &AcDbUCSTableRecord::yAxis, &AcDbUCSTableRecord::setYAxis>(12),
+};
+const AcDbDxfField kRegAppFields[] = {
+    dxf::marker(ACRX_T("AcDbSymbolTableRecord")),
+    dxf::marker(ACRX_T("AcDbRegAppTableRecord")),
+    dxf::custom(2, writeName, readName),
+    dxf::custom(70, writeNoFlags, readNoFlags),
+};
+const AcDbDxfField kBlockRecordFields[] = {
+    dxf::marker(ACRX_T("AcDbSymbolTableRecord")),
+    dxf::marker(ACRX_T("AcDbBlockTableRecord")),
+    dxf::custom(2, writeName, readName),
+};
+} // namespace
+ACDB_DXF_KIND(AcDbLayerTableRecord, "LAYER", kLayerFields)
+ACDB_DXF_KIND(AcDbUCSTableRecord, "UCS", kUcsFields)
+ACDB_DXF_KIND(AcDbRegAppTableRecord, "APPID", kRegAppFields)
+ACDB_DXF_KIND(AcDbBlockTableRecord, "BLOCK_RECORD", kBlockRecordFields)

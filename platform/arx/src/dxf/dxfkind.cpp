@@ -138,24 +138,29 @@ bool acdbDxfAddKind(const AcDbDxfKind* kind) {
     return true;
 }
 
-Acad::ErrorStatus acdbDxfWriteEntity(const AcDbEntity& entity, AcDbDxfItems& out) {
-    for (const AcDbDxfField& f : kEntityFields)
-        f.write(f, entity, out);
-    const AcDbDxfKind* kind = acdbDxfKindOf(entity.isA());
+Acad::ErrorStatus acdbDxfWriteObject(const AcDbObject& object, AcDbDxfItems& out) {
+    if (AcDbEntity::cast(&object))
+        for (const AcDbDxfField& f : kEntityFields)
+            f.write(f, object, out);
+    const AcDbDxfKind* kind = acdbDxfKindOf(object.isA());
     if (kind == nullptr) return Acad::eNotImplementedYet;
     for (const AcDbDxfField& f : kind->fields)
-        f.write(f, entity, out);
+        f.write(f, object, out);
     return Acad::eOk;
 }
 
-Acad::ErrorStatus acdbDxfReadEntity(AcDbEntity& entity, const AcDbDxfItems& in, short* failedCode) {
-    const AcDbDxfKind* kind = acdbDxfKindOf(entity.isA());
+Acad::ErrorStatus acdbDxfReadObject(AcDbObject& object, const AcDbDxfItems& in, short* failedCode) {
+    const AcDbDxfKind* kind = acdbDxfKindOf(object.isA());
     if (kind == nullptr) return Acad::eNotImplementedYet;
     std::vector<const AcDbDxfField*> fields;
-    for (const AcDbDxfField& f : kEntityFields)
+    if (AcDbEntity::cast(&object))
+        for (const AcDbDxfField& f : kEntityFields)
+            fields.push_back(&f);
+    const AcDbDxfField* rest = nullptr;
+    for (const AcDbDxfField& f : kind->fields) {
         fields.push_back(&f);
-    for (const AcDbDxfField& f : kind->fields)
-        fields.push_back(&f);
+        if (f.flags & AcDbDxfField::kRest) rest = &f;
+    }
     size_t section = 0;
     std::vector<std::pair<const AcDbDxfField*, const AcDbDxfItem*>> deferred;
     for (const AcDbDxfItem& item : in) {
@@ -170,6 +175,7 @@ Acad::ErrorStatus acdbDxfReadEntity(AcDbEntity& entity, const AcDbDxfItems& in, 
             if (takes(*fields[i], item.code)) field = fields[i];
         for (size_t i = 0; i < section && !field; ++i)
             if (takes(*fields[i], item.code)) field = fields[i];
+        if (field == nullptr) field = rest;
         if (field != nullptr && (field->flags & AcDbDxfField::kOcs)) {
             deferred.emplace_back(field, &item);
             continue;
@@ -177,7 +183,7 @@ Acad::ErrorStatus acdbDxfReadEntity(AcDbEntity& entity, const AcDbDxfItems& in, 
         Acad::ErrorStatus es = Acad::eOk;
         if (field == nullptr)
             es = Acad::eInvalidDxfCode;
-        else if (!field->read(*field, entity, item))
+        else if (!field->read(*field, object, item))
             es = Acad::eInvalidInput;
         if (es != Acad::eOk) {
             if (failedCode) *failedCode = item.code;
@@ -185,7 +191,7 @@ Acad::ErrorStatus acdbDxfReadEntity(AcDbEntity& entity, const AcDbDxfItems& in, 
         }
     }
     for (auto [field, item] : deferred)
-        if (!field->read(*field, entity, *item)) {
+        if (!field->read(*field, object, *item)) {
             if (failedCode) *failedCode = item->code;
             return Acad::eInvalidInput;
         }
