@@ -52,7 +52,7 @@ const std::multimap<std::string, std::pair<int, std::string>> kOwnGroups = {
     {"Polyline2d", {70, "0"}},
     {"Polyline3d", {70, "8"}},
     {"SplineFit", {74, "3"}},
-    {"SplineFit", {12, "1,0,0"}},
+    {"SplineFit", {73, "3"}},
     {"SplineNurbs", {71, "1"}},
     {"SplineNurbs", {72, "4"}},
     {"SplineNurbs", {70, "4"}},

@@ -280,6 +280,34 @@ TEST(Entities, PolygonMeshSizes) {
 TEST(Entities, SplineForms) {
     AcDbSpline fit({{0, 0, 0}, {1, 1, 0}, {2, 0, 0}}, {1, 0, 0}, {0, -1, 0}, 4, 0.0);
     ASSERT_TRUE(fit.hasFitData());
+    // The curve passes through its fit points at their chord-length parameters (0, 1/2, 1),
+    // and leaves along its start tangent.
+    AcGePoint3d on, near;
+    ASSERT_EQ(fit.getPointAtParam(0.5, on), Acad::eOk);
+    expectNear(on, {1, 1, 0}, 1e-9);
+    fit.getPointAtParam(1.0, on);
+    expectNear(on, {2, 0, 0}, 1e-9);
+    fit.getPointAtParam(1e-6, near);
+    EXPECT_LT(std::fabs(near.y), 1e-9);
+    EXPECT_GT(near.x, 0.0);
+    EXPECT_EQ(fit.getPointAtParam(1.5, on), Acad::eInvalidInput);
+    EXPECT_EQ(fit.numControlPoints(), 5);
+    // Without tangents: as many control points as fit points, the curve through all of them.
+    AcDbSpline free({{0, 0, 0}, {1, 2, 0}, {3, 2, 1}, {4, 0, 1}, {5, 5, 5}});
+    EXPECT_EQ(free.numControlPoints(), 5);
+    for (int k = 1; k < 4; ++k) {
+        // Chord lengths worked out from the points.
+        const double chords[] = {std::sqrt(5.0), std::sqrt(5.0), std::sqrt(5.0), std::sqrt(42.0)};
+        double total = 0, upTo = 0;
+        for (int i = 0; i < 4; ++i)
+            total += chords[i];
+        for (int i = 0; i < k; ++i)
+            upTo += chords[i];
+        AcGePoint3d fitPoint;
+        free.getFitPointAt(k, fitPoint);
+        ASSERT_EQ(free.getPointAtParam(upTo / total, on), Acad::eOk);
+        expectNear(on, fitPoint, 1e-9);
+    }
     AcGePoint3dArray points;
     int degree = 0;
     double tol = -1;

@@ -100,7 +100,8 @@ inline std::vector<Sample> entitySamples() {
          {1, 2, 3}},
         {"SplineFit",
          [](AcDbDatabase&) {
-             return new AcDbSpline({{0, 0, 0}, {1, 1, 0}, {2, 0, 0}}, {1, 0, 0}, {1, 0, 0});
+             // Of order 2: the curve is the polygon of its fit points.
+             return new AcDbSpline({{0, 0, 0}, {1, 1, 0}, {2, 0, 0}}, 2);
          },
          {0, 0, 0},
          {2, 1, 0}},

@@ -9,7 +9,9 @@ public:
     ACDB_CLONE(AcDbSpline)
     AcDbSpline() = default;
     // Fit form: the curve of the given order passes through the points, with the end
-    // tangents given (zero vectors leave them free).
+    // tangents given (zero vectors leave them free). Its control points are those of the
+    // interpolating curve, with parameters by chord length and knots by averaging; a given
+    // tangent's length is taken as that of the polygon of fit points.
     AcDbSpline(const AcGePoint3dArray& fitPoints, const AcGeVector3d& startTangent,
                const AcGeVector3d& endTangent, int order = 4, double fitTolerance = 0.0);
     AcDbSpline(const AcGePoint3dArray& fitPoints, int order = 4, double fitTolerance = 0.0);
@@ -45,14 +47,17 @@ public:
     int numFitPoints() const { return fitPoints_.length(); }
     Acad::ErrorStatus getFitPointAt(int index, AcGePoint3d& point) const;
     double fitTolerance() const { return fitTolerance_; }
+    // The point at a parameter between the first and the last knot; eInvalidInput outside,
+    // eDegenerateGeometry for a spline without control points.
+    Acad::ErrorStatus getPointAtParam(double param, AcGePoint3d& point) const;
 
     bool isClosed() const override { return closed_; }
     // eDegenerateGeometry for an empty spline.
     Acad::ErrorStatus getStartPoint(AcGePoint3d& p) const override;
     Acad::ErrorStatus getEndPoint(AcGePoint3d& p) const override;
     Acad::ErrorStatus transformBy(const AcGeMatrix3d& xform) override;
-    // The box of the control points (which holds the curve), or of the fit points when the
-    // spline has only those. eInvalidExtents for an empty spline.
+    // The box of the control points, which holds the curve. eInvalidExtents for an empty
+    // spline.
     Acad::ErrorStatus getGeomExtents(AcDbExtents& extents) const override;
 
 private:

@@ -1,7 +1,10 @@
+#include <algorithm>
+
 #include "../db/rxdefine.h"
 #include "../dxf/fieldtable.h"
 #include "arx/dbspline.h"
 #include "entgeom.h"
+#include "splinefit.h"
 
 ACRX_DEFINE_MEMBERS(AcDbSpline, AcDbCurve, ACRX_T("SPLINE"))
 
@@ -141,7 +144,8 @@ Acad::ErrorStatus AcDbSpline::getNurbsData(int& degree, bool& rational, bool& cl
                                            bool& periodic, AcGePoint3dArray& controlPoints,
                                            AcGeDoubleArray& knots, AcGeDoubleArray& weights,
                                            double& controlPtTol, double& knotTol) const {
-    degree = degree_;
+    // Few fit points give a curve of lower degree.
+    degree = controlPoints_.isEmpty() ? degree_ : std::min(degree_, controlPoints_.length() - 1);
     rational = rational_;
     closed = closed_;
     periodic = periodic_;
@@ -163,6 +167,13 @@ Acad::ErrorStatus AcDbSpline::setFitData(const AcGePoint3dArray& fitPoints, int 
     fitTolerance_ = fitTolerance;
     startTangent_ = startTangent;
     endTangent_ = endTangent;
+    rational_ = periodic_ = false;
+    weights_.removeAll();
+    if (!splinefit::interpolate(fitPoints_, degree_, startTangent_, endTangent_, controlPoints_,
+                                knots_)) {
+        controlPoints_.removeAll();
+        knots_.removeAll();
+    }
     return Acad::eOk;
 }
 
@@ -189,6 +200,15 @@ Acad::ErrorStatus AcDbSpline::getControlPointAt(int index, AcGePoint3d& point) c
 Acad::ErrorStatus AcDbSpline::getFitPointAt(int index, AcGePoint3d& point) const {
     if (index < 0 || index >= fitPoints_.length()) return Acad::eInvalidIndex;
     point = fitPoints_[index];
+    return Acad::eOk;
+}
+
+Acad::ErrorStatus AcDbSpline::getPointAtParam(double param, AcGePoint3d& point) const {
+    if (controlPoints_.isEmpty()) return Acad::eDegenerateGeometry;
+    const int n = controlPoints_.length() - 1;
+    const int p = std::min(degree_, n);
+    if (param < knots_[p] || param > knots_[n + 1]) return Acad::eInvalidInput;
+    point = splinefit::pointAt(p, controlPoints_, knots_, weights_, param);
     return Acad::eOk;
 }
 
