@@ -529,3 +529,74 @@ TEST_F(ArxTest, BlockReferencesKeepToShapesTheyCanHold) {
 }
 
 } // namespace
+
+namespace {
+
+TEST(Entities, BoxesOfTiltedCurvesWorkedByHand) {
+    // A unit circle about a normal (0, 0.6, 0.8) reaches sqrt(1 - n^2) along each axis.
+    AcDbCircle circle({0, 0, 0}, {0, 0.6, 0.8}, 1);
+    expectExtents(circle, {-1, -0.8, -0.6}, {1, 0.8, 0.6}, 1e-12);
+    // An ellipse with radii 2 and 1 turned by 45 degrees: sqrt(4/2 + 1/2) each way.
+    AcDbEllipse ellipse({0, 0, 0}, AcGeVector3d::kZAxis, {std::sqrt(2.0), std::sqrt(2.0), 0}, 0.5);
+    const double h = std::sqrt(2.5);
+    expectExtents(ellipse, {-h, -h, 0}, {h, h, 0}, 1e-12);
+}
+
+TEST(Entities, PolylineVertexEditsAndPieceProperties) {
+    AcDbPolyline pl;
+    pl.addVertexAt(0, {0, 0});
+    pl.addVertexAt(1, {5, 5});
+    pl.addVertexAt(2, {1, 0});
+    ASSERT_EQ(pl.removeVertexAt(1), Acad::eOk);
+    EXPECT_EQ(pl.removeVertexAt(2), Acad::eInvalidIndex);
+    ASSERT_EQ(pl.setPointAt(1, {3, 0}), Acad::eOk);
+    pl.setColorIndex(2);
+    pl.setVisibility(AcDb::kInvisible);
+    AcDbVoidPtrArray parts;
+    ASSERT_EQ(pl.explode(parts), Acad::eOk);
+    ASSERT_EQ(parts.length(), 1);
+    auto* line = static_cast<AcDbLine*>(parts[0]);
+    expectNear(line->endPoint(), {3, 0, 0});
+    EXPECT_EQ(line->colorIndex(), 2);
+    EXPECT_EQ(line->visibility(), AcDb::kInvisible);
+    delete line;
+}
+
+TEST_F(ArxTest, ErasedRecordsFreeTheirNames) {
+    AcDbUCSTable* ucss = nullptr;
+    ASSERT_EQ(db->getUCSTable(ucss, AcDb::kForWrite), Acad::eOk);
+    auto* first = new AcDbUCSTableRecord;
+    first->setName(L"Saved");
+    AcDbObjectId firstId;
+    ucss->add(firstId, first);
+    first->erase();
+    first->close();
+    AcDbObjectId found;
+    EXPECT_EQ(ucss->getAt(L"Saved", found), Acad::eKeyNotFound);
+    EXPECT_EQ(ucss->getAt(L"Saved", found, true), Acad::eOk);
+    EXPECT_EQ(found, firstId);
+    // The name is free again: a system saved under it replaces the erased one.
+    auto* second = new AcDbUCSTableRecord;
+    second->setName(L"SAVED");
+    ASSERT_EQ(ucss->add(second), Acad::eOk);
+    second->close();
+    AcDbUCSTableIterator* it = nullptr;
+    ucss->newIterator(it, true, false);
+    int withErased = 0;
+    for (; !it->done(); it->step(true, false))
+        ++withErased;
+    delete it;
+    EXPECT_EQ(withErased, 2);
+    ucss->close();
+}
+
+TEST_F(ArxTest, EmptyDrawingHasNoEntities) {
+    ads_name name;
+    EXPECT_EQ(acdbEntNext(nullptr, name), RTERROR);
+    EXPECT_EQ(acdbEntLast(name), RTERROR);
+    Opened<AcDbBlockTableRecord> model(db->currentSpaceId());
+    EXPECT_FALSE(model->hasEntities());
+    EXPECT_TRUE(model->isLayout());
+}
+
+} // namespace
