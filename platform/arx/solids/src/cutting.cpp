@@ -103,7 +103,7 @@ Status Solid::getSlice(const Plane& plane, bool getNegHalfToo, Solid* negHalf) {
         const gp_Vec n(pln->Axis().Direction());
         for (TopExp_Explorer it(splitter.Shape(), TopAbs_SOLID); it.More(); it.Next()) {
             GProp_GProps props;
-            BRepGProp::VolumeProperties(it.Current(), props, true);
+            volumeProperties(it.Current(), props);
             const double side = gp_Vec(pln->Location(), props.CentreOfMass()).Dot(n);
             builder.Add(side >= 0.0 ? kept : dropped, it.Current());
         }

@@ -4,6 +4,7 @@
 
 #include <arxsolids/solid.h>
 
+#include <GProp_GProps.hxx>
 #include <Geom_Curve.hxx>
 #include <Standard_Failure.hxx>
 #include <TopoDS_Face.hxx>
@@ -118,6 +119,8 @@ SurfaceKind surfaceKind(const TopoDS_Face& face);
 bool isBoundaryEdge(const TopoDS_Shape& edge, const TopoDS_Face& face);
 
 // ---- Properties (properties.cpp) ----
+// Volume integrals to full precision whatever the faces.
+void volumeProperties(const TopoDS_Shape& shape, GProp_GProps& props);
 double volumeOf(const TopoDS_Shape& shape);
 double areaOf(const TopoDS_Shape& shape);
 // Tight box; false for an empty shape.

@@ -17,7 +17,7 @@ Status Solid::getMassProp(MassProps& props) const {
         const TopoDS_Shape& shape = Access::shape(*this);
         if (shape.IsNull()) return Status::eNotApplicable;
         GProp_GProps gprops;
-        BRepGProp::VolumeProperties(shape, gprops, true);
+        volumeProperties(shape, gprops);
         const double v = gprops.Mass();
         if (!(v > 0.0)) return Status::eGeneralModelingFailure;
         const gp_Pnt c = gprops.CentreOfMass();

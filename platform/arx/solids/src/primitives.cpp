@@ -97,7 +97,8 @@ Status Solid::createTorus(double majorRadius, double minorRadius) {
     return guarded([&] {
         if (!positive(minorRadius) || !std::isfinite(majorRadius) || majorRadius <= -minorRadius)
             return Status::eInvalidInput;
-        if (majorRadius > minorRadius) {
+        // With equal radii the tube just closes the hole: the plain torus is right.
+        if (majorRadius >= minorRadius) {
             Access::shape(*this) = BRepPrimAPI_MakeTorus(majorRadius, minorRadius).Shape();
             return Status::eOk;
         }

@@ -18,10 +18,22 @@
 
 namespace arxsolids {
 
+void volumeProperties(const TopoDS_Shape& shape, GProp_GProps& props) {
+    // Analytic faces integrate exactly with the fixed rule; free-form faces need the adaptive
+    // one to reach the same precision.
+    bool freeForm = false;
+    for (const TopoDS_Face& face : facesOf(shape))
+        freeForm = freeForm || surfaceKind(face) == SurfaceKind::kOther;
+    if (freeForm)
+        BRepGProp::VolumeProperties(shape, props, 1e-10, true);
+    else
+        BRepGProp::VolumeProperties(shape, props, true);
+}
+
 double volumeOf(const TopoDS_Shape& shape) {
     if (shape.IsNull()) return 0.0;
     GProp_GProps props;
-    BRepGProp::VolumeProperties(shape, props, true);
+    volumeProperties(shape, props);
     return props.Mass();
 }
 
