@@ -141,8 +141,8 @@ Status Region::booleanOper(BoolOperType operation, Region& other) {
         const auto n2 = regionNormal(Access::shape(other));
         if (!n1 || !n2 || !n1->IsParallel(*n2, 1e-9)) return Status::eNonCoplanarGeometry;
         // Same plane: a point of the other region lies in this one's plane.
-        const TopoDS_Face& f1 = facesOf(Access::shape(*this)).front();
-        const TopoDS_Face& f2 = facesOf(Access::shape(other)).front();
+        const TopoDS_Face f1 = facesOf(Access::shape(*this)).front();
+        const TopoDS_Face f2 = facesOf(Access::shape(other)).front();
         const gp_Pln p1 = BRepAdaptor_Surface(f1, false).Plane();
         const gp_Pnt q = BRepAdaptor_Surface(f2, false).Plane().Location();
         const double size =
