@@ -39,12 +39,15 @@ TEST(Frustum, DifferentXAndYRadiiGiveAnEllipticFrustum) {
     const double a = 2.0, b = 1.0, h = 3.0, k = 0.5;
     Solid frustum;
     ASSERT_OK(frustum.createFrustum(h, a, b, k * a));
-    EXPECT_VOLUME(frustum, kPi * a * b * h * (1 + k + k * k) / 3, h);
+    // The elliptic side is a free-form surface, integrated to about 1e-8.
+    constexpr double kFreeForm = 1e-7;
+    EXPECT_TRUE(
+        near(kPi * a * b * h * (1 + k + k * k) / 3, volumeOf(frustum), h * h * h, kFreeForm));
     EXPECT_TRUE(sameExtents({{-a, -b, -h / 2}, {a, b, h / 2}}, frustum, h));
 
     Solid cone;
     ASSERT_OK(cone.createFrustum(h, b, a, 0.0)); // major axis along Y
-    EXPECT_VOLUME(cone, kPi * a * b * h / 3, h);
+    EXPECT_TRUE(near(kPi * a * b * h / 3, volumeOf(cone), h * h * h, kFreeForm));
     EXPECT_TRUE(sameExtents({{-b, -a, -h / 2}, {b, a, h / 2}}, cone, h));
 }
 

@@ -119,7 +119,7 @@ SurfaceKind surfaceKind(const TopoDS_Face& face);
 bool isBoundaryEdge(const TopoDS_Shape& edge, const TopoDS_Face& face);
 
 // ---- Properties (properties.cpp) ----
-// Volume integrals to full precision whatever the faces.
+// Volume integrals: exact for analytic faces, to about 1e-8 on free-form ones.
 void volumeProperties(const TopoDS_Shape& shape, GProp_GProps& props);
 double volumeOf(const TopoDS_Shape& shape);
 double areaOf(const TopoDS_Shape& shape);

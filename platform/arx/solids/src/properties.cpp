@@ -19,15 +19,9 @@
 namespace arxsolids {
 
 void volumeProperties(const TopoDS_Shape& shape, GProp_GProps& props) {
-    // Analytic faces integrate exactly with the fixed rule; free-form faces need the adaptive
-    // one to reach the same precision.
-    bool freeForm = false;
-    for (const TopoDS_Face& face : facesOf(shape))
-        freeForm = freeForm || surfaceKind(face) == SurfaceKind::kOther;
-    if (freeForm)
-        BRepGProp::VolumeProperties(shape, props, 1e-10, true);
-    else
-        BRepGProp::VolumeProperties(shape, props, true);
+    // The fixed Gauss rule is exact for analytic faces and for extrusions of conics; the
+    // adaptive rules are no better on free-form faces and far slower.
+    BRepGProp::VolumeProperties(shape, props, true);
 }
 
 double volumeOf(const TopoDS_Shape& shape) {

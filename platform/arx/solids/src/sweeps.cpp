@@ -45,8 +45,10 @@ std::vector<gp_Pnt> samplePoints(const TopoDS_Shape& shape) {
 
 // True when the axis passes through the inside of the region.
 bool axisCrossesRegion(const TopoDS_Shape& region, const gp_Dir& normal, const gp_Ax1& axis) {
+    // The tolerance is that of joining the region's curves: ends that close a loop may stand
+    // that far past the axis.
     const double size = diagonalOf(region);
-    const double tol = 1e-9 * std::max(1.0, size);
+    const double tol = 1e-7 * size;
     if (std::abs(axis.Direction().Dot(normal)) < 1e-12) {
         // Axis in (or parallel to) the plane: the region must stay on one side of it.
         const gp_Dir side = normal.Crossed(axis.Direction());
@@ -152,7 +154,7 @@ Status Solid::extrude(const Region& region, double height, double taperAngle) {
             const gp_Dir up = height > 0 ? *normal : normal->Reversed();
             const gp_Pnt origin =
                 BRepAdaptor_Surface(facesOf(profile).front(), false).Plane().Location();
-            if (Status s = applyDraft(body, up, gp_Pln(origin, up), -taperAngle); s != Status::eOk)
+            if (Status s = applyDraft(body, up, gp_Pln(origin, up), taperAngle); s != Status::eOk)
                 return s;
         }
         TopoDS_Shape solids;
@@ -206,13 +208,13 @@ Status Solid::revolve(const Region& region, const Vec3& axisPoint, const Vec3& a
         const auto normal = regionNormal(profile);
         if (profile.IsNull() || !normal) return Status::eNotApplicable;
         const auto dir = toDir(axisDir);
-        if (!dir || !isFinite(axisPoint) || !std::isfinite(angle) || angle <= 0.0 ||
-            angle > 2.0 * M_PI + 1e-12)
+        if (!dir || !isFinite(axisPoint) || !std::isfinite(angle) || angle <= 0.0)
             return Status::eInvalidInput;
         const gp_Ax1 axis(toPnt(axisPoint), *dir);
         // An axis along the normal turns the region in its own plane: no volume.
         if (std::abs(dir->Dot(*normal)) > 1.0 - 1e-12) return Status::eDegenerateGeometry;
         if (axisCrossesRegion(profile, *normal, axis)) return Status::eInvalidInput;
+        // A turn of 2 pi in single precision is a hair more than a full turn: still one turn.
         const double sweep = std::min(angle, 2.0 * M_PI);
         TopoDS_Shape body = BRepPrimAPI_MakeRevol(profile, axis, sweep).Shape();
         TopoDS_Shape solids;

@@ -49,7 +49,7 @@ public:
     // taperAngle must be 0.
     Status extrudeAlongPath(const Region& region, const Curve& path, double taperAngle);
     // Revolution of a region about the axis (a point and a direction) through angle (radians,
-    // (0, 2 pi]); the axis must not cross the region's interior.
+    // above 0; a full turn at most); the axis must not cross the region's interior.
     Status revolve(const Region& region, const Vec3& axisPoint, const Vec3& axisDir, double angle);
 
     // ---- Operations ----
