@@ -2,6 +2,7 @@
 #include "internal.h"
 
 #include <BRepAdaptor_Surface.hxx>
+#include <BRepTools_WireExplorer.hxx>
 #include <BRep_Tool.hxx>
 #include <GeomConvert.hxx>
 #include <GeomConvert_ApproxCurve.hxx>
@@ -166,6 +167,13 @@ SurfaceDesc describeSurface(const TopoDS_Face& face) {
         break;
     }
     return out;
+}
+
+std::vector<TopoDS_Shape> runningEdges(const TopoDS_Shape& wire, const TopoDS_Face& face) {
+    std::vector<TopoDS_Shape> edges;
+    for (BRepTools_WireExplorer it(TopoDS::Wire(wire), face); it.More(); it.Next())
+        edges.push_back(it.Current());
+    return edges;
 }
 
 bool isBoundaryEdge(const TopoDS_Shape& edge, const TopoDS_Face& face) {

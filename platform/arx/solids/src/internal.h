@@ -115,6 +115,9 @@ Status buildPathWire(const Curve& path, TopoDS_Wire& wire);
 Curve describeEdge(const TopoDS_Shape& edge, bool oriented);
 SurfaceDesc describeSurface(const TopoDS_Face& face);
 SurfaceKind surfaceKind(const TopoDS_Face& face);
+// Edges of a wire of a face (as the face holds it) in the order the face runs them, each
+// oriented as it is run.
+std::vector<TopoDS_Shape> runningEdges(const TopoDS_Shape& wire, const TopoDS_Face& face);
 // Edges that bound a face: not seams, not collapsed.
 bool isBoundaryEdge(const TopoDS_Shape& edge, const TopoDS_Face& face);
 

@@ -65,8 +65,8 @@ void addWireLoops(const TopoDS_Wire& wire, const TopoDS_Face& face, bool outer,
     std::vector<BrepLoop> chains(1);
     chains.back().outer = outer;
     bool firstIsBoundary = false, lastIsBoundary = false, started = false;
-    for (BRepTools_WireExplorer it(wire, face); it.More(); it.Next()) {
-        const TopoDS_Edge& edge = it.Current();
+    for (const TopoDS_Shape& shape : runningEdges(wire, face)) {
+        const TopoDS_Edge& edge = TopoDS::Edge(shape);
         lastIsBoundary = isBoundaryEdge(edge, face);
         if (!started) firstIsBoundary = lastIsBoundary, started = true;
         if (!lastIsBoundary) {
@@ -75,7 +75,7 @@ void addWireLoops(const TopoDS_Wire& wire, const TopoDS_Face& face, bool outer,
         }
         BrepCoedge coedge;
         coedge.edge = edges.Add(edge) - 1;
-        coedge.reversed = it.Orientation() == TopAbs_REVERSED;
+        coedge.reversed = edge.Orientation() == TopAbs_REVERSED;
         chains.back().coedges.push_back(coedge);
         chains.back().vertices.push_back(vertices.Add(TopExp::FirstVertex(edge, true)) - 1);
     }

@@ -77,9 +77,8 @@ Status Region::explode(std::vector<Curve>& curves) const {
         std::vector<Curve> out;
         for (const TopoDS_Face& face : facesOf(Access::shape(*this)))
             for (TopoDS_Iterator wires(face); wires.More(); wires.Next())
-                for (BRepTools_WireExplorer it(TopoDS::Wire(wires.Value()), face); it.More();
-                     it.Next())
-                    out.push_back(describeEdge(it.Current(), true));
+                for (const TopoDS_Shape& edge : runningEdges(wires.Value(), face))
+                    out.push_back(describeEdge(edge, true));
         curves = std::move(out);
         return Status::eOk;
     });

@@ -59,14 +59,14 @@ Status Surface::explode(std::vector<Curve>& curves) const {
         // Edges with their position along the axis, for the order of a side's two circles.
         std::vector<std::pair<double, Curve>> found;
         for (TopoDS_Iterator wires(face); wires.More(); wires.Next())
-            for (BRepTools_WireExplorer it(TopoDS::Wire(wires.Value()), face); it.More();
-                 it.Next()) {
-                if (!isBoundaryEdge(it.Current(), face)) continue;
-                BRepAdaptor_Curve curve(it.Current());
+            for (const TopoDS_Shape& edge : runningEdges(wires.Value(), face)) {
+                if (!isBoundaryEdge(edge, face)) continue;
+                BRepAdaptor_Curve curve(TopoDS::Edge(edge));
                 const gp_Pnt mid =
                     curve.Value(0.5 * (curve.FirstParameter() + curve.LastParameter()));
                 const double height = gp_Vec(toPnt(desc.origin), mid).Dot(toVec(desc.axis));
-                found.emplace_back(height, describeEdge(it.Current(), true));
+                // The neighbouring face's direction: a rim's normal points out of the solid's end.
+                found.emplace_back(height, describeEdge(edge.Reversed(), true));
             }
         if (desc.kind == SurfaceKind::kCylinder || desc.kind == SurfaceKind::kCone)
             std::stable_sort(found.begin(), found.end(),

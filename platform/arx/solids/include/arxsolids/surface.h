@@ -21,9 +21,11 @@ public:
     Status getArea(double& area) const;
     Status getGeomExtents(Extents& extents) const;
 
-    // The bounding edges as curves, in the direction the face runs them; seams and collapsed
-    // edges are not edges of the boundary. A cylinder's side gives its two circles, the lower
-    // one (along the axis) first; a cone's side its base circle; a sphere nothing.
+    // The bounding edges as curves, each in the direction the neighbouring face runs it (so a
+    // rim circle's normal points out of the solid, as that of the end region does); seams and
+    // collapsed edges are not edges of the boundary. A cylinder's side gives its two circles,
+    // the lower one (along the axis) first; a cone's side its base circle, whose reversed normal
+    // points to the apex; a sphere nothing.
     Status explode(std::vector<Curve>& curves) const;
 
     Status transformBy(const Matrix& matrix);
