@@ -73,7 +73,7 @@ Status Solid::booleanOper(BoolOperType operation, Solid& other) {
             runBoolean(operation, Access::shape(*this), Access::shape(other));
         if (result.IsNull()) return Status::eGeneralModelingFailure;
         TopoDS_Shape solids;
-        if (Status s = finishSolids(result, solids); s != Status::eOk) return s;
+        if (Status s = finishSolids(result, solids, Check::kVolume); s != Status::eOk) return s;
         Access::shape(*this) = solids;
         Access::shape(other).Nullify();
         return Status::eOk;
@@ -108,8 +108,9 @@ Status Solid::getSlice(const Plane& plane, bool getNegHalfToo, Solid* negHalf) {
             builder.Add(side >= 0.0 ? kept : dropped, it.Current());
         }
         TopoDS_Shape keptSolids, droppedSolids;
-        if (Status s = finishSolids(kept, keptSolids); s != Status::eOk) return s;
-        if (Status s = finishSolids(dropped, droppedSolids); s != Status::eOk) return s;
+        if (Status s = finishSolids(kept, keptSolids, Check::kVolume); s != Status::eOk) return s;
+        if (Status s = finishSolids(dropped, droppedSolids, Check::kVolume); s != Status::eOk)
+            return s;
         Access::shape(*this) = keptSolids;
         if (getNegHalfToo) Access::shape(*negHalf) = droppedSolids;
         return Status::eOk;
@@ -146,7 +147,7 @@ Status Region::booleanOper(BoolOperType operation, Region& other) {
         const gp_Pln p1 = BRepAdaptor_Surface(f1, false).Plane();
         const gp_Pnt q = BRepAdaptor_Surface(f2, false).Plane().Location();
         const double size =
-            std::max(diagonalOf(Access::shape(*this)), diagonalOf(Access::shape(other)));
+            std::max(roughSizeOf(Access::shape(*this)), roughSizeOf(Access::shape(other)));
         if (p1.Distance(q) > 1e-9 * std::max(1.0, size)) return Status::eNonCoplanarGeometry;
         const TopoDS_Shape result =
             runBoolean(operation, Access::shape(*this), Access::shape(other));

@@ -129,13 +129,19 @@ double areaOf(const TopoDS_Shape& shape);
 // Tight box; false for an empty shape.
 bool extentsOf(const TopoDS_Shape& shape, Extents& extents);
 double diagonalOf(const TopoDS_Shape& shape);
+// Diagonal of a quick box that may be somewhat larger than the tight one: for tolerances.
+double roughSizeOf(const TopoDS_Shape& shape);
 TopologyCounts countTopology(const TopoDS_Shape& shape);
 Brep walkBrep(const TopoDS_Shape& shape);
 
 // ---- Solids (solid.cpp) ----
+// How far a result of the modelling kernel is checked: its volume always (a lump with none is
+// a failure, one turned inside out is turned back), its topology and geometry where the
+// kernel's operation is known to hand out invalid shapes.
+// Sweeps of a valid face by translation or rotation come out valid and outward: kTrusted.
+enum class Check { kTrusted, kVolume, kValidity };
 // Orients every lump outward and gathers the lumps: a solid, a compound, or null when none.
-// eGeneralModelingFailure when a lump is invalid or has no volume.
-Status finishSolids(const TopoDS_Shape& result, TopoDS_Shape& solids);
+Status finishSolids(const TopoDS_Shape& result, TopoDS_Shape& solids, Check check);
 // Faces of a region or solid, each once.
 std::vector<TopoDS_Face> facesOf(const TopoDS_Shape& shape);
 TopoDS_Shape compoundOf(const std::vector<TopoDS_Face>& faces);

@@ -103,7 +103,8 @@ Status Solid::createTorus(double majorRadius, double minorRadius) {
             return Status::eOk;
         }
         TopoDS_Shape shape;
-        if (Status s = finishSolids(overlappingTorus(majorRadius, minorRadius), shape);
+        if (Status s =
+                finishSolids(overlappingTorus(majorRadius, minorRadius), shape, Check::kValidity);
             s != Status::eOk || shape.IsNull())
             return Status::eGeneralModelingFailure;
         Access::shape(*this) = shape;

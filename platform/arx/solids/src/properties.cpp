@@ -55,6 +55,12 @@ double diagonalOf(const TopoDS_Shape& shape) {
     return toPnt(e.min).Distance(toPnt(e.max));
 }
 
+double roughSizeOf(const TopoDS_Shape& shape) {
+    Bnd_Box box;
+    BRepBndLib::Add(shape, box, false);
+    return box.IsVoid() ? 0.0 : std::sqrt(box.SquareExtent());
+}
+
 namespace {
 
 // Coedges of one wire in the order the face runs them, split into loops where a seam or a

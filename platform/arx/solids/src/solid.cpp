@@ -3,7 +3,6 @@
 
 #include <BRepAdaptor_Surface.hxx>
 #include <BRepCheck_Analyzer.hxx>
-#include <BRepLib.hxx>
 #include <BRep_Builder.hxx>
 #include <TopExp.hxx>
 #include <TopExp_Explorer.hxx>
@@ -62,15 +61,22 @@ std::optional<gp_Dir> regionNormal(const TopoDS_Shape& region) {
     return std::nullopt;
 }
 
-Status finishSolids(const TopoDS_Shape& result, TopoDS_Shape& solids) {
+Status finishSolids(const TopoDS_Shape& result, TopoDS_Shape& solids, Check check) {
     std::vector<TopoDS_Solid> lumps;
     for (TopExp_Explorer it(result, TopAbs_SOLID); it.More(); it.Next()) {
         TopoDS_Solid lump = TopoDS::Solid(it.Current());
-        if (!BRepCheck_Analyzer(lump).IsValid()) return Status::eGeneralModelingFailure;
-        BRepLib::OrientClosedSolid(lump);
-        const double size = diagonalOf(lump);
+        if (check == Check::kValidity && !BRepCheck_Analyzer(lump).IsValid())
+            return Status::eGeneralModelingFailure;
+        if (check == Check::kTrusted) {
+            lumps.push_back(lump);
+            continue;
+        }
+        // A lump turned inside out has a negative volume; one without volume is no solid.
+        const double size = roughSizeOf(lump);
         const double volume = volumeOf(lump);
-        if (!(volume > 1e-12 * size * size * size)) return Status::eGeneralModelingFailure;
+        if (!(std::abs(volume) > 1e-12 * size * size * size))
+            return Status::eGeneralModelingFailure;
+        if (volume < 0.0) lump.Reverse();
         lumps.push_back(lump);
     }
     if (lumps.empty()) {

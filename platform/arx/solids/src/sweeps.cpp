@@ -47,8 +47,7 @@ std::vector<gp_Pnt> samplePoints(const TopoDS_Shape& shape) {
 bool axisCrossesRegion(const TopoDS_Shape& region, const gp_Dir& normal, const gp_Ax1& axis) {
     // The tolerance is that of joining the region's curves: ends that close a loop may stand
     // that far past the axis.
-    const double size = diagonalOf(region);
-    const double tol = 1e-7 * size;
+    const double tol = 1e-7 * roughSizeOf(region);
     if (std::abs(axis.Direction().Dot(normal)) < 1e-12) {
         // Axis in (or parallel to) the plane: the region must stay on one side of it.
         const gp_Dir side = normal.Crossed(axis.Direction());
@@ -83,9 +82,13 @@ TopoDS_Shape pipeOfWire(const TopoDS_Wire& spine, const TopoDS_Wire& profile,
     return pipe.Shape();
 }
 
-// The plane a path lies in, if any.
-std::optional<gp_Dir> pathPlaneNormal(const TopoDS_Wire& spine) {
-    BRepLib_FindSurface finder(spine, 1e-9 * std::max(1.0, diagonalOf(spine)), true);
+// The plane a path lies in, if any: planar curves carry their normal, others are searched.
+std::optional<gp_Dir> pathPlaneNormal(const Curve& path, const TopoDS_Wire& spine) {
+    if (const auto* c = std::get_if<ArcCurve>(&path)) return toDir(c->normal);
+    if (const auto* c = std::get_if<CircleCurve>(&path)) return toDir(c->normal);
+    if (const auto* c = std::get_if<EllipseCurve>(&path)) return toDir(c->normal);
+    if (const auto* c = std::get_if<PolylineCurve>(&path)) return toDir(c->normal);
+    BRepLib_FindSurface finder(spine, 1e-9 * std::max(1.0, roughSizeOf(spine)), true);
     if (!finder.Found()) return std::nullopt;
     Handle(Geom_Plane) plane = Handle(Geom_Plane)::DownCast(finder.Surface());
     if (plane.IsNull()) return std::nullopt;
@@ -144,7 +147,7 @@ Status Solid::extrude(const Region& region, double height, double taperAngle) {
         const TopoDS_Shape& profile = Access::shape(region);
         const auto normal = regionNormal(profile);
         if (profile.IsNull() || !normal) return Status::eNotApplicable;
-        const double size = diagonalOf(profile);
+        const double size = roughSizeOf(profile);
         if (!std::isfinite(height) || std::abs(height) <= 1e-9 * size ||
             !std::isfinite(taperAngle) || std::abs(taperAngle) >= 0.5 * M_PI)
             return Status::eInvalidInput;
@@ -158,7 +161,10 @@ Status Solid::extrude(const Region& region, double height, double taperAngle) {
                 return s;
         }
         TopoDS_Shape solids;
-        if (Status s = finishSolids(body, solids); s != Status::eOk) return s;
+        if (Status s =
+                finishSolids(body, solids, taperAngle != 0.0 ? Check::kValidity : Check::kTrusted);
+            s != Status::eOk)
+            return s;
         if (solids.IsNull()) return Status::eGeneralModelingFailure;
         Access::shape(*this) = solids;
         return Status::eOk;
@@ -182,7 +188,7 @@ Status Solid::extrudeAlongPath(const Region& region, const Curve& path, double t
             body = BRepPrimAPI_MakePrism(profile, gp_Vec(toPnt(line->start), toPnt(line->end)))
                        .Shape();
         } else {
-            const auto binormal = pathPlaneNormal(spine);
+            const auto binormal = pathPlaneNormal(path, spine);
             BRep_Builder builder;
             TopoDS_Compound parts;
             builder.MakeCompound(parts);
@@ -194,7 +200,7 @@ Status Solid::extrudeAlongPath(const Region& region, const Curve& path, double t
             body = parts;
         }
         TopoDS_Shape solids;
-        if (Status s = finishSolids(body, solids); s != Status::eOk) return s;
+        if (Status s = finishSolids(body, solids, Check::kVolume); s != Status::eOk) return s;
         if (solids.IsNull()) return Status::eGeneralModelingFailure;
         Access::shape(*this) = solids;
         return Status::eOk;
@@ -218,7 +224,7 @@ Status Solid::revolve(const Region& region, const Vec3& axisPoint, const Vec3& a
         const double sweep = std::min(angle, 2.0 * M_PI);
         TopoDS_Shape body = BRepPrimAPI_MakeRevol(profile, axis, sweep).Shape();
         TopoDS_Shape solids;
-        if (Status s = finishSolids(body, solids); s != Status::eOk) return s;
+        if (Status s = finishSolids(body, solids, Check::kTrusted); s != Status::eOk) return s;
         if (solids.IsNull()) return Status::eDegenerateGeometry;
         Access::shape(*this) = solids;
         return Status::eOk;
