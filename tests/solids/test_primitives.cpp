@@ -96,6 +96,15 @@ TEST(Torus, MinorNotBelowMajorGivesOneSelfOverlappingSolid) {
         EXPECT_VOLUME(s, overlappingTorusVolume(R, r), r);
         EXPECT_AREA(s, overlappingTorusArea(R, r), r);
         EXPECT_EQ(1, s.topology().solids);
+        // The mid-plane section is a disc of radius R + r: the torus recogniser's test. Its rim is
+        // an intersection curve, found to the kernel's point resolution.
+        Region section;
+        ASSERT_OK(s.getSection({{0, 0, 0}, {0, 0, 1}}, section));
+        std::vector<Curve> rim;
+        ASSERT_OK(section.explode(rim));
+        ASSERT_EQ(1u, rim.size());
+        ASSERT_TRUE(std::holds_alternative<CircleCurve>(rim[0])) << rim[0].index();
+        EXPECT_NEAR(R + r, std::get<CircleCurve>(rim[0]).radius, kPointResolution);
         const double h = R >= 0 ? r : std::sqrt(r * r - R * R);
         EXPECT_TRUE(sameExtents({{-R - r, -R - r, -h}, {R + r, R + r, h}}, s, r));
     }

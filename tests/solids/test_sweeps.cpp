@@ -15,6 +15,14 @@ TEST(Extrude, RunsAlongTheRegionNormal) {
     EXPECT_TRUE(sameExtents({{0, 0, -4}, {2, 3, 0}}, down, 4.0));
 }
 
+TEST(Extrude, RegionFacingDownExtrudesDownwards) {
+    // A disc whose circle turns clockwise seen from above has the normal -Z.
+    Solid s;
+    ASSERT_OK(s.extrude(circleRegion({0, 0, 0}, {0, 0, -1}, 1.0), 2.0, 0.0));
+    EXPECT_VOLUME(s, 2 * kPi, 2.0);
+    EXPECT_TRUE(sameExtents({{-1, -1, -2}, {1, 1, 0}}, s, 2.0));
+}
+
 TEST(Extrude, TaperNarrowsOutlineAndWidensHoles) {
     const double a = 4.0, b = 1.0, h = 1.0, taper = 0.1, t = std::tan(taper);
     Solid plain;
@@ -101,6 +109,33 @@ TEST(SweepAlongPath, PolylineCornersAreMitredExactly) {
     EXPECT_EQ(1, crank.topology().solids);
 }
 
+TEST(SweepAlongPath, SegmentedElbowSweptOneSegmentLongAndSliced) {
+    // The segmented elbow: the section stands square to the bend's start, not to the first
+    // chord; the path runs one segment beyond the end, and a slice through the bend axis and
+    // the end vertex trims the overshoot.
+    const double R = 3.0, r = 0.5, angle = kPi / 2;
+    const int n = 3;
+    const double step = angle / n;
+    PolylineCurve path;
+    for (int i = 0; i <= n + 1; ++i)
+        path.vertices.push_back({R * std::cos(i * step), R * std::sin(i * step), 0});
+    Solid elbow;
+    ASSERT_OK(elbow.extrudeAlongPath(circleRegion({R, 0, 0}, {0, 1, 0}, r), path, 0.0));
+    const Vec3 end = polylinePoint(path, n);
+    // The side of the bend: the plane through the Z axis and the end vertex, normal towards
+    // the start.
+    const Vec3 normal = {end.y, -end.x, 0};
+    ASSERT_OK(elbow.getSlice({{0, 0, 0}, normal}, false, nullptr));
+    // Between the chords' length and the arc's: the mitred pipe follows the chords.
+    const double chords = 2 * n * R * std::sin(step / 2);
+    const double v = volumeOf(elbow);
+    EXPECT_GT(v, kPi * r * r * chords * (1 - 0.05));
+    EXPECT_LT(v, kPi * r * r * R * angle * (1 + 0.05));
+    Extents e;
+    ASSERT_OK(elbow.getGeomExtents(e));
+    EXPECT_GT(e.min.x, -r * 1e-6); // nothing left beyond the end plane
+}
+
 TEST(SweepAlongPath, HolesInTheProfileStayHoles) {
     const double R = 3.0, r1 = 0.5, r2 = 0.3;
     Region pipe = circleRegion({R, 0, 0}, {0, 1, 0}, r1);
@@ -135,6 +170,11 @@ TEST(Revolve, RectangleAboutAnAxisInItsPlaneMakesATube) {
     EXPECT_CENTROID(tube, (Vec3{0, 1.5, 0}), 3.0);
     ASSERT_OK(quarter.revolve(r, {0, 0, 0}, {0, 1, 0}, kPi / 2));
     EXPECT_VOLUME(quarter, kPi * (4 - 1) * 3 / 4, 3.0);
+    // Turning the other way round the axis sweeps the other quarter, with the same volume.
+    Solid other;
+    ASSERT_OK(other.revolve(r, {0, 0, 0}, {0, -1, 0}, kPi / 2));
+    EXPECT_VOLUME(other, kPi * (4 - 1) * 3 / 4, 3.0);
+    EXPECT_LT(centroidOf(other).z * centroidOf(quarter).z, 0.0);
 }
 
 TEST(Revolve, SemiEllipticCapIsHalfAnEllipsoid) {

@@ -4,6 +4,7 @@
 #include <BRepAdaptor_Surface.hxx>
 #include <BRepTools_WireExplorer.hxx>
 #include <BRep_Tool.hxx>
+#include <GC_MakeCircle.hxx>
 #include <GeomConvert.hxx>
 #include <GeomConvert_ApproxCurve.hxx>
 #include <Geom_BSplineCurve.hxx>
@@ -15,7 +16,9 @@
 #include <TopoDS.hxx>
 #include <TopoDS_Edge.hxx>
 
+#include <algorithm>
 #include <cmath>
+#include <gp_Pln.hxx>
 
 namespace arxsolids {
 namespace {
@@ -40,6 +43,36 @@ ConicRun conicRun(const gp_Ax2& frame, double first, double last, bool backwards
     gp_Ax2 flipped(frame.Location(), frame.Direction().Reversed(), frame.XDirection());
     const double start = normalAngle(-last);
     return {flipped, start, start + (last - first), whole};
+}
+
+// A free-form curve that runs on a circle (a section of a torus, say) is described as the
+// circle or arc it is: the host's recognisers look for circles.
+std::optional<Curve> circleOf(const Handle(Geom_Curve) & curve, double first, double last,
+                              bool backwards) {
+    constexpr int n = 24;
+    std::vector<gp_Pnt> p;
+    for (int i = 0; i <= n; ++i)
+        p.push_back(curve->Value(first + (last - first) * i / n));
+    if (backwards) std::reverse(p.begin(), p.end());
+    GC_MakeCircle through(p[0], p[n / 3], p[2 * n / 3]);
+    if (!through.IsDone()) return std::nullopt;
+    const gp_Circ c = through.Value()->Circ();
+    const double r = c.Radius();
+    const gp_Pln plane(c.Location(), c.Axis().Direction());
+    double swept = 0.0;
+    gp_Dir normal = c.Axis().Direction();
+    for (int i = 0; i <= n; ++i) {
+        if (std::abs(p[i].Distance(c.Location()) - r) > 1e-6 * r || plane.Distance(p[i]) > 1e-6 * r)
+            return std::nullopt;
+        if (i == 0) continue;
+        const gp_Vec a(c.Location(), p[i - 1]), b(c.Location(), p[i]);
+        if (i == 1 && a.Crossed(b).Dot(gp_Vec(normal)) < 0) normal.Reverse();
+        swept += a.AngleWithRef(b, gp_Vec(normal));
+    }
+    const Vec3 center = fromPnt(c.Location());
+    if (p[0].Distance(p[n]) <= 1e-6 * r) return CircleCurve{center, fromDir(normal), r};
+    return ArcCurve{
+        center, fromDir(normal), fromVec(gp_Vec(c.Location(), p[0]).Normalized()), r, 0.0, swept};
 }
 
 Curve splineOf(const Handle(Geom_Curve) & curve, double first, double last, bool backwards) {
@@ -110,6 +143,7 @@ Curve describeEdge(const TopoDS_Shape& shape, bool oriented) {
                          run.whole ? kTwoPi : run.end};
         return out;
     }
+    if (auto circle = circleOf(curve, first, last, backwards)) return *circle;
     return splineOf(curve, first, last, backwards);
 }
 

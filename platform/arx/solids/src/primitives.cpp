@@ -2,17 +2,14 @@
 #include "internal.h"
 
 #include <BRepBuilderAPI_MakeEdge.hxx>
-#include <BRepBuilderAPI_MakeFace.hxx>
 #include <BRepBuilderAPI_MakeVertex.hxx>
 #include <BRepBuilderAPI_MakeWire.hxx>
 #include <BRepOffsetAPI_ThruSections.hxx>
 #include <BRepPrimAPI_MakeBox.hxx>
 #include <BRepPrimAPI_MakeCone.hxx>
 #include <BRepPrimAPI_MakeCylinder.hxx>
-#include <BRepPrimAPI_MakeRevol.hxx>
 #include <BRepPrimAPI_MakeSphere.hxx>
 #include <BRepPrimAPI_MakeTorus.hxx>
-#include <GC_MakeArcOfCircle.hxx>
 #include <gp_Elips.hxx>
 
 #include <cmath>
@@ -43,17 +40,17 @@ TopoDS_Shape ellipticFrustum(double height, double rx, double ry, double topRx) 
     return loft.Shape();
 }
 
-// The part of the torus's generating disc (centre (major, 0, 0) in the XZ plane) that lies on
-// the positive side of the axis, revolved: the space the tube sweeps when it overlaps itself.
+// The space a torus's tube sweeps when it overlaps itself (|major| < minor): the part of the tube
+// circle on the positive side of the axis, revolved. On the torus of major radius |major| that is
+// the arc of the tube circle about its outer equator, or, for a negative major radius, about its
+// inner one (the lemon); both end on the axis.
 TopoDS_Shape overlappingTorus(double major, double minor) {
-    const double z0 = std::sqrt(minor * minor - major * major);
-    const gp_Pnt top(0, 0, z0), bottom(0, 0, -z0), outer(major + minor, 0, 0);
-    GC_MakeArcOfCircle arc(bottom, outer, top);
-    BRepBuilderAPI_MakeWire wire(BRepBuilderAPI_MakeEdge(arc.Value()),
-                                 BRepBuilderAPI_MakeEdge(top, bottom));
-    BRepBuilderAPI_MakeFace face(wire.Wire(), true);
-    BRepPrimAPI_MakeRevol revol(face.Face(), gp::OZ(), 2.0 * M_PI);
-    return revol.Shape();
+    if (major >= 0.0) {
+        const double t = std::acos(-major / minor);
+        return BRepPrimAPI_MakeTorus(major, minor, -t, t).Shape();
+    }
+    const double t = std::acos(major / minor);
+    return BRepPrimAPI_MakeTorus(-major, minor, t, 2.0 * M_PI - t).Shape();
 }
 
 } // namespace
@@ -104,7 +101,7 @@ Status Solid::createTorus(double majorRadius, double minorRadius) {
         }
         TopoDS_Shape shape;
         if (Status s =
-                finishSolids(overlappingTorus(majorRadius, minorRadius), shape, Check::kValidity);
+                finishSolids(overlappingTorus(majorRadius, minorRadius), shape, Check::kVolume);
             s != Status::eOk || shape.IsNull())
             return Status::eGeneralModelingFailure;
         Access::shape(*this) = shape;
