@@ -135,6 +135,17 @@ void Revolve_Raw(benchmark::State& state) {
         benchmark::DoNotOptimize(
             BRepPrimAPI_MakeRevol(face, gp_Ax1(gp_Pnt(-1, 0, 0), gp::DY()), 2 * M_PI).Shape());
 }
+// The sweep the kernel runs for a planar path: binormal fixed to the path's plane, mitred corners.
+TopoDS_Shape rawPipe(const TopoDS_Wire& spine, const TopoDS_Wire& section) {
+    BRepOffsetAPI_MakePipeShell pipe(spine);
+    pipe.SetMode(gp::DZ());
+    pipe.SetTransitionMode(BRepBuilderAPI_RightCorner);
+    pipe.Add(section, false, false);
+    pipe.Build();
+    pipe.MakeSolid();
+    return pipe.Shape();
+}
+
 void ElbowArc_Kernel(benchmark::State& state) {
     const Region region = kernelSection();
     const Curve path = ArcCurve{{0, 0, 0}, {0, 0, 1}, {1, 0, 0}, 3.0, 0.0, M_PI / 2};
@@ -147,15 +158,8 @@ void ElbowArc_Raw(benchmark::State& state) {
     const TopoDS_Wire section = rawSection();
     GC_MakeArcOfCircle arc(gp_Circ(gp::XOY(), 3.0), 0.0, M_PI / 2, true);
     const TopoDS_Wire spine = BRepBuilderAPI_MakeWire(BRepBuilderAPI_MakeEdge(arc.Value()));
-    for (auto _ : state) {
-        BRepOffsetAPI_MakePipeShell pipe(spine);
-        pipe.SetMode(gp::DZ());
-        pipe.SetTransitionMode(BRepBuilderAPI_RightCorner);
-        pipe.Add(section, false, false);
-        pipe.Build();
-        pipe.MakeSolid();
-        benchmark::DoNotOptimize(pipe.Shape());
-    }
+    for (auto _ : state)
+        benchmark::DoNotOptimize(rawPipe(spine, section));
 }
 void ElbowMitred_Kernel(benchmark::State& state) {
     const Region region = kernelSection();
@@ -170,15 +174,8 @@ void ElbowMitred_Raw(benchmark::State& state) {
     const TopoDS_Wire section = rawSection();
     BRepBuilderAPI_MakePolygon polygon(gp_Pnt(3, 0, 0), gp_Pnt(3, 3, 0), gp_Pnt(0, 3, 0));
     const TopoDS_Wire spine = polygon.Wire();
-    for (auto _ : state) {
-        BRepOffsetAPI_MakePipeShell pipe(spine);
-        pipe.SetMode(gp::DZ());
-        pipe.SetTransitionMode(BRepBuilderAPI_RightCorner);
-        pipe.Add(section, false, false);
-        pipe.Build();
-        pipe.MakeSolid();
-        benchmark::DoNotOptimize(pipe.Shape());
-    }
+    for (auto _ : state)
+        benchmark::DoNotOptimize(rawPipe(spine, section));
 }
 void Subtract_Kernel(benchmark::State& state) {
     Solid outer, inner;

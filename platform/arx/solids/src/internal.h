@@ -31,7 +31,7 @@ struct Region::Impl {
 };
 
 struct Surface::Impl {
-    TopoDS_Face face;
+    TopoDS_Shape shape; // one face, or null
 };
 
 // Reaches the shapes behind the public classes.
@@ -46,8 +46,8 @@ struct Access {
         static const TopoDS_Shape empty;
         return object.impl_ ? object.impl_->shape : empty;
     }
-    static TopoDS_Face& face(Surface& surface);
-    static const TopoDS_Face& face(const Surface& surface);
+    // The face of a surface that is not null.
+    static TopoDS_Face face(const Surface& surface);
     static bool& history(Solid& solid);
     static bool history(const Solid& solid);
 };
@@ -133,6 +133,13 @@ double diagonalOf(const TopoDS_Shape& shape);
 double roughSizeOf(const TopoDS_Shape& shape);
 TopologyCounts countTopology(const TopoDS_Shape& shape);
 Brep walkBrep(const TopoDS_Shape& shape);
+
+// ---- Guarded operations shared by solids, regions and surfaces (shapes.cpp) ----
+Status transformShape(TopoDS_Shape& shape, const Matrix& matrix);
+Status shapeExtents(const TopoDS_Shape& shape, Extents& extents);
+Status shapeArea(const TopoDS_Shape& shape, double& area);
+Brep shapeBrep(const TopoDS_Shape& shape);
+TopologyCounts shapeTopology(const TopoDS_Shape& shape);
 
 // ---- Solids (solid.cpp) ----
 // How far a result of the modelling kernel is checked: its volume always (a lump with none is

@@ -39,11 +39,7 @@ Status Region::createFromCurves(const std::vector<Curve>& curves, std::vector<Re
 }
 
 Status Region::getArea(double& area) const {
-    return guarded([&] {
-        if (isNull()) return Status::eNotApplicable;
-        area = areaOf(Access::shape(*this));
-        return Status::eOk;
-    });
+    return shapeArea(Access::shape(*this), area);
 }
 
 Status Region::getCentroid(Vec3& centroid) const {
@@ -66,9 +62,7 @@ Status Region::getNormal(Vec3& normal) const {
 }
 
 Status Region::getGeomExtents(Extents& extents) const {
-    return guarded([&] {
-        return extentsOf(Access::shape(*this), extents) ? Status::eOk : Status::eNotApplicable;
-    });
+    return shapeExtents(Access::shape(*this), extents);
 }
 
 Status Region::explode(std::vector<Curve>& curves) const {
@@ -85,31 +79,15 @@ Status Region::explode(std::vector<Curve>& curves) const {
 }
 
 Status Region::transformBy(const Matrix& matrix) {
-    return guarded([&] {
-        gp_Trsf trsf;
-        if (Status s = toTrsf(matrix, trsf); s != Status::eOk) return s;
-        TopoDS_Shape& shape = Access::shape(*this);
-        if (!shape.IsNull()) shape = transformed(shape, trsf);
-        return Status::eOk;
-    });
+    return transformShape(Access::shape(*this), matrix);
 }
 
 Brep Region::brep() const {
-    Brep brep;
-    guarded([&] {
-        brep = walkBrep(Access::shape(*this));
-        return Status::eOk;
-    });
-    return brep;
+    return shapeBrep(Access::shape(*this));
 }
 
 TopologyCounts Region::topology() const {
-    TopologyCounts counts;
-    guarded([&] {
-        counts = countTopology(Access::shape(*this));
-        return Status::eOk;
-    });
-    return counts;
+    return shapeTopology(Access::shape(*this));
 }
 
 } // namespace arxsolids

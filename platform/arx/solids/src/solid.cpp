@@ -15,13 +15,8 @@
 
 namespace arxsolids {
 
-TopoDS_Face& Access::face(Surface& surface) {
-    if (!surface.impl_) surface.impl_ = std::make_unique<Surface::Impl>();
-    return surface.impl_->face;
-}
-const TopoDS_Face& Access::face(const Surface& surface) {
-    static const TopoDS_Face empty;
-    return surface.impl_ ? surface.impl_->face : empty;
+TopoDS_Face Access::face(const Surface& surface) {
+    return TopoDS::Face(shape(surface));
 }
 bool& Access::history(Solid& solid) {
     if (!solid.impl_) solid.impl_ = std::make_unique<Solid::Impl>();
@@ -119,27 +114,15 @@ bool Solid::recordHistory() const {
 }
 
 Status Solid::transformBy(const Matrix& matrix) {
-    return guarded([&] {
-        gp_Trsf trsf;
-        if (Status s = toTrsf(matrix, trsf); s != Status::eOk) return s;
-        TopoDS_Shape& shape = Access::shape(*this);
-        if (!shape.IsNull()) shape = transformed(shape, trsf);
-        return Status::eOk;
-    });
+    return transformShape(Access::shape(*this), matrix);
 }
 
 Status Solid::getGeomExtents(Extents& extents) const {
-    return guarded([&] {
-        return extentsOf(Access::shape(*this), extents) ? Status::eOk : Status::eNotApplicable;
-    });
+    return shapeExtents(Access::shape(*this), extents);
 }
 
 Status Solid::getArea(double& area) const {
-    return guarded([&] {
-        if (isNull()) return Status::eNotApplicable;
-        area = areaOf(Access::shape(*this));
-        return Status::eOk;
-    });
+    return shapeArea(Access::shape(*this), area);
 }
 
 Status Solid::explode(std::vector<Piece>& pieces) const {
@@ -153,7 +136,7 @@ Status Solid::explode(std::vector<Piece>& pieces) const {
                 out.emplace_back(std::move(region));
             } else {
                 Surface surface;
-                Access::face(surface) = face;
+                Access::shape(surface) = face;
                 out.emplace_back(std::move(surface));
             }
         }
@@ -163,21 +146,11 @@ Status Solid::explode(std::vector<Piece>& pieces) const {
 }
 
 TopologyCounts Solid::topology() const {
-    TopologyCounts counts;
-    guarded([&] {
-        counts = countTopology(Access::shape(*this));
-        return Status::eOk;
-    });
-    return counts;
+    return shapeTopology(Access::shape(*this));
 }
 
 Brep Solid::brep() const {
-    Brep brep;
-    guarded([&] {
-        brep = walkBrep(Access::shape(*this));
-        return Status::eOk;
-    });
-    return brep;
+    return shapeBrep(Access::shape(*this));
 }
 
 } // namespace arxsolids

@@ -25,7 +25,7 @@ Surface::Surface(Surface&&) noexcept = default;
 Surface& Surface::operator=(Surface&&) noexcept = default;
 
 bool Surface::isNull() const {
-    return Access::face(*this).IsNull();
+    return Access::shape(*this).IsNull();
 }
 
 SurfaceDesc Surface::description() const {
@@ -38,23 +38,17 @@ SurfaceDesc Surface::description() const {
 }
 
 Status Surface::getArea(double& area) const {
-    return guarded([&] {
-        if (isNull()) return Status::eNotApplicable;
-        area = areaOf(Access::face(*this));
-        return Status::eOk;
-    });
+    return shapeArea(Access::shape(*this), area);
 }
 
 Status Surface::getGeomExtents(Extents& extents) const {
-    return guarded([&] {
-        return extentsOf(Access::face(*this), extents) ? Status::eOk : Status::eNotApplicable;
-    });
+    return shapeExtents(Access::shape(*this), extents);
 }
 
 Status Surface::explode(std::vector<Curve>& curves) const {
     return guarded([&] {
         if (isNull()) return Status::eNotApplicable;
-        const TopoDS_Face& face = Access::face(*this);
+        const TopoDS_Face face = Access::face(*this);
         const SurfaceDesc desc = describeSurface(face);
         // Edges with their position along the axis, for the order of a side's two circles.
         std::vector<std::pair<double, Curve>> found;
@@ -79,13 +73,7 @@ Status Surface::explode(std::vector<Curve>& curves) const {
 }
 
 Status Surface::transformBy(const Matrix& matrix) {
-    return guarded([&] {
-        gp_Trsf trsf;
-        if (Status s = toTrsf(matrix, trsf); s != Status::eOk) return s;
-        TopoDS_Face& face = Access::face(*this);
-        if (!face.IsNull()) face = TopoDS::Face(transformed(face, trsf));
-        return Status::eOk;
-    });
+    return transformShape(Access::shape(*this), matrix);
 }
 
 } // namespace arxsolids
