@@ -18,7 +18,9 @@
 #include <GCPnts_UniformAbscissa.hxx>
 #include <Geom_Plane.hxx>
 #include <IntAna_IntConicQuad.hxx>
+#include <TopExp.hxx>
 #include <TopExp_Explorer.hxx>
+#include <TopTools_IndexedMapOfShape.hxx>
 #include <TopTools_ListOfShape.hxx>
 #include <TopoDS.hxx>
 #include <TopoDS_Compound.hxx>
@@ -71,6 +73,15 @@ bool axisCrossesRegion(const TopoDS_Shape& region, const gp_Dir& normal, const g
 }
 
 // Sweeps one wire along the spine with mitred corners into a closed solid.
+int countOf(const TopoDS_Shape& shape, TopAbs_ShapeEnum type) {
+    TopTools_IndexedMapOfShape map;
+    TopExp::MapShapes(shape, type, map);
+    return map.Extent();
+}
+
+// Sweeps one wire along the spine with mitred corners into a closed solid. The sweep has one
+// face per profile edge and path edge, and two ends on an open path: anything else is a sweep
+// the kernel got wrong.
 TopoDS_Shape pipeOfWire(const TopoDS_Wire& spine, const TopoDS_Wire& profile,
                         const std::optional<gp_Dir>& binormal) {
     BRepOffsetAPI_MakePipeShell pipe(spine);
@@ -79,6 +90,9 @@ TopoDS_Shape pipeOfWire(const TopoDS_Wire& spine, const TopoDS_Wire& profile,
     pipe.Add(profile, false, false);
     pipe.Build();
     if (!pipe.IsDone() || !pipe.MakeSolid()) return {};
+    const int ends = BRep_Tool::IsClosed(spine) ? 0 : 2;
+    const int expected = countOf(profile, TopAbs_EDGE) * countOf(spine, TopAbs_EDGE) + ends;
+    if (countOf(pipe.Shape(), TopAbs_FACE) != expected) return {};
     return pipe.Shape();
 }
 
@@ -184,11 +198,16 @@ Status Solid::extrudeAlongPath(const Region& region, const Curve& path, double t
             std::abs(gp_Vec(*normal).Dot(tangent.Normalized())) < 1e-9)
             return Status::eDegenerateGeometry;
         TopoDS_Shape body;
+        Check check = Check::kTrusted;
         if (const auto* line = std::get_if<LineCurve>(&path)) {
             body = BRepPrimAPI_MakePrism(profile, gp_Vec(toPnt(line->start), toPnt(line->end)))
                        .Shape();
         } else {
             const auto binormal = pathPlaneNormal(path, spine);
+            // A profile without holes is one sweep, checked by its faces; holes go through
+            // a boolean, checked by volume.
+            for (const TopoDS_Face& face : facesOf(profile))
+                if (countOf(face, TopAbs_WIRE) > 1) check = Check::kVolume;
             BRep_Builder builder;
             TopoDS_Compound parts;
             builder.MakeCompound(parts);
@@ -200,7 +219,7 @@ Status Solid::extrudeAlongPath(const Region& region, const Curve& path, double t
             body = parts;
         }
         TopoDS_Shape solids;
-        if (Status s = finishSolids(body, solids, Check::kVolume); s != Status::eOk) return s;
+        if (Status s = finishSolids(body, solids, check); s != Status::eOk) return s;
         if (solids.IsNull()) return Status::eGeneralModelingFailure;
         Access::shape(*this) = solids;
         return Status::eOk;
