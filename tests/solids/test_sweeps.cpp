@@ -136,6 +136,33 @@ TEST(SweepAlongPath, SegmentedElbowSweptOneSegmentLongAndSliced) {
     EXPECT_GT(e.min.x, -r * 1e-6); // nothing left beyond the end plane
 }
 
+TEST(SweepAlongPath, ObliqueExtrusionCutAtItsHeightKeepsAFlatTop) {
+    // The polyline extrusion: an outline with a hole, swept far too long along an oblique
+    // line that starts a little below it, then cut by the plane through the top point with
+    // normal -Z. What stays is the sheared prism of the given height.
+    PolylineCurve outline; // closes on its first vertex without the closed flag
+    outline.vertices = {{0, 0, 0}, {4, 0, 0}, {4, 3, 0}, {0, 3, 0}, {0, 0, 0}};
+    PolylineCurve hole;
+    hole.vertices = {{1, 1, 0}, {2, 1, 0}, {2, 2, 0}, {1, 2, 0}};
+    hole.closed = true;
+    std::vector<Region> outer, inner;
+    ASSERT_OK(Region::createFromCurves({outline}, outer));
+    ASSERT_OK(Region::createFromCurves({hole}, inner));
+    ASSERT_OK(outer.at(0).booleanOper(BoolOperType::kBoolSubtract, inner.at(0)));
+    const double height = 2.0, total = 8.0, e = 0.001;
+    const Vec3 d = {0.6, 0.0, 0.8}; // unit direction
+    Solid s;
+    ASSERT_OK(s.extrudeAlongPath(
+        outer[0],
+        LineCurve{{-e * d.x, -e * d.y, -e * d.z}, {total * d.x, total * d.y, total * d.z}}, 0.0));
+    ASSERT_OK(s.getSlice({{height * d.x, height * d.y, height * d.z}, {0, 0, -1}}, false, nullptr));
+    EXPECT_VOLUME(s, 11.0 * height * d.z, 4.0);
+    Extents ext;
+    ASSERT_OK(s.getGeomExtents(ext));
+    EXPECT_NEAR(0.0, ext.min.z, 1e-9);
+    EXPECT_NEAR(height * d.z, ext.max.z, 1e-9);
+}
+
 TEST(SweepAlongPath, HolesInTheProfileStayHoles) {
     const double R = 3.0, r1 = 0.5, r2 = 0.3;
     Region pipe = circleRegion({R, 0, 0}, {0, 1, 0}, r1);
