@@ -217,6 +217,25 @@ void CylinderMemory_Kernel(benchmark::State& state) {
         });
     state.counters["bytes_per_solid"] = bytes;
 }
+// A cylinder as the importer leaves it: moved to its base, then by the pose and the import
+// transform, five moves in all.
+void PlacedCylinderMemory_Kernel(benchmark::State& state) {
+    double bytes = 0.0;
+    for (auto _ : state)
+        bytes = heapPerSolid([](int n) {
+            std::vector<Solid> solids(n);
+            for (Solid& s : solids) {
+                s.createFrustum(2.0, 0.5, 0.5, 0.5);
+                s.transformBy(Matrix::translation({0, 0, 1.0}));
+                s.transformBy(Matrix::translation({10, 20, 30}));
+                s.transformBy(Matrix::rotation(0.3, {1, 2, 3}, {10, 20, 30}));
+                s.transformBy(Matrix::translation({-5, -5, -5}));
+                s.transformBy(Matrix::rotation(-0.1, {0, 0, 1}));
+            }
+            return solids;
+        });
+    state.counters["bytes_per_solid"] = bytes;
+}
 void CylinderMemory_Raw(benchmark::State& state) {
     double bytes = 0.0;
     for (auto _ : state)
@@ -253,5 +272,6 @@ BENCHMARK(Subtract_Kernel);
 BENCHMARK(Subtract_Raw);
 BENCHMARK(CylinderMemory_Kernel)->Iterations(3);
 BENCHMARK(CylinderMemory_Raw)->Iterations(3);
+BENCHMARK(PlacedCylinderMemory_Kernel)->Iterations(3);
 
 BENCHMARK_MAIN();

@@ -2,6 +2,7 @@
 #include "internal.h"
 
 #include <BRepBuilderAPI_Transform.hxx>
+#include <TopLoc_Location.hxx>
 #include <gp_Mat.hxx>
 
 #include <cmath>
@@ -141,6 +142,10 @@ Status toTrsf(const Matrix& matrix, gp_Trsf& trsf) {
 }
 
 TopoDS_Shape transformed(const TopoDS_Shape& shape, const gp_Trsf& trsf) {
+    // A rigid move folds into the shape's one location, so that placing a solid step by step
+    // does not grow a chain of locations; scaling and mirrors rebuild the geometry.
+    if (!trsf.IsNegative() && std::abs(trsf.ScaleFactor() - 1.0) <= 1e-12)
+        return shape.Located(TopLoc_Location(trsf.Multiplied(shape.Location().Transformation())));
     BRepBuilderAPI_Transform maker(shape, trsf, false);
     return maker.Shape();
 }
