@@ -36,6 +36,12 @@ TEST(Extrude, TaperNarrowsOutlineAndWidensHoles) {
     ASSERT_OK(holed.extrude(plate, h, taper));
     // Outline side a - 2 z t, hole side b + 2 z t at height z.
     EXPECT_VOLUME(holed, (a * a - b * b) * h - 2 * t * (a + b) * h * h, a);
+
+    // A tapered disc is a frustum of a cone.
+    Solid frustum;
+    ASSERT_OK(frustum.extrude(circleRegion({0, 0, 0}, {0, 0, 1}, 1.0), h, taper));
+    const double top = 1.0 - h * t;
+    EXPECT_VOLUME(frustum, kPi * h * (1 + top + top * top) / 3, 1.0);
 }
 
 TEST(Extrude, RefusesZeroHeightAndEmptyRegions) {
