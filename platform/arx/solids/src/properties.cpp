@@ -108,6 +108,8 @@ Brep walkBrep(const TopoDS_Shape& shape) {
     for (const TopoDS_Face& face : facesOf(shape)) {
         BrepFace out;
         out.surface = describeSurface(face);
+        out.reversed =
+            out.surface.kind != SurfaceKind::kPlane && face.Orientation() == TopAbs_REVERSED;
         const TopoDS_Wire outerWire = BRepTools::OuterWire(face);
         for (TopoDS_Iterator it(face); it.More(); it.Next()) {
             if (it.Value().ShapeType() != TopAbs_WIRE) continue;

@@ -24,6 +24,9 @@ public:
     // degenerate curve (eInvalidInput).
     static Status createFromCurves(const std::vector<Curve>& curves, std::vector<Region>& regions);
 
+    // A region from its boundary, as brep() describes it: planar faces only (see Solid).
+    static Status createFromBrep(const Brep& brep, Region& region);
+
     bool isNull() const;
 
     // `other` must lie in the same plane (eNonCoplanarGeometry otherwise, nothing changes). On

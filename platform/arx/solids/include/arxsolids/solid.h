@@ -52,6 +52,12 @@ public:
     // above 0; a full turn at most); the axis must not cross the region's interior.
     Status revolve(const Region& region, const Vec3& axisPoint, const Vec3& axisDir, double angle);
 
+    // A closed body from its boundary, as brep() describes it (the way back from a stored
+    // drawing). Faces on planes, cylinders, cones, spheres and tori; a free-form face gives
+    // eNotApplicable, a boundary that does not close into a solid eGeneralModelingFailure,
+    // indices out of range eInvalidInput.
+    Status createFromBrep(const Brep& brep);
+
     // ---- Operations ----
 
     // This becomes the union, intersection or difference; the result may be empty or in pieces.

@@ -193,6 +193,9 @@ struct BrepLoop {
 };
 struct BrepFace {
     SurfaceDesc surface;
+    // The outside of the body lies against the surface's own normal (the inside of a bore, say).
+    // Never set for planes: their axis is already the outward normal.
+    bool reversed = false;
     std::vector<BrepLoop> loops;
 };
 struct Brep {
