@@ -191,10 +191,9 @@ Status splineSegments(const SplineCurve& c, std::vector<Segment>& out) {
         c.weights.empty() ? new Geom_BSplineCurve(poles, knots, multiplicities, c.degree)
                           : new Geom_BSplineCurve(poles, weights, knots, multiplicities, c.degree);
     Segment segment{curve, curve->FirstParameter(), curve->LastParameter(), false};
+    // A spline that ends where it starts (a periodic one among them) is a loop of its own.
     segment.closed = segment.start().Distance(segment.end()) <=
                      pointTolerance(segment.start(), segment.end()) * 1e3;
-    if (!segment.closed && segment.start().Distance(segment.end()) <= 0.0)
-        return Status::eInvalidInput;
     out.push_back(segment);
     return Status::eOk;
 }

@@ -50,11 +50,10 @@ TopoDS_Face cuttingFace(const TopoDS_Shape& shape, const gp_Pln& plane) {
     extentsOf(shape, e);
     const gp_Pnt centre((toPnt(e.min).XYZ() + toPnt(e.max).XYZ()) * 0.5);
     const double half = toPnt(e.min).Distance(toPnt(e.max)) + 1.0;
-    double u = 0.0, v = 0.0;
-    const gp_Pnt origin = plane.Location();
-    const gp_Vec offset(origin, centre);
-    u = offset.Dot(gp_Vec(plane.XAxis().Direction()));
-    v = offset.Dot(gp_Vec(plane.YAxis().Direction()));
+    // The square is centred where the shape's centre projects onto the plane.
+    const gp_Vec offset(plane.Location(), centre);
+    const double u = offset.Dot(gp_Vec(plane.XAxis().Direction()));
+    const double v = offset.Dot(gp_Vec(plane.YAxis().Direction()));
     return BRepBuilderAPI_MakeFace(plane, u - half, u + half, v - half, v + half);
 }
 

@@ -111,8 +111,9 @@ struct Polyline3dCurve {
     bool closed = false;
 };
 
-// B-spline by control points; `knots` is the full (flat) knot vector, `weights` empty for a
-// non-rational curve.
+// B-spline by control points; `knots` is the full (flat) knot vector (control points plus
+// degree plus one), `weights` empty for a non-rational curve. The curve is the one these define;
+// a periodic curve is given with its wrapped control points, and `periodic` only tells so.
 struct SplineCurve {
     int degree = 3;
     std::vector<Vec3> controlPoints;
