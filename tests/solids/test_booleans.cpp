@@ -120,6 +120,9 @@ TEST(Section, SphereAndTorusCuts) {
     Region disc;
     ASSERT_OK(sphere.getSection({{0, 0, 1}, {0, 0, 1}}, disc));
     EXPECT_AREA(disc, 3 * kPi, 2.0);
+    Vec3 normal;
+    ASSERT_OK(disc.getNormal(normal));
+    EXPECT_TRUE(sameDirection({0, 0, 1}, normal)); // the section faces along the plane's normal
     std::vector<Curve> edges;
     ASSERT_OK(disc.explode(edges));
     ASSERT_EQ(1u, edges.size());

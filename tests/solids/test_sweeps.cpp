@@ -169,6 +169,23 @@ TEST(SweepAlongPath, ObliqueExtrusionCutAtItsHeightKeepsAFlatTop) {
     EXPECT_NEAR(height * d.z, ext.max.z, 1e-9);
 }
 
+TEST(SweepAlongPath, BulgedPolylineAndWholeCirclePaths) {
+    // Straight, a quarter turn of radius 2 by bulge tan(pi / 8), straight again.
+    const double r = 0.25, R = 2.0;
+    PolylineCurve bend;
+    bend.vertices = {{0, 0, 0}, {0, 3, std::tan(kPi / 8)}, {-R, 3 + R, 0}, {-R - 4, 3 + R, 0}};
+    Solid pipe;
+    ASSERT_OK(pipe.extrudeAlongPath(circleRegion({0, 0, 0}, {0, 1, 0}, r), bend, 0.0));
+    EXPECT_VOLUME(pipe, kPi * r * r * (3 + R * kPi / 2 + 4), 4.0);
+
+    // A closed path closes the tube into a ring: no ends.
+    Solid ring;
+    ASSERT_OK(ring.extrudeAlongPath(circleRegion({R, 0, 0}, {0, 1, 0}, r),
+                                    CircleCurve{{0, 0, 0}, {0, 0, 1}, R}, 0.0));
+    EXPECT_VOLUME(ring, kPi * r * r * 2 * kPi * R, R);
+    EXPECT_EQ(0, ring.topology().planar);
+}
+
 TEST(SweepAlongPath, HolesInTheProfileStayHoles) {
     const double R = 3.0, r1 = 0.5, r2 = 0.3;
     Region pipe = circleRegion({R, 0, 0}, {0, 1, 0}, r1);
