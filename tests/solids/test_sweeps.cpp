@@ -96,6 +96,21 @@ TEST(SweepAlongPath, EllipticArcPathKeepsTheTubeVolume) {
     EXPECT_TRUE(near(kPi * r * r * length, volumeOf(tube), kPi * r * r * length, 1e-5));
 }
 
+TEST(SweepAlongPath, SplinePathKeepsTheTubeVolume) {
+    // Quadratic arc from (0, 0) to (4, 4), leaving along +Y: B(t) = (4 t^2, 8 t - 4 t^2).
+    const SplineCurve path{2, {{0, 0, 0}, {0, 4, 0}, {4, 4, 0}}, {0, 0, 0, 1, 1, 1}, {}, false};
+    double length = 0.0;
+    const int n = 20000;
+    for (int i = 0; i < n; ++i) {
+        const double t = (i + 0.5) / n;
+        length += std::hypot(8 * t, 8 - 8 * t) / n;
+    }
+    const double r = 0.2;
+    Solid tube;
+    ASSERT_OK(tube.extrudeAlongPath(circleRegion({0, 0, 0}, {0, 1, 0}, r), path, 0.0));
+    EXPECT_TRUE(near(kPi * r * r * length, volumeOf(tube), kPi * r * r * length, 1e-5));
+}
+
 TEST(SweepAlongPath, PolylineCornersAreMitredExactly) {
     const double R = 3.0, r = 0.5, angle = kPi / 2;
     // Bevel elbow: one mitre at the half angle; the two legs have length R tan(angle / 2).
