@@ -29,8 +29,8 @@ public:
 
     // Frustum of a cone about Z, centred on the origin: base at z = -height/2 with radii
     // (xRadius, yRadius), top at +height/2 with x radius topXRadius and the same shape; topXRadius
-    // 0 makes a cone. Radii must be >= 0 (the base's > 0, or the top's with a zero base), height
-    // > 0. Elliptic when xRadius and yRadius differ.
+    // 0 makes a cone. Height and base radii > 0, topXRadius >= 0 (eInvalidInput otherwise).
+    // Elliptic when xRadius and yRadius differ.
     Status createFrustum(double height, double xRadius, double yRadius, double topXRadius);
     // Box centred on the origin, edges along the axes.
     Status createBox(double xLen, double yLen, double zLen);
@@ -49,7 +49,8 @@ public:
     // taperAngle must be 0.
     Status extrudeAlongPath(const Region& region, const Curve& path, double taperAngle);
     // Revolution of a region about the axis (a point and a direction) through angle (radians,
-    // above 0; a full turn at most); the axis must not cross the region's interior.
+    // above 0; more than a full turn is a full turn); the axis must not cross the region's
+    // interior (eInvalidInput) nor run along its normal (eDegenerateGeometry).
     Status revolve(const Region& region, const Vec3& axisPoint, const Vec3& axisDir, double angle);
 
     // A closed body from its boundary, as brep() describes it (the way back from a stored
