@@ -155,6 +155,31 @@ TEST(SweepAlongPath, SegmentedElbowSweptOneSegmentLongAndSliced) {
     Extents e;
     ASSERT_OK(elbow.getGeomExtents(e));
     EXPECT_GT(e.min.x, -r * 1e-6); // nothing left beyond the end plane
+
+    // The ends the elbow writer reads. The section keeps its attitude to the path, and every
+    // mitre plane, like the cut, is a radial plane as the start is: both ends are whole circles
+    // of the pipe's radius facing out, the cut one at the end vertex (slivers the cut leaves
+    // along the last mitre are part of its circle).
+    std::vector<Piece> pieces;
+    ASSERT_OK(elbow.explode(pieces));
+    std::vector<CircleCurve> ends;
+    for (const Piece& piece : pieces) {
+        const auto* region = std::get_if<Region>(&piece);
+        if (!region) continue;
+        std::vector<Curve> edges;
+        ASSERT_OK(region->explode(edges));
+        ASSERT_EQ(1u, edges.size());
+        ASSERT_TRUE(std::holds_alternative<CircleCurve>(edges[0]));
+        ends.push_back(std::get<CircleCurve>(edges[0]));
+    }
+    ASSERT_EQ(2u, ends.size());
+    if (ends[0].center.x < ends[1].center.x) std::swap(ends[0], ends[1]);
+    EXPECT_TRUE(samePoint({R, 0, 0}, ends[0].center, R));
+    EXPECT_TRUE(sameDirection({0, -1, 0}, ends[0].normal));
+    EXPECT_TRUE(samePoint(end, ends[1].center, R, 1e-6));
+    EXPECT_TRUE(sameDirection({-end.y, end.x, 0}, ends[1].normal, 1e-9));
+    for (const CircleCurve& c : ends)
+        EXPECT_NEAR(r, c.radius, r * 1e-6);
 }
 
 TEST(SweepAlongPath, ObliqueExtrusionCutAtItsHeightKeepsAFlatTop) {

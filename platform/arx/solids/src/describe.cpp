@@ -4,6 +4,7 @@
 #include <BRepAdaptor_Surface.hxx>
 #include <BRepTools_WireExplorer.hxx>
 #include <BRep_Tool.hxx>
+#include <ElCLib.hxx>
 #include <GC_MakeCircle.hxx>
 #include <GeomConvert.hxx>
 #include <GeomConvert_ApproxCurve.hxx>
@@ -201,6 +202,97 @@ SurfaceDesc describeSurface(const TopoDS_Face& face) {
         break;
     }
     return out;
+}
+
+namespace {
+
+// Arcs of cut edges are recognised to a millionth of their radius (see circleOf). A cut that
+// runs along an existing edge can leave slivers a ten-thousandth of the radius long beside it.
+constexpr double kArcTolerance = 1e-6;
+constexpr double kSliver = 1e-4;
+
+bool sameCircle(const ArcCurve& a, const ArcCurve& b) {
+    const double tol = kArcTolerance * a.radius;
+    return toPnt(a.center).Distance(toPnt(b.center)) <= tol &&
+           std::abs(a.radius - b.radius) <= tol &&
+           toVec(a.normal).Normalized().Dot(toVec(b.normal).Normalized()) >= 1.0 - kArcTolerance;
+}
+
+gp_Circ circleOf(const ArcCurve& a) {
+    return gp_Circ(gp_Ax2(toPnt(a.center), gp_Dir(toVec(a.normal)), gp_Dir(toVec(a.refAxis))),
+                   a.radius);
+}
+gp_Pnt startOf(const ArcCurve& a) {
+    return ElCLib::Value(a.startAngle, circleOf(a));
+}
+gp_Pnt endOf(const ArcCurve& a) {
+    return ElCLib::Value(a.endAngle, circleOf(a));
+}
+double sweepOf(const ArcCurve& a) {
+    return a.endAngle - a.startAngle;
+}
+
+// A sliver: a piece far shorter than the arc beside it, ending on that arc's circle.
+bool sliverOf(const ArcCurve& big, const ArcCurve& small) {
+    const gp_Circ c = circleOf(big);
+    const double tol = kSliver * big.radius;
+    return sweepOf(small) * small.radius <= tol && c.Distance(startOf(small)) <= tol &&
+           c.Distance(endOf(small)) <= tol;
+}
+
+// b follows a: one arc, or nothing when they are not of one circle.
+std::optional<ArcCurve> joined(const ArcCurve& a, const ArcCurve& b) {
+    const double gap = endOf(a).Distance(startOf(b));
+    if (sameCircle(a, b) && gap <= kArcTolerance * a.radius) {
+        ArcCurve out = a;
+        out.endAngle += sweepOf(b);
+        return out;
+    }
+    if (gap > kSliver * std::max(a.radius, b.radius)) return std::nullopt;
+    if (sliverOf(a, b)) {
+        ArcCurve out = a;
+        out.endAngle += sweepOf(b) * b.radius / a.radius;
+        return out;
+    }
+    if (sliverOf(b, a)) {
+        ArcCurve out = b;
+        out.startAngle -= sweepOf(a) * a.radius / b.radius;
+        return out;
+    }
+    return std::nullopt;
+}
+
+} // namespace
+
+void mergeArcs(std::vector<Curve>& loop) {
+    // Arcs of one circle that follow each other are one arc: the kernel splits edges at seams
+    // and cuts where the host keeps one curve.
+    std::vector<Curve> out;
+    for (Curve& curve : loop) {
+        const auto* arc = std::get_if<ArcCurve>(&curve);
+        const auto* last = out.empty() ? nullptr : std::get_if<ArcCurve>(&out.back());
+        if (arc && last)
+            if (auto one = joined(*last, *arc)) {
+                out.back() = *one;
+                continue;
+            }
+        out.push_back(std::move(curve));
+    }
+    // A run that wraps past the loop's end joins the first arc.
+    if (out.size() > 1) {
+        const auto* first = std::get_if<ArcCurve>(&out.front());
+        const auto* last = std::get_if<ArcCurve>(&out.back());
+        if (first && last)
+            if (auto one = joined(*last, *first)) {
+                out.front() = *one;
+                out.pop_back();
+            }
+    }
+    for (Curve& curve : out)
+        if (const auto* arc = std::get_if<ArcCurve>(&curve);
+            arc && sweepOf(*arc) >= 2.0 * M_PI - kSliver)
+            curve = CircleCurve{arc->center, arc->normal, arc->radius};
+    loop = std::move(out);
 }
 
 std::vector<TopoDS_Shape> runningEdges(const TopoDS_Shape& wire, const TopoDS_Face& face) {

@@ -118,6 +118,8 @@ SurfaceKind surfaceKind(const TopoDS_Face& face);
 // Edges of a wire of a face (as the face holds it) in the order the face runs them, each
 // oriented as it is run.
 std::vector<TopoDS_Shape> runningEdges(const TopoDS_Shape& wire, const TopoDS_Face& face);
+// Joins arcs of one circle that follow each other in a loop (a whole turn becomes a circle).
+void mergeArcs(std::vector<Curve>& loop);
 // Edges that bound a face: not seams, not collapsed.
 bool isBoundaryEdge(const TopoDS_Shape& edge, const TopoDS_Face& face);
 

@@ -70,9 +70,13 @@ Status Region::explode(std::vector<Curve>& curves) const {
         if (isNull()) return Status::eNotApplicable;
         std::vector<Curve> out;
         for (const TopoDS_Face& face : facesOf(Access::shape(*this)))
-            for (TopoDS_Iterator wires(face); wires.More(); wires.Next())
+            for (TopoDS_Iterator wires(face); wires.More(); wires.Next()) {
+                std::vector<Curve> loop;
                 for (const TopoDS_Shape& edge : runningEdges(wires.Value(), face))
-                    out.push_back(describeEdge(edge, true));
+                    loop.push_back(describeEdge(edge, true));
+                mergeArcs(loop);
+                out.insert(out.end(), loop.begin(), loop.end());
+            }
         curves = std::move(out);
         return Status::eOk;
     });
