@@ -1,0 +1,160 @@
+// Internals shared by the kernel's sources. This folder is the only place that speaks the
+// modelling kernel; nothing here leaks through the public headers.
+#pragma once
+
+#include <arxsolids/solid.h>
+
+#include <GProp_GProps.hxx>
+#include <Geom_Curve.hxx>
+#include <Standard_Failure.hxx>
+#include <TopoDS_Face.hxx>
+#include <TopoDS_Shape.hxx>
+#include <TopoDS_Wire.hxx>
+#include <gp_Dir.hxx>
+#include <gp_Pnt.hxx>
+#include <gp_Trsf.hxx>
+#include <gp_Vec.hxx>
+
+#include <new>
+#include <optional>
+#include <stdexcept>
+
+namespace arxsolids {
+
+struct Solid::Impl {
+    TopoDS_Shape shape; // a solid, a compound of solids, or null when empty
+    bool history = false;
+};
+
+struct Region::Impl {
+    TopoDS_Shape shape; // a compound of coplanar faces, or null when empty
+};
+
+struct Surface::Impl {
+    TopoDS_Shape shape; // one face, or null
+};
+
+// Reaches the shapes behind the public classes.
+struct Access {
+    template <class T>
+    static TopoDS_Shape& shape(T& object) {
+        if (!object.impl_) object.impl_ = std::make_unique<typename T::Impl>();
+        return object.impl_->shape;
+    }
+    template <class T>
+    static const TopoDS_Shape& shape(const T& object) {
+        static const TopoDS_Shape empty;
+        return object.impl_ ? object.impl_->shape : empty;
+    }
+    // The face of a surface that is not null.
+    static TopoDS_Face face(const Surface& surface);
+    static bool& history(Solid& solid);
+    static bool history(const Solid& solid);
+};
+
+// Runs a kernel operation and turns every exception of the modelling kernel (which are not
+// standard exceptions) into a status: none ever leaves the kernel.
+template <class F>
+Status guarded(F&& body) noexcept {
+    try {
+        return body();
+    } catch (const Standard_Failure&) {
+        return Status::eGeneralModelingFailure;
+    } catch (const std::bad_alloc&) {
+        return Status::eOutOfMemory;
+    } catch (const std::exception&) {
+        return Status::eGeneralModelingFailure;
+    }
+}
+
+// ---- Conversions (convert.cpp) ----
+inline gp_Pnt toPnt(const Vec3& v) {
+    return gp_Pnt(v.x, v.y, v.z);
+}
+inline gp_Vec toVec(const Vec3& v) {
+    return gp_Vec(v.x, v.y, v.z);
+}
+inline Vec3 fromXYZ(const gp_XYZ& p) {
+    return {p.X(), p.Y(), p.Z()};
+}
+inline Vec3 fromPnt(const gp_Pnt& p) {
+    return fromXYZ(p.XYZ());
+}
+inline Vec3 fromDir(const gp_Dir& d) {
+    return fromXYZ(d.XYZ());
+}
+inline Vec3 fromVec(const gp_Vec& v) {
+    return fromXYZ(v.XYZ());
+}
+bool isFinite(const Vec3& v);
+// A unit direction, or nothing for a zero or non-finite vector.
+std::optional<gp_Dir> toDir(const Vec3& v);
+// The similarity of a matrix; eCannotScaleNonUniformly for anything else.
+Status toTrsf(const Matrix& matrix, gp_Trsf& trsf);
+// Moves a shape by a similarity (location only when rigid).
+TopoDS_Shape transformed(const TopoDS_Shape& shape, const gp_Trsf& trsf);
+
+// ---- Curves (curves.cpp) ----
+// A piece of a curve: a basis curve between two parameters. Polylines give one piece per segment.
+struct Segment {
+    Handle(Geom_Curve) curve;
+    double first = 0.0, last = 0.0;
+    bool closed = false; // a whole circle, ellipse or closed spline
+    gp_Pnt start() const { return curve->Value(first); }
+    gp_Pnt end() const { return curve->Value(last); }
+};
+// Segments of one curve in its own order; eInvalidInput for a degenerate description.
+Status toSegments(const Curve& curve, std::vector<Segment>& segments);
+// Closed loops of curves in any order and direction, one face each, oriented (see Region).
+Status buildLoopFaces(const std::vector<Curve>& curves, std::vector<TopoDS_Face>& faces);
+// A path as one wire, its segments joined in order.
+Status buildPathWire(const Curve& path, TopoDS_Wire& wire);
+
+// ---- Descriptions (describe.cpp) ----
+// An edge as a curve; with `oriented`, in the direction the edge runs in its shape.
+Curve describeEdge(const TopoDS_Shape& edge, bool oriented);
+SurfaceDesc describeSurface(const TopoDS_Face& face);
+SurfaceKind surfaceKind(const TopoDS_Face& face);
+// Edges of a wire of a face (as the face holds it) in the order the face runs them, each
+// oriented as it is run.
+std::vector<TopoDS_Shape> runningEdges(const TopoDS_Shape& wire, const TopoDS_Face& face);
+// Joins arcs of one circle that follow each other in a loop (a whole turn becomes a circle).
+void mergeArcs(std::vector<Curve>& loop);
+// Edges that bound a face: not seams, not collapsed.
+bool isBoundaryEdge(const TopoDS_Shape& edge, const TopoDS_Face& face);
+
+// ---- Properties (properties.cpp) ----
+// Volume integrals: exact for analytic faces, to about 1e-8 on free-form ones.
+void volumeProperties(const TopoDS_Shape& shape, GProp_GProps& props);
+double volumeOf(const TopoDS_Shape& shape);
+double areaOf(const TopoDS_Shape& shape);
+// Tight box; false for an empty shape.
+bool extentsOf(const TopoDS_Shape& shape, Extents& extents);
+double diagonalOf(const TopoDS_Shape& shape);
+// Diagonal of a quick box that may be somewhat larger than the tight one: for tolerances.
+double roughSizeOf(const TopoDS_Shape& shape);
+TopologyCounts countTopology(const TopoDS_Shape& shape);
+Brep walkBrep(const TopoDS_Shape& shape);
+
+// ---- Guarded operations shared by solids, regions and surfaces (shapes.cpp) ----
+Status transformShape(TopoDS_Shape& shape, const Matrix& matrix);
+Status shapeExtents(const TopoDS_Shape& shape, Extents& extents);
+Status shapeArea(const TopoDS_Shape& shape, double& area);
+Brep shapeBrep(const TopoDS_Shape& shape);
+TopologyCounts shapeTopology(const TopoDS_Shape& shape);
+
+// ---- Solids (solid.cpp) ----
+// How far a result of the modelling kernel is checked: its volume always (a lump with none is
+// a failure, one turned inside out is turned back), its topology and geometry where the
+// kernel's operation is known to hand out invalid shapes.
+// Sweeps of a valid face by translation or rotation come out valid and outward: kTrusted.
+enum class Check { kTrusted, kVolume, kValidity };
+// Orients every lump outward and gathers the lumps: a solid, a compound, or null when none.
+Status finishSolids(const TopoDS_Shape& result, TopoDS_Shape& solids, Check check);
+// Faces of a region or solid, each once.
+std::vector<TopoDS_Face> facesOf(const TopoDS_Shape& shape);
+TopoDS_Shape compoundOf(const std::vector<TopoDS_Face>& faces);
+// Unit normal of a region (all its faces share the plane).
+std::optional<gp_Dir> regionNormal(const TopoDS_Shape& region);
+
+} // namespace arxsolids

@@ -1,0 +1,172 @@
+// Measures of shapes: volume, area, extents, topology counts and the boundary walk.
+#include "internal.h"
+
+#include <BRepBndLib.hxx>
+#include <BRepGProp.hxx>
+#include <BRepTools.hxx>
+#include <BRepTools_WireExplorer.hxx>
+#include <BRep_Tool.hxx>
+#include <Bnd_Box.hxx>
+#include <GProp_GProps.hxx>
+#include <TopExp.hxx>
+#include <TopTools_IndexedMapOfShape.hxx>
+#include <TopoDS.hxx>
+#include <TopoDS_Edge.hxx>
+#include <TopoDS_Iterator.hxx>
+
+#include <cmath>
+
+namespace arxsolids {
+
+void volumeProperties(const TopoDS_Shape& shape, GProp_GProps& props) {
+    // The fixed Gauss rule is exact for analytic faces and for extrusions of conics; the
+    // adaptive rules are no better on free-form faces and far slower.
+    BRepGProp::VolumeProperties(shape, props, true);
+}
+
+double volumeOf(const TopoDS_Shape& shape) {
+    if (shape.IsNull()) return 0.0;
+    GProp_GProps props;
+    volumeProperties(shape, props);
+    return props.Mass();
+}
+
+double areaOf(const TopoDS_Shape& shape) {
+    if (shape.IsNull()) return 0.0;
+    GProp_GProps props;
+    BRepGProp::SurfaceProperties(shape, props);
+    return props.Mass();
+}
+
+bool extentsOf(const TopoDS_Shape& shape, Extents& extents) {
+    if (shape.IsNull()) return false;
+    Bnd_Box box;
+    BRepBndLib::AddOptimal(shape, box, false, false);
+    if (box.IsVoid()) return false;
+    double x0, y0, z0, x1, y1, z1;
+    box.Get(x0, y0, z0, x1, y1, z1);
+    extents = {{x0, y0, z0}, {x1, y1, z1}};
+    return true;
+}
+
+double diagonalOf(const TopoDS_Shape& shape) {
+    Extents e;
+    if (!extentsOf(shape, e)) return 0.0;
+    return toPnt(e.min).Distance(toPnt(e.max));
+}
+
+double roughSizeOf(const TopoDS_Shape& shape) {
+    Bnd_Box box;
+    BRepBndLib::Add(shape, box, false);
+    return box.IsVoid() ? 0.0 : std::sqrt(box.SquareExtent());
+}
+
+namespace {
+
+// Coedges of one wire in the order the face runs them, split into loops where a seam or a
+// collapsed edge interrupts the boundary.
+void addWireLoops(const TopoDS_Wire& wire, const TopoDS_Face& face, bool outer,
+                  TopTools_IndexedMapOfShape& edges, TopTools_IndexedMapOfShape& vertices,
+                  std::vector<BrepLoop>& loops) {
+    std::vector<BrepLoop> chains(1);
+    chains.back().outer = outer;
+    bool firstIsBoundary = false, lastIsBoundary = false, started = false;
+    for (const TopoDS_Shape& shape : runningEdges(wire, face)) {
+        const TopoDS_Edge& edge = TopoDS::Edge(shape);
+        lastIsBoundary = isBoundaryEdge(edge, face);
+        if (!started) firstIsBoundary = lastIsBoundary, started = true;
+        if (!lastIsBoundary) {
+            if (!chains.back().coedges.empty()) chains.push_back(BrepLoop{outer, {}, {}});
+            continue;
+        }
+        BrepCoedge coedge;
+        coedge.edge = edges.Add(edge) - 1;
+        coedge.reversed = edge.Orientation() == TopAbs_REVERSED;
+        chains.back().coedges.push_back(coedge);
+        chains.back().vertices.push_back(vertices.Add(TopExp::FirstVertex(edge, true)) - 1);
+    }
+    if (chains.back().coedges.empty()) chains.pop_back();
+    // A run that wraps past the wire's end and start is one loop.
+    if (chains.size() > 1 && firstIsBoundary && lastIsBoundary) {
+        BrepLoop& tail = chains.back();
+        tail.coedges.insert(tail.coedges.end(), chains.front().coedges.begin(),
+                            chains.front().coedges.end());
+        tail.vertices.insert(tail.vertices.end(), chains.front().vertices.begin(),
+                             chains.front().vertices.end());
+        chains.erase(chains.begin());
+    }
+    for (BrepLoop& loop : chains)
+        loops.push_back(std::move(loop));
+}
+
+} // namespace
+
+Brep walkBrep(const TopoDS_Shape& shape) {
+    Brep brep;
+    if (shape.IsNull()) return brep;
+    TopTools_IndexedMapOfShape edges, vertices;
+    for (const TopoDS_Face& face : facesOf(shape)) {
+        BrepFace out;
+        out.surface = describeSurface(face);
+        out.reversed =
+            out.surface.kind != SurfaceKind::kPlane && face.Orientation() == TopAbs_REVERSED;
+        const TopoDS_Wire outerWire = BRepTools::OuterWire(face);
+        for (TopoDS_Iterator it(face); it.More(); it.Next()) {
+            if (it.Value().ShapeType() != TopAbs_WIRE) continue;
+            const TopoDS_Wire& wire = TopoDS::Wire(it.Value());
+            addWireLoops(wire, face, wire.IsSame(outerWire), edges, vertices, out.loops);
+        }
+        brep.faces.push_back(std::move(out));
+    }
+    for (int i = 1; i <= vertices.Extent(); ++i)
+        brep.vertices.push_back({fromPnt(BRep_Tool::Pnt(TopoDS::Vertex(vertices(i))))});
+    for (int i = 1; i <= edges.Extent(); ++i) {
+        const TopoDS_Edge edge = TopoDS::Edge(edges(i).Oriented(TopAbs_FORWARD));
+        BrepEdge out;
+        out.curve = describeEdge(edge, false);
+        out.startVertex = vertices.Add(TopExp::FirstVertex(edge)) - 1;
+        out.endVertex = vertices.Add(TopExp::LastVertex(edge)) - 1;
+        brep.edges.push_back(std::move(out));
+    }
+    return brep;
+}
+
+TopologyCounts countTopology(const TopoDS_Shape& shape) {
+    TopologyCounts counts;
+    if (shape.IsNull()) return counts;
+    TopTools_IndexedMapOfShape solids, shells;
+    TopExp::MapShapes(shape, TopAbs_SOLID, solids);
+    TopExp::MapShapes(shape, TopAbs_SHELL, shells);
+    counts.solids = solids.Extent();
+    counts.shells = shells.Extent();
+    const Brep brep = walkBrep(shape);
+    counts.faces = static_cast<int>(brep.faces.size());
+    counts.edges = static_cast<int>(brep.edges.size());
+    counts.vertices = static_cast<int>(brep.vertices.size());
+    for (const BrepFace& face : brep.faces) {
+        counts.loops += static_cast<int>(face.loops.size());
+        switch (face.surface.kind) {
+        case SurfaceKind::kPlane:
+            ++counts.planar;
+            break;
+        case SurfaceKind::kCylinder:
+            ++counts.cylindrical;
+            break;
+        case SurfaceKind::kCone:
+            ++counts.conical;
+            break;
+        case SurfaceKind::kSphere:
+            ++counts.spherical;
+            break;
+        case SurfaceKind::kTorus:
+            ++counts.toroidal;
+            break;
+        case SurfaceKind::kOther:
+            ++counts.other;
+            break;
+        }
+    }
+    return counts;
+}
+
+} // namespace arxsolids

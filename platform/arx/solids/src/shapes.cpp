@@ -1,0 +1,46 @@
+// Operations that solids, regions and surfaces share, each behind the exception guard.
+#include "internal.h"
+
+namespace arxsolids {
+
+Status transformShape(TopoDS_Shape& shape, const Matrix& matrix) {
+    return guarded([&] {
+        gp_Trsf trsf;
+        if (Status s = toTrsf(matrix, trsf); s != Status::eOk) return s;
+        if (!shape.IsNull()) shape = transformed(shape, trsf);
+        return Status::eOk;
+    });
+}
+
+Status shapeExtents(const TopoDS_Shape& shape, Extents& extents) {
+    return guarded(
+        [&] { return extentsOf(shape, extents) ? Status::eOk : Status::eNotApplicable; });
+}
+
+Status shapeArea(const TopoDS_Shape& shape, double& area) {
+    return guarded([&] {
+        if (shape.IsNull()) return Status::eNotApplicable;
+        area = areaOf(shape);
+        return Status::eOk;
+    });
+}
+
+Brep shapeBrep(const TopoDS_Shape& shape) {
+    Brep brep;
+    guarded([&] {
+        brep = walkBrep(shape);
+        return Status::eOk;
+    });
+    return brep;
+}
+
+TopologyCounts shapeTopology(const TopoDS_Shape& shape) {
+    TopologyCounts counts;
+    guarded([&] {
+        counts = countTopology(shape);
+        return Status::eOk;
+    });
+    return counts;
+}
+
+} // namespace arxsolids

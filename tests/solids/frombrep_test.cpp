@@ -1,0 +1,96 @@
+// Bodies rebuilt from their boundary walk keep their measures and their topology.
+#include "checks.h"
+
+namespace solidstest {
+namespace {
+
+// Faces whose boundaries run along their surface's parameter lines come back exactly; other
+// boundaries (a mitre's ellipse on a cylinder) get their surface curves projected anew, to about
+// the kernel's point resolution.
+constexpr double kProjected = 1e-6;
+
+void expectRoundTrip(const Solid& original, double size, double rel = kRelTol) {
+    Solid copy;
+    ASSERT_OK(copy.createFromBrep(original.brep()));
+    MassProps a, b;
+    ASSERT_OK(original.getMassProp(a));
+    ASSERT_OK(copy.getMassProp(b));
+    EXPECT_TRUE(near(a.volume, b.volume, size * size * size, rel));
+    EXPECT_TRUE(samePoint(a.centroid, b.centroid, size, rel));
+    EXPECT_TRUE(near(areaOf(original), areaOf(copy), size * size, rel));
+    const TopologyCounts x = original.topology(), y = copy.topology();
+    EXPECT_EQ(x.faces, y.faces);
+    EXPECT_EQ(x.edges, y.edges);
+    EXPECT_EQ(x.loops, y.loops);
+    EXPECT_EQ(x.planar, y.planar);
+    EXPECT_EQ(x.cylindrical, y.cylindrical);
+    EXPECT_EQ(x.conical, y.conical);
+    EXPECT_EQ(x.spherical, y.spherical);
+    EXPECT_EQ(x.toroidal, y.toroidal);
+}
+
+TEST(FromBrep, PrimitivesComeBackWhole) {
+    Solid box, cylinder, cone, frustum, sphere, torus;
+    ASSERT_OK(box.createBox(1, 2, 3));
+    ASSERT_OK(box.transformBy(Matrix::rotation(0.4, {1, 1, 0}, {1, 0, 0})));
+    ASSERT_OK(cylinder.createFrustum(2.0, 0.5, 0.5, 0.5));
+    ASSERT_OK(cone.createFrustum(3.0, 1.0, 1.0, 0.0));
+    ASSERT_OK(frustum.createFrustum(3.0, 1.0, 1.0, 0.4));
+    ASSERT_OK(sphere.createSphere(1.5));
+    ASSERT_OK(torus.createTorus(3.0, 1.0));
+    for (auto [name, solid, size] :
+         {std::tuple{"box", &box, 3.0}, std::tuple{"cylinder", &cylinder, 2.0},
+          std::tuple{"cone", &cone, 3.0}, std::tuple{"frustum", &frustum, 3.0},
+          std::tuple{"sphere", &sphere, 1.5}, std::tuple{"torus", &torus, 4.0}}) {
+        SCOPED_TRACE(name);
+        expectRoundTrip(*solid, size);
+    }
+}
+
+TEST(FromBrep, BoredAndSweptBodies) {
+    Solid tube, bore, elbow, mitred;
+    ASSERT_OK(tube.createFrustum(4.0, 1.0, 1.0, 1.0));
+    ASSERT_OK(bore.createFrustum(5.0, 0.6, 0.6, 0.6));
+    ASSERT_OK(tube.booleanOper(BoolOperType::kBoolSubtract, bore));
+    ASSERT_OK(elbow.extrudeAlongPath(circleRegion({3, 0, 0}, {0, 1, 0}, 0.5),
+                                     ArcCurve{{0, 0, 0}, {0, 0, 1}, {1, 0, 0}, 3.0, 0, kPi / 2},
+                                     0.0));
+    PolylineCurve bevel;
+    bevel.vertices = {{3, 0, 0}, {3, 3, 0}, {0, 3, 0}};
+    ASSERT_OK(mitred.extrudeAlongPath(circleRegion({3, 0, 0}, {0, 1, 0}, 0.5), bevel, 0.0));
+    for (auto [name, solid, size, rel] :
+         {std::tuple{"tube", &tube, 4.0, kRelTol}, std::tuple{"elbow", &elbow, 3.0, kRelTol},
+          std::tuple{"mitred elbow", &mitred, 3.0, kProjected}}) {
+        SCOPED_TRACE(name);
+        expectRoundTrip(*solid, size, rel);
+    }
+}
+
+TEST(FromBrep, RegionsAndRefusals) {
+    Region plate = polygonRegion({{0, 0}, {4, 0}, {4, 4}, {0, 4}});
+    Region hole = circleRegion({2, 2, 0}, {0, 0, 1}, 1.0);
+    ASSERT_OK(plate.booleanOper(BoolOperType::kBoolSubtract, hole));
+    Region copy;
+    ASSERT_OK(Region::createFromBrep(plate.brep(), copy));
+    EXPECT_AREA(copy, 16 - kPi, 4.0);
+
+    Solid s;
+    Brep broken;
+    broken.faces.push_back({});
+    broken.faces[0].surface.kind = SurfaceKind::kPlane;
+    broken.faces[0].loops.push_back({true, {{5, false}}, {0}});
+    EXPECT_STATUS(Status::eInvalidInput, s.createFromBrep(broken));
+    broken.faces[0].surface.kind = SurfaceKind::kOther;
+    EXPECT_STATUS(Status::eNotApplicable, s.createFromBrep(broken));
+    EXPECT_STATUS(Status::eInvalidInput, s.createFromBrep(Brep{}));
+    // One face of a box alone bounds no volume.
+    Solid box;
+    ASSERT_OK(box.createBox(1, 1, 1));
+    Brep open = box.brep();
+    open.faces.resize(1);
+    EXPECT_STATUS(Status::eGeneralModelingFailure, s.createFromBrep(open));
+    EXPECT_TRUE(s.isNull());
+}
+
+} // namespace
+} // namespace solidstest
