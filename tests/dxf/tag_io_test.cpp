@@ -39,7 +39,7 @@ TEST(TagReader, AcceptsTheLineEndsAndBlanksOfOtherWriters) {
 }
 
 TEST(TagReader, RefusesWhatIsNotATagStreamWithItsLine) {
-    EXPECT_EQ(errorOf("AutoCAD Binary DXF\r\n\x1a"),
+    EXPECT_EQ(errorOf("SomeCAD Binary DXF\r\n\x1a"),
               "t.dxf, line 1: binary DXF is not supported; save the drawing as ASCII DXF");
     EXPECT_EQ(errorOf("  0\nLINE\n  8x\n0\n"), "t.dxf, line 3: group code '8x' is not a number");
     EXPECT_EQ(errorOf("  0\nLINE\n  8"), "t.dxf, line 3: group code 8 has no value line");

@@ -2,17 +2,19 @@
 
 #include <charconv>
 #include <cstring>
+#include <string_view>
 
 namespace dxf {
 
 namespace {
-constexpr char kBinarySentinel[] = "AutoCAD Binary DXF";
+// Binary files open with a product name, then this mark.
+constexpr std::string_view kBinaryMark = "Binary DXF\r\n\x1a";
 }
 
 TagReader::TagReader(std::string text, std::string source)
     : m_text(std::move(text)), m_source(std::move(source)) {
     if (m_text.compare(0, 3, "\xEF\xBB\xBF") == 0) m_pos = 3;
-    if (m_text.compare(0, sizeof kBinarySentinel - 1, kBinarySentinel) == 0)
+    if (std::string_view(m_text).substr(0, 32).find(kBinaryMark) != std::string_view::npos)
         throw DxfError(m_source, 1, "binary DXF is not supported; save the drawing as ASCII DXF");
 }
 
