@@ -1,0 +1,387 @@
+#include <algorithm>
+#include <cwchar>
+#include <vector>
+
+#include "../ads/rbkind.h"
+#include "objectimpl.h"
+#include "packedchain.h"
+#include "rxdefine.h"
+#include "text.h"
+
+ACRX_DEFINE_MEMBERS(AcDbObject, AcRxObject, nullptr)
+
+// Reactors beyond the first, and the pointer view that reactors() hands out.
+struct AcDbObject::Extras {
+    std::vector<AcDbStub*> moreReactors;
+    AcDbVoidPtrArray view;
+};
+
+namespace {
+
+constexpr std::uintptr_t kPersistentTag = 1;
+constexpr size_t kMaxXDataBytes = 16383;
+
+void* tagged(AcDbStub* stub) {
+    return reinterpret_cast<void*>(reinterpret_cast<std::uintptr_t>(stub) | kPersistentTag);
+}
+
+const ACHAR* appOf(const resbuf* rb) {
+    return rb->resval.rstring ? rb->resval.rstring : L"";
+}
+
+// Splits a chain of extended data into the runs of each application.
+std::vector<resbuf*> splitByApp(resbuf* chain) {
+    std::vector<resbuf*> runs;
+    resbuf* prev = nullptr;
+    for (resbuf* rb = chain; rb != nullptr; prev = rb, rb = rb->rbnext) {
+        if (rb->restype != 1001) continue;
+        if (prev != nullptr) prev->rbnext = nullptr;
+        runs.push_back(rb);
+    }
+    return runs;
+}
+
+} // namespace
+
+bool acdbIsPersistentReactor(void* reactor) {
+    return reinterpret_cast<std::uintptr_t>(reactor) & kPersistentTag;
+}
+
+AcDbObjectId acdbPersistentReactorObjectId(void* reactor) {
+    if (!acdbIsPersistentReactor(reactor)) return AcDbObjectId::kNull;
+    return reinterpret_cast<AcDbStub*>(reinterpret_cast<std::uintptr_t>(reactor) & ~kPersistentTag);
+}
+
+AcDbObject::AcDbObject() = default;
+
+AcDbObject::AcDbObject(const AcDbObject& other) : AcRxObject(other) {
+    if (other.xdata_ != nullptr) {
+        resbuf* chain = acdbUnpackChain(other.xdata_.get());
+        acdbPackChain(chain, xdata_);
+        acutRelRb(chain);
+    }
+}
+
+AcDbObject::~AcDbObject() {
+    if (stub_ == nullptr || stub_->object != this) return;
+    stub_->object = nullptr;
+    if (AcDbDatabase* db = AcDbImpl::database(stub_))
+        AcDbImpl::of(db).openCount -= readers_ + (writeOpen_ ? 1 : 0);
+}
+
+AcDbObjectId AcDbObject::objectId() const {
+    return stub_;
+}
+AcDbObjectId AcDbObject::ownerId() const {
+    return owner_;
+}
+AcDbDatabase* AcDbObject::database() const {
+    return AcDbImpl::database(stub_);
+}
+AcDbHandle AcDbObject::handle() const {
+    return stub_ ? AcDbHandle(AcDbImpl::handle(stub_)) : AcDbHandle();
+}
+bool AcDbObject::isErased() const {
+    return stub_ && AcDbImpl::erased(stub_);
+}
+
+Acad::ErrorStatus AcDbObject::assertWriteEnabled() const {
+    return writeOpen_ ? Acad::eOk : Acad::eNotOpenForWrite;
+}
+
+Acad::ErrorStatus AcDbObject::close() {
+    if (stub_ == nullptr) return Acad::eOk;
+    if (writeOpen_)
+        writeOpen_ = false;
+    else if (readers_ > 0)
+        --readers_;
+    else
+        return Acad::eNotOpenForRead;
+    --AcDbImpl::of(database()).openCount;
+    return Acad::eOk;
+}
+
+Acad::ErrorStatus AcDbObject::upgradeOpen() {
+    if (writeOpen_) return Acad::eWasOpenForWrite;
+    if (readers_ == 0) return Acad::eNotOpenForRead;
+    if (readers_ > 1) return Acad::eHadMultipleReaders;
+    readers_ = 0;
+    writeOpen_ = true;
+    return Acad::eOk;
+}
+
+Acad::ErrorStatus AcDbObject::downgradeOpen() {
+    if (!writeOpen_) return Acad::eNotOpenForWrite;
+    writeOpen_ = false;
+    readers_ = 1;
+    return Acad::eOk;
+}
+
+Acad::ErrorStatus AcDbObject::erase(bool erasing) {
+    if (Acad::ErrorStatus es = assertWriteEnabled(); es != Acad::eOk) return es;
+    if (stub_ == nullptr) return Acad::eNotInDatabase;
+    if (isErased() == erasing) return erasing ? Acad::eWasErased : Acad::eWasNotErased;
+    AcDbImpl::setErased(stub_, erasing);
+    return Acad::eOk;
+}
+
+AcDbObjectId AcDbObject::extensionDictionary() const {
+    return extensionDictionary_;
+}
+
+Acad::ErrorStatus AcDbObject::createExtensionDictionary() {
+    if (Acad::ErrorStatus es = assertWriteEnabled(); es != Acad::eOk) return es;
+    if (stub_ == nullptr) return Acad::eNotInDatabase;
+    if (extensionDictionary_ != nullptr && !AcDbImpl::erased(extensionDictionary_))
+        return Acad::eAlreadyInDb;
+    auto* dictionary = new AcDbDictionary;
+    AcDbImpl::add(database(), dictionary, stub_);
+    extensionDictionary_ = AcDbImpl::stub(dictionary);
+    dictionary->close();
+    return Acad::eOk;
+}
+
+resbuf* AcDbObject::xData(const ACHAR* regappName) const {
+    resbuf* chain = acdbUnpackChain(xdata_.get());
+    if (regappName == nullptr || chain == nullptr) return chain;
+    resbuf* found = nullptr;
+    for (resbuf* run : splitByApp(chain)) {
+        if (found == nullptr && acdbEqualNoCase(appOf(run), regappName))
+            found = run;
+        else
+            acutRelRb(run);
+    }
+    return found;
+}
+
+Acad::ErrorStatus AcDbObject::setXData(const resbuf* chain) {
+    if (Acad::ErrorStatus es = assertWriteEnabled(); es != Acad::eOk) return es;
+    if (chain == nullptr) return Acad::eOk;
+    if (chain->restype != 1001) return Acad::eInvalidResBuf;
+    AcDbDatabase* db = database() ? database() : acdbHostApplicationServices()->workingDatabase();
+    const auto* apps =
+        db ? static_cast<const AcDbSymbolTable*>(AcDbImpl::peek(AcDbImpl::of(db).regAppTable))
+           : nullptr;
+    for (const resbuf* rb = chain; rb != nullptr; rb = rb->rbnext) {
+        if (rb->restype < 1000 || rb->restype > 1071 || acutRbKind(rb->restype) == RbKind::kInvalid)
+            return Acad::eInvalidResBuf;
+        if (rb->restype == 1001 && (apps == nullptr || !apps->has(appOf(rb))))
+            return Acad::eRegappIdNotFound;
+    }
+    // Runs of the applications in the new chain replace the old ones; others stay in place.
+    resbuf* incoming = nullptr;
+    resbuf** link = &incoming;
+    for (const resbuf* rb = chain; rb != nullptr; rb = rb->rbnext) {
+        resbuf* copy = acutNewRb(rb->restype);
+        copy->resval = rb->resval;
+        const RbKind kind = acutRbKind(rb->restype);
+        if (kind == RbKind::kString) copy->resval.rstring = acutNewString(appOf(rb));
+        if (kind == RbKind::kBinary)
+            copy->resval.rbinary.buf = nullptr, copy->resval.rbinary.clen = 0;
+        *link = copy;
+        link = &copy->rbnext;
+    }
+    std::vector<resbuf*> oldRuns = splitByApp(acdbUnpackChain(xdata_.get()));
+    std::vector<resbuf*> newRuns = splitByApp(incoming);
+    std::vector<resbuf*> kept;
+    for (resbuf* run : oldRuns) {
+        const bool replaced = std::any_of(newRuns.begin(), newRuns.end(), [run](resbuf* n) {
+            return acdbEqualNoCase(appOf(n), appOf(run));
+        });
+        if (replaced)
+            acutRelRb(run);
+        else
+            kept.push_back(run);
+    }
+    for (resbuf* run : newRuns) {
+        if (run->rbnext == nullptr)
+            acutRelRb(run); // an application alone drops its data
+        else
+            kept.push_back(run);
+    }
+    resbuf* merged = nullptr;
+    link = &merged;
+    for (resbuf* run : kept) {
+        *link = run;
+        while (*link != nullptr)
+            link = &(*link)->rbnext;
+    }
+    PackedChain packed;
+    Acad::ErrorStatus es = acdbPackChain(merged, packed);
+    acutRelRb(merged);
+    if (es != Acad::eOk) return es;
+    if (packed != nullptr) {
+        const unsigned char* p = packed.get();
+        size_t size = 0;
+        for (int shift = 0;; shift += 7) {
+            size |= size_t(*p & 0x7F) << shift;
+            if (!(*p++ & 0x80)) break;
+        }
+        if (size > kMaxXDataBytes) return Acad::eXdataSizeExceeded;
+    }
+    xdata_ = std::move(packed);
+    return Acad::eOk;
+}
+
+void AcDbObject::addPersistentReactor(AcDbObjectId id) {
+    AcDbStub* s = acdbStubOf(id);
+    if (s == nullptr || hasPersistentReactor(id)) return;
+    if (firstReactor_ == nullptr) {
+        firstReactor_ = s;
+        return;
+    }
+    if (extras_ == nullptr) extras_ = std::make_unique<Extras>();
+    extras_->moreReactors.push_back(s);
+}
+
+Acad::ErrorStatus AcDbObject::removePersistentReactor(AcDbObjectId id) {
+    AcDbStub* s = acdbStubOf(id);
+    if (s != nullptr && firstReactor_ == s) {
+        firstReactor_ = nullptr;
+        if (extras_ && !extras_->moreReactors.empty()) {
+            firstReactor_ = extras_->moreReactors.front();
+            extras_->moreReactors.erase(extras_->moreReactors.begin());
+        }
+        return Acad::eOk;
+    }
+    if (extras_) {
+        auto& more = extras_->moreReactors;
+        auto it = std::find(more.begin(), more.end(), s);
+        if (it != more.end()) {
+            more.erase(it);
+            return Acad::eOk;
+        }
+    }
+    return Acad::eKeyNotFound;
+}
+
+bool AcDbObject::hasPersistentReactor(AcDbObjectId id) const {
+    AcDbStub* s = acdbStubOf(id);
+    if (s == nullptr) return false;
+    if (firstReactor_ == s) return true;
+    return extras_ && std::find(extras_->moreReactors.begin(), extras_->moreReactors.end(), s) !=
+                          extras_->moreReactors.end();
+}
+
+const AcDbVoidPtrArray* AcDbObject::reactors() const {
+    if (extras_ == nullptr) extras_ = std::make_unique<Extras>();
+    extras_->view.removeAll();
+    if (firstReactor_ != nullptr) extras_->view.append(tagged(firstReactor_));
+    for (AcDbStub* s : extras_->moreReactors)
+        extras_->view.append(tagged(s));
+    return &extras_->view;
+}
+
+void AcDbImpl::setErased(AcDbStub* s, bool erased) {
+    if (erased)
+        s->flags |= AcDbStub::kErased;
+    else
+        s->flags &= ~AcDbStub::kErased;
+}
+
+Acad::ErrorStatus AcDbImpl::add(AcDbDatabase* db, AcDbObject* object, AcDbStub* owner,
+                                Adesk::UInt64 handle) {
+    if (db == nullptr || object == nullptr) return Acad::eNullObjectPointer;
+    if (object->stub_ != nullptr) return Acad::eAlreadyInDb;
+    AcDbDatabase::Impl& impl = of(db);
+    if (handle == 0) {
+        while (impl.stubAt(impl.handseed, false) != nullptr &&
+               (impl.stubAt(impl.handseed, false)->flags & AcDbStub::kUsed))
+            ++impl.handseed;
+        handle = impl.handseed++;
+    } else if (AcDbStub* s = impl.stubAt(handle, false); s && (s->flags & AcDbStub::kUsed)) {
+        return Acad::eHandleInUse;
+    }
+    if (handle >= impl.handseed) impl.handseed = handle + 1;
+    AcDbStub* s = impl.stubAt(handle, true);
+    s->object = object;
+    s->flags = AcDbStub::kUsed;
+    object->stub_ = s;
+    object->owner_ = owner;
+    impl.openCount += object->readers_ + (object->writeOpen_ ? 1 : 0);
+    object->addedToDatabase();
+    return Acad::eOk;
+}
+
+Acad::ErrorStatus AcDbImpl::open(AcDbStub* s, AcDb::OpenMode mode, bool openErased,
+                                 AcDbObject*& object) {
+    object = nullptr;
+    if (s == nullptr) return Acad::eNullObjectId;
+    AcDbObject* o = s->object;
+    if (o == nullptr) return Acad::ePermanentlyErased;
+    if (erased(s) && !openErased) return Acad::eWasErased;
+    if (o->writeOpen_) return Acad::eWasOpenForWrite;
+    if (mode == AcDb::kForWrite) {
+        if (o->readers_ > 0) return Acad::eWasOpenForRead;
+        if (const auto* e = AcDbEntity::cast(o)) {
+            const auto* layer = AcDbLayerTableRecord::cast(peek(e->layer_));
+            if (layer != nullptr && layer->isLocked()) return Acad::eOnLockedLayer;
+        }
+        o->writeOpen_ = true;
+    } else {
+        if (o->readers_ >= 256) return Acad::eAtMaxReaders;
+        ++o->readers_;
+    }
+    ++of(database(s)).openCount;
+    object = o;
+    return Acad::eOk;
+}
+
+void AcDbImpl::copyRecords(const AcDbObject& from, AcDbObject& to) {
+    resbuf* chain = acdbUnpackChain(from.xdata_.get());
+    acdbPackChain(chain, to.xdata_);
+    acutRelRb(chain);
+}
+
+// Ids and handles.
+
+const AcDbObjectId AcDbObjectId::kNull;
+
+bool AcDbObjectId::isValid() const {
+    return stub_ != nullptr && stub_->object != nullptr;
+}
+bool AcDbObjectId::isErased() const {
+    return stub_ != nullptr && AcDbImpl::erased(stub_);
+}
+AcDbDatabase* AcDbObjectId::database() const {
+    return AcDbImpl::database(stub_);
+}
+AcDbHandle AcDbObjectId::handle() const {
+    return stub_ ? AcDbHandle(AcDbImpl::handle(stub_)) : AcDbHandle();
+}
+AcRxClass* AcDbObjectId::objectClass() const {
+    return isValid() ? stub_->object->isA() : nullptr;
+}
+
+AcDbHandle& AcDbHandle::operator=(const ACHAR* text) {
+    value_ = 0;
+    if (text == nullptr || *text == 0) return *this;
+    Adesk::UInt64 v = 0;
+    int digits = 0;
+    for (const ACHAR* p = text; *p; ++p, ++digits) {
+        const ACHAR c = *p;
+        int d = c >= L'0' && c <= L'9'   ? c - L'0'
+                : c >= L'A' && c <= L'F' ? c - L'A' + 10
+                : c >= L'a' && c <= L'f' ? c - L'a' + 10
+                                         : -1;
+        if (d < 0 || digits >= 16) return *this;
+        v = (v << 4) | Adesk::UInt64(d);
+    }
+    value_ = v;
+    return *this;
+}
+
+bool AcDbHandle::getIntoAsciiBuffer(ACHAR* buffer, size_t bufferLength) const {
+    ACHAR digits[17];
+    int n = 0;
+    Adesk::UInt64 v = value_;
+    do {
+        digits[n++] = L"0123456789ABCDEF"[v & 0xF];
+        v >>= 4;
+    } while (v != 0);
+    if (buffer == nullptr || size_t(n) + 1 > bufferLength) return false;
+    for (int i = 0; i < n; ++i)
+        buffer[i] = digits[n - 1 - i];
+    buffer[n] = 0;
+    return true;
+}
