@@ -32,11 +32,13 @@ struct Filter {
     std::vector<std::wstring> kinds, layers;
 };
 
-// Filters on group 0 (kind) and 8 (layer); any other group is refused.
+// Filters on group 0 (kind; RTDXF0 as acutBuildList writes it) and 8 (layer); any other group
+// is refused.
 bool readFilter(const resbuf* filter, Filter& out) {
     for (const resbuf* rb = filter; rb != nullptr; rb = rb->rbnext) {
-        if ((rb->restype != 0 && rb->restype != 8) || rb->resval.rstring == nullptr) return false;
-        (rb->restype == 0 ? out.kinds : out.layers).emplace_back(rb->resval.rstring);
+        const bool kind = rb->restype == 0 || rb->restype == RTDXF0;
+        if ((!kind && rb->restype != 8) || rb->resval.rstring == nullptr) return false;
+        (kind ? out.kinds : out.layers).emplace_back(rb->resval.rstring);
     }
     return true;
 }
