@@ -28,7 +28,8 @@ TEST_F(Documents, SeveralOpenTheNewestCurrentAndTheIteratorSeesAll) {
     EXPECT_NE(first->database(), second->database());
     std::vector<AcApDocument*> walked;
     AcApDocumentIterator* it = acDocManagerPtr()->newAcApDocumentIterator();
-    for (; !it->done(); it->step()) walked.push_back(it->document());
+    for (; !it->done(); it->step())
+        walked.push_back(it->document());
     delete it;
     EXPECT_EQ(walked, (std::vector<AcApDocument*>{first, second}));
     EXPECT_TRUE(qelhost::setCurrentDocument(first));
@@ -41,7 +42,7 @@ TEST_F(Documents, ReactorsHearCreationAndDestructionUntilRemoved) {
     acDocManagerPtr()->addReactor(&recorder);
     AcApDocument* second = qelhost::newDocument();
     AcApDocument* first = nullptr;
-    for (AcApDocumentIterator* it = acDocManagerPtr()->newAcApDocumentIterator(); ; it->step())
+    for (AcApDocumentIterator* it = acDocManagerPtr()->newAcApDocumentIterator();; it->step())
         if (it->document() != second) {
             first = it->document();
             delete it;

@@ -28,7 +28,8 @@ resbuf* commandList(const wchar_t* name, std::initializer_list<AcGePoint3d> poin
         ads_point q = {p.x, p.y, p.z};
         end = end->rbnext = acutBuildList(RT3DPOINT, q, 0);
     }
-    for (const wchar_t* word : tail) end = end->rbnext = acutBuildList(RTSTR, word, 0);
+    for (const wchar_t* word : tail)
+        end = end->rbnext = acutBuildList(RTSTR, word, 0);
     return head;
 }
 
@@ -74,7 +75,8 @@ TEST_F(DrawCommands, PfaceOfOneFaceOverAllVertices) {
         end = end->rbnext = acutBuildList(RTPOINT, p, 0);
     }
     end = end->rbnext = acutBuildList(RTSTR, L"", 0);
-    for (int i = 1; i <= n; ++i) end = end->rbnext = acutBuildList(RTSHORT, i, 0);
+    for (int i = 1; i <= n; ++i)
+        end = end->rbnext = acutBuildList(RTSHORT, i, 0);
     end = end->rbnext = acutBuildList(RTSTR, L"", RTSTR, L"", 0);
     ASSERT_EQ(acedCmd(list), RTNORM);
     acutRelRb(list);

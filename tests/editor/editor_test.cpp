@@ -61,7 +61,8 @@ int EditorTest::entityCount() const {
     AcDbBlockTableRecordIterator* it = nullptr;
     space->newIterator(it);
     int count = 0;
-    for (; !it->done(); it->step()) ++count;
+    for (; !it->done(); it->step())
+        ++count;
     delete it;
     space->close();
     return count;

@@ -16,11 +16,11 @@ resbuf fresh() {
 
 TEST_F(SystemVariables, EachHasItsType) {
     const std::pair<const wchar_t*, int> kTypes[] = {
-        {L"CLAYER", RTSTR},        {L"CMDDIA", RTSHORT},   {L"CMDECHO", RTSHORT},
-        {L"OSMODE", RTSHORT},      {L"UCSFOLLOW", RTSHORT}, {L"UCSICON", RTSHORT},
-        {L"FILEDIA", RTSHORT},     {L"MENUBAR", RTSHORT},  {L"ACADVER", RTSTR},
-        {L"DWGNAME", RTSTR},       {L"DWGPREFIX", RTSTR},  {L"MEASUREINIT", RTSHORT},
-        {L"INSUNITS", RTSHORT},    {L"UCSORG", RT3DPOINT}, {L"UCSXDIR", RT3DPOINT},
+        {L"CLAYER", RTSTR},      {L"CMDDIA", RTSHORT},    {L"CMDECHO", RTSHORT},
+        {L"OSMODE", RTSHORT},    {L"UCSFOLLOW", RTSHORT}, {L"UCSICON", RTSHORT},
+        {L"FILEDIA", RTSHORT},   {L"MENUBAR", RTSHORT},   {L"ACADVER", RTSTR},
+        {L"DWGNAME", RTSTR},     {L"DWGPREFIX", RTSTR},   {L"MEASUREINIT", RTSHORT},
+        {L"INSUNITS", RTSHORT},  {L"UCSORG", RT3DPOINT},  {L"UCSXDIR", RT3DPOINT},
         {L"UCSYDIR", RT3DPOINT},
     };
     for (const auto& [name, type] : kTypes) {
@@ -77,8 +77,8 @@ TEST_F(SystemVariables, ValuesOutsideTheRangeOrOfTheWrongTypeAreRefused) {
 
 TEST_F(SystemVariables, SaveAndRestoreThroughStringBuffers) {
     addLayer(L"Work");
-    const wchar_t* names[] = {L"CLAYER", L"CMDDIA", L"CMDECHO", L"OSMODE", L"UCSFOLLOW",
-                              L"UCSICON"};
+    const wchar_t* names[] = {L"CLAYER", L"CMDDIA",    L"CMDECHO",
+                              L"OSMODE", L"UCSFOLLOW", L"UCSICON"};
     resbuf* saved[6];
     for (int i = 0; i < 6; ++i) {
         saved[i] = acutNewRb(RTSTR);

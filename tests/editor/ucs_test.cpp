@@ -13,22 +13,22 @@ const AcGeVector3d X = AcGeVector3d::kXAxis, Y = AcGeVector3d::kYAxis, Z = AcGeV
 TEST_F(UcsCommand, ThreePointsFromWorldGiveTheFrameThroughThem) {
     ads_point o = {1, 2, 3}, px = {1, 7, 3}, py = {0, 2, 3};
     EXPECT_EQ(acedCommand(RTSTR, L"_UCS", RTSTR, L"_W", RTNONE), RTNORM);
-    EXPECT_EQ(acedCommand(RTSTR, L"_UCS", RTSTR, L"_3P", RT3DPOINT, o, RT3DPOINT, px, RT3DPOINT,
-                          py, RTNONE),
+    EXPECT_EQ(acedCommand(RTSTR, L"_UCS", RTSTR, L"_3P", RT3DPOINT, o, RT3DPOINT, px, RT3DPOINT, py,
+                          RTNONE),
               RTNORM);
     expectUcs({1, 2, 3}, Y, -X);
     // The Y point need only lie in the positive half of the plane.
     ads_point slanted = {5, 9, 3};
-    EXPECT_EQ(acedCommand(RTSTR, L"_UCS", RTSTR, L"_W", RTSTR, L"_UCS", RTSTR, L"_3P", RT3DPOINT,
-                          o, RT3DPOINT, px, RT3DPOINT, slanted, RTNONE),
+    EXPECT_EQ(acedCommand(RTSTR, L"_UCS", RTSTR, L"_W", RTSTR, L"_UCS", RTSTR, L"_3P", RT3DPOINT, o,
+                          RT3DPOINT, px, RT3DPOINT, slanted, RTNONE),
               RTNORM);
     expectUcs({1, 2, 3}, Y, X);
 }
 
 TEST_F(UcsCommand, PointsAreTakenInTheCurrentUcs) {
     ads_point o = {0, 0, 0}, px = {0, 1, 0}, py = {-1, 0, 0};
-    ASSERT_EQ(acedCommand(RTSTR, L"_UCS", RTSTR, L"_3P", RT3DPOINT, o, RT3DPOINT, px, RT3DPOINT,
-                          py, RTNONE),
+    ASSERT_EQ(acedCommand(RTSTR, L"_UCS", RTSTR, L"_3P", RT3DPOINT, o, RT3DPOINT, px, RT3DPOINT, py,
+                          RTNONE),
               RTNORM);
     expectUcs({0, 0, 0}, Y, -X);
     // Origin (10, 0, 0) of this UCS is (0, 10, 0) in the world; the axes stay.
@@ -50,8 +50,8 @@ TEST_F(UcsCommand, PointsAreTakenInTheCurrentUcs) {
 
 TEST_F(UcsCommand, ZAxisTurnsTheFrameAndTransWalksPointsThrough) {
     ads_point o = {0, 0, 0}, tip = {1, 0, 0};
-    ASSERT_EQ(acedCommand(RTSTR, L"_UCS", RTSTR, L"_W", RTSTR, L"_UCS", RTSTR, L"_ZA", RT3DPOINT,
-                          o, RT3DPOINT, tip, RTNONE),
+    ASSERT_EQ(acedCommand(RTSTR, L"_UCS", RTSTR, L"_W", RTSTR, L"_UCS", RTSTR, L"_ZA", RT3DPOINT, o,
+                          RT3DPOINT, tip, RTNONE),
               RTNORM);
     // Z along world X; X by the arbitrary-axis rule: world Z cross the normal is world Y.
     expectUcs({0, 0, 0}, Y, Z);
@@ -79,8 +79,8 @@ TEST_F(UcsCommand, DegeneratePointsAreRefusedAndTheUcsStays) {
     EXPECT_EQ(acedCommand(RTSTR, L"_UCS", RTSTR, L"_3P", RT3DPOINT, o, RT3DPOINT, same, RT3DPOINT,
                           px, RTNONE),
               RTERROR);
-    EXPECT_EQ(acedCommand(RTSTR, L"_UCS", RTSTR, L"_3P", RT3DPOINT, same, RT3DPOINT, px,
-                          RT3DPOINT, onLine, RTNONE),
+    EXPECT_EQ(acedCommand(RTSTR, L"_UCS", RTSTR, L"_3P", RT3DPOINT, same, RT3DPOINT, px, RT3DPOINT,
+                          onLine, RTNONE),
               RTERROR);
     EXPECT_EQ(acedCommand(RTSTR, L"_UCS", RTSTR, L"_ZA", RT3DPOINT, o, RT3DPOINT, same, RTNONE),
               RTERROR);
@@ -90,17 +90,16 @@ TEST_F(UcsCommand, DegeneratePointsAreRefusedAndTheUcsStays) {
 TEST_F(UcsCommand, RotationsAboutTheAxes) {
     ASSERT_EQ(acedCommand(RTSTR, L"_UCS", RTSTR, L"_X", RTREAL, 90.0, RTNONE), RTNORM);
     expectUcs({0, 0, 0}, X, Z);
-    ASSERT_EQ(acedCommand(RTSTR, L"_UCS", RTSTR, L"_W", RTSTR, L"_UCS", RTSTR, L"_Y", RTSTR, L"",
-                          RTNONE),
-              RTNORM);
+    ASSERT_EQ(
+        acedCommand(RTSTR, L"_UCS", RTSTR, L"_W", RTSTR, L"_UCS", RTSTR, L"_Y", RTSTR, L"", RTNONE),
+        RTNORM);
     expectUcs({0, 0, 0}, -Z, Y);
 }
 
 TEST_F(UcsCommand, NamedSystemsAreSavedReplacedAfterDeleteAndRestored) {
     ads_point o = {5, 0, 0};
-    ASSERT_EQ(acedCommand(RTSTR, L"_UCS", RTSTR, L"_O", RT3DPOINT, o, RTSTR, L"_UCS", RTSTR,
-                          L"_D", RTSTR, L"Pump", RTSTR, L"_UCS", RTSTR, L"_S", RTSTR, L"Pump",
-                          RTNONE),
+    ASSERT_EQ(acedCommand(RTSTR, L"_UCS", RTSTR, L"_O", RT3DPOINT, o, RTSTR, L"_UCS", RTSTR, L"_D",
+                          RTSTR, L"Pump", RTSTR, L"_UCS", RTSTR, L"_S", RTSTR, L"Pump", RTNONE),
               RTNORM);
     EXPECT_NE(acdbTblSearch(L"UCS", L"Pump", 0), nullptr);
     resbuf* rb = acdbTblSearch(L"UCS", L"Pump", 0);

@@ -142,11 +142,20 @@ void drawingMessage(const wchar_t* what) {
 
 extern "C" AcRx::AppRetCode acrxEntryPoint(AcRx::AppMsgCode msg, void* appId) {
     switch (msg) {
-    case AcRx::kInitAppMsg: init(appId); break;
-    case AcRx::kUnloadAppMsg: unload(); break;
-    case AcRx::kLoadDwgMsg: drawingMessage(L"load"); break;
-    case AcRx::kUnloadDwgMsg: drawingMessage(L"unload"); break;
-    default: break;
+    case AcRx::kInitAppMsg:
+        init(appId);
+        break;
+    case AcRx::kUnloadAppMsg:
+        unload();
+        break;
+    case AcRx::kLoadDwgMsg:
+        drawingMessage(L"load");
+        break;
+    case AcRx::kUnloadDwgMsg:
+        drawingMessage(L"unload");
+        break;
+    default:
+        break;
     }
     return AcRx::kRetOK;
 }
