@@ -1,26 +1,16 @@
 // The command stack: groups of commands that modules add, looked up by the command line.
 #include "host.h"
 
+#include "db/rxdefine.h"
+
 #include "arx/accmd.h"
 
 #include <win/transcript.h>
 
 #include <list>
 
-AcRxClass* AcEdCommand::desc() {
-    static AcRxClass cls(L"AcEdCommand", AcRxObject::desc());
-    return &cls;
-}
-AcRxClass* AcEdCommand::isA() const {
-    return desc();
-}
-AcRxClass* AcEdCommandStack::desc() {
-    static AcRxClass cls(L"AcEdCommandStack", AcRxObject::desc());
-    return &cls;
-}
-AcRxClass* AcEdCommandStack::isA() const {
-    return desc();
-}
+ACRX_DEFINE_MEMBERS(AcEdCommand, AcRxObject, nullptr)
+ACRX_DEFINE_MEMBERS(AcEdCommandStack, AcRxObject, nullptr)
 
 namespace qelhost {
 

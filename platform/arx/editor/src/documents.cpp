@@ -1,39 +1,17 @@
 // Documents: the open drawings, the current one, their iterator and the manager's reactors.
 #include "host.h"
 
+#include "db/rxdefine.h"
+
 #include <win/transcript.h>
 
 #include <algorithm>
 #include <filesystem>
 
-AcRxClass* AcApDocument::desc() {
-    static AcRxClass cls(L"AcApDocument", AcRxObject::desc());
-    return &cls;
-}
-AcRxClass* AcApDocumentIterator::desc() {
-    static AcRxClass cls(L"AcApDocumentIterator", AcRxObject::desc());
-    return &cls;
-}
-AcRxClass* AcApDocManagerReactor::desc() {
-    static AcRxClass cls(L"AcApDocManagerReactor", AcRxObject::desc());
-    return &cls;
-}
-AcRxClass* AcApDocManager::desc() {
-    static AcRxClass cls(L"AcApDocManager", AcRxObject::desc());
-    return &cls;
-}
-AcRxClass* AcApDocument::isA() const {
-    return desc();
-}
-AcRxClass* AcApDocumentIterator::isA() const {
-    return desc();
-}
-AcRxClass* AcApDocManagerReactor::isA() const {
-    return desc();
-}
-AcRxClass* AcApDocManager::isA() const {
-    return desc();
-}
+ACRX_DEFINE_MEMBERS(AcApDocument, AcRxObject, nullptr)
+ACRX_DEFINE_MEMBERS(AcApDocumentIterator, AcRxObject, nullptr)
+ACRX_DEFINE_MEMBERS(AcApDocManagerReactor, AcRxObject, nullptr)
+ACRX_DEFINE_MEMBERS(AcApDocManager, AcRxObject, nullptr)
 
 namespace qelhost {
 

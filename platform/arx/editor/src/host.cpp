@@ -17,43 +17,6 @@ std::wstring upper(std::wstring_view text) {
     return out;
 }
 
-std::string narrow(std::wstring_view text) {
-    std::string out;
-    for (wchar_t c : text) {
-        const auto u = static_cast<char32_t>(c);
-        if (u < 0x80) {
-            out += char(u);
-        } else if (u < 0x800) {
-            out += char(0xC0 | (u >> 6));
-            out += char(0x80 | (u & 0x3F));
-        } else if (u < 0x10000) {
-            out += char(0xE0 | (u >> 12));
-            out += char(0x80 | ((u >> 6) & 0x3F));
-            out += char(0x80 | (u & 0x3F));
-        } else {
-            out += char(0xF0 | (u >> 18));
-            out += char(0x80 | ((u >> 12) & 0x3F));
-            out += char(0x80 | ((u >> 6) & 0x3F));
-            out += char(0x80 | (u & 0x3F));
-        }
-    }
-    return out;
-}
-
-std::wstring widen(std::string_view text) {
-    std::wstring out;
-    for (std::size_t i = 0; i < text.size();) {
-        const auto c = static_cast<unsigned char>(text[i]);
-        int extra = c >= 0xF0 ? 3 : c >= 0xE0 ? 2 : c >= 0xC0 ? 1 : 0;
-        char32_t u = extra == 0 ? c : c & (0x3F >> extra);
-        ++i;
-        for (; extra > 0 && i < text.size(); --extra, ++i)
-            u = (u << 6) | (static_cast<unsigned char>(text[i]) & 0x3F);
-        out += wchar_t(u);
-    }
-    return out;
-}
-
 std::optional<std::wstring> askUser(const std::wstring& prompt, bool wholeLine) {
     win::Transcript::instance().print(prompt);
     std::optional<std::wstring> answer = input().ask(prompt, wholeLine);

@@ -42,8 +42,6 @@ std::vector<Document*> documents();
 
 // Upper case, for names that compare without regard to case.
 std::wstring upper(std::wstring_view text);
-std::string narrow(std::wstring_view text);
-std::wstring widen(std::string_view text);
 
 // Prints a prompt, asks the input, echoes a cancel.
 std::optional<std::wstring> askUser(const std::wstring& prompt, bool wholeLine);

@@ -2,6 +2,7 @@
 // "***MENUGROUP=NAME"; a file without one (a packed customisation file) takes its file stem.
 #include "processor.h"
 
+#include <win/strings.h>
 #include <win/transcript.h>
 
 #include <algorithm>
@@ -28,11 +29,11 @@ Menus& menus() {
 std::optional<std::filesystem::path> findMenuFile(const std::wstring& name) {
     namespace fs = std::filesystem;
     std::error_code ec;
-    const fs::path given(narrow(name));
+    const fs::path given(win::toUtf8(name));
     if (given.is_absolute())
         return fs::is_regular_file(given, ec) ? std::optional(given) : std::nullopt;
     std::vector<fs::path> folders;
-    if (Document* doc = currentDocument()) folders.emplace_back(narrow(doc->prefix));
+    if (Document* doc = currentDocument()) folders.emplace_back(win::toUtf8(doc->prefix));
     folders.insert(folders.end(), menus().support.begin(), menus().support.end());
     folders.push_back(moduleFolder());
     for (const fs::path& folder : folders)
@@ -49,7 +50,7 @@ std::wstring groupOf(const std::filesystem::path& file) {
             std::string group = line.substr(key.size());
             while (!group.empty() && (group.back() == '\r' || group.back() == ' '))
                 group.pop_back();
-            return upper(widen(group));
+            return upper(win::fromUtf8(group));
         }
     return upper(file.stem().wstring());
 }

@@ -2,10 +2,13 @@
 // locks; the system registry with the class dictionary and the command stack.
 #include "host.h"
 
+#include "db/rxdefine.h"
+
 #include "arx/accmd.h"
 #include "arx/rxregsvc.h"
 
 #include <arx/arx.h>
+#include <win/strings.h>
 #include <win/transcript.h>
 
 #include <dlfcn.h>
@@ -13,20 +16,8 @@
 #include <algorithm>
 #include <filesystem>
 
-AcRxClass* AcRxDictionary::desc() {
-    static AcRxClass cls(L"AcRxDictionary", AcRxObject::desc());
-    return &cls;
-}
-AcRxClass* AcRxDictionary::isA() const {
-    return desc();
-}
-AcRxClass* AcRxDynamicLinker::desc() {
-    static AcRxClass cls(L"AcRxDynamicLinker", AcRxObject::desc());
-    return &cls;
-}
-AcRxClass* AcRxDynamicLinker::isA() const {
-    return desc();
-}
+ACRX_DEFINE_MEMBERS(AcRxDictionary, AcRxObject, nullptr)
+ACRX_DEFINE_MEMBERS(AcRxDynamicLinker, AcRxObject, nullptr)
 
 namespace qelhost {
 
@@ -62,7 +53,7 @@ void say(const std::wstring& text) {
 // exactly or, failing that, without regard to case.
 std::optional<std::filesystem::path> findModule(const std::wstring& name) {
     namespace fs = std::filesystem;
-    const fs::path given(narrow(name));
+    const fs::path given(win::toUtf8(name));
     std::error_code ec;
     if (given.has_parent_path()) {
         if (fs::is_regular_file(given, ec)) return given;
@@ -72,13 +63,15 @@ std::optional<std::filesystem::path> findModule(const std::wstring& name) {
     if (fs::is_regular_file(exact, ec)) return exact;
     const std::wstring wanted = upper(name);
     for (const auto& entry : fs::directory_iterator(modules().folder, ec))
-        if (entry.is_regular_file(ec) && upper(widen(entry.path().filename().string())) == wanted)
+        if (entry.is_regular_file(ec) &&
+            upper(win::fromUtf8(entry.path().filename().string())) == wanted)
             return entry.path();
     return std::nullopt;
 }
 
 Module* findLoaded(const std::wstring& name) {
-    const std::wstring wanted = upper(std::filesystem::path(narrow(name)).filename().wstring());
+    const std::wstring wanted =
+        upper(std::filesystem::path(win::toUtf8(name)).filename().wstring());
     for (const auto& m : modules().loaded)
         if (upper(std::filesystem::path(m->file).filename().wstring()) == wanted) return m.get();
     return nullptr;
@@ -102,7 +95,7 @@ public:
         std::optional<std::filesystem::path> path = findModule(fileName);
         if (!path) return fail(L"file not found in " + modules().folder.wstring());
         void* handle = dlopen(path->c_str(), RTLD_NOW | RTLD_LOCAL);
-        if (handle == nullptr) return fail(widen(dlerror()));
+        if (handle == nullptr) return fail(win::fromUtf8(dlerror()));
         auto entry = reinterpret_cast<EntryPoint>(dlsym(handle, "acrxEntryPoint"));
         auto version = reinterpret_cast<ApiVersion>(dlsym(handle, "acrxGetApiVersion"));
         if (entry == nullptr || (version != nullptr && version() != ACRX_API_VERSION)) {
