@@ -91,6 +91,15 @@ TEST_F(Modules, FunctionsAreInvokedByNameWithTheirArguments) {
     EXPECT_EQ(acedInvoke(args, &result), RTERROR);
     EXPECT_EQ(result, nullptr);
     acutRelRb(args);
+    // A function served by the module's entry point, with the code acedGetFunCode gives it.
+    args = acutBuildList(RTSTR, L"TESTCOUNT", RTSTR, L"a", RTSTR, L"b", RTSTR, L"c", 0);
+    ASSERT_EQ(acedInvoke(args, &result), RTNORM);
+    ASSERT_NE(result, nullptr);
+    EXPECT_EQ(result->restype, RTSHORT);
+    EXPECT_EQ(result->resval.rint, 3);
+    acutRelRb(result);
+    acutRelRb(args);
+    EXPECT_EQ(acedGetFunCode(), -1);
     args = acutBuildList(RTSTR, L"getType", 0);
     EXPECT_EQ(acedInvoke(args, &result), RTERROR) << "no module serves it";
     acutRelRb(args);

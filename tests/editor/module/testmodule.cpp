@@ -117,6 +117,8 @@ void init(void* appId) {
         commandStack()->addCommand(kGroup, c.name, c.name, ACRX_CMD_MODAL, c.function);
     acedDefun(L"testEcho", 1);
     acedRegFunc(echo, 1);
+    // The second function is served from the entry point.
+    acedDefun(L"testCount", 2);
     acDocManagerPtr()->addReactor(&reactor);
 }
 
@@ -153,6 +155,14 @@ extern "C" AcRx::AppRetCode acrxEntryPoint(AcRx::AppMsgCode msg, void* appId) {
         break;
     case AcRx::kUnloadDwgMsg:
         drawingMessage(L"unload");
+        break;
+    case AcRx::kInvkSubrMsg:
+        if (acedGetFunCode() == 2) {
+            int count = 0;
+            for (const resbuf* arg = acedGetArgs(); arg != nullptr; arg = arg->rbnext)
+                ++count;
+            acedRetInt(count);
+        }
         break;
     default:
         break;

@@ -62,6 +62,12 @@ std::wstring entityKind(const AcDbEntity* entity);
 
 // Modules get these as documents come and go.
 void sendToModules(int message);
+// Sends one message to one module, which is the running module meanwhile; its answer.
+int sendToModule(void* appId, int message);
+// The module whose entry point or command runs now; null for the host.
+void* currentModule();
+// Drops the functions a module defined, when it goes.
+void forgetFunctionsOf(void* appId);
 void resetModules();
 void resetCommandStack();
 void resetFunctions();

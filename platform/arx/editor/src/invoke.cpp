@@ -11,9 +11,13 @@ namespace qelhost {
 
 namespace {
 
+// Codes are each module's own: two modules may both number their functions from 1.
+using Code = std::pair<void*, int>;
+
 struct Functions {
-    std::map<std::wstring, short> codes; // upper-case name -> code
-    std::map<int, int (*)()> handlers;   // code -> function
+    std::map<std::wstring, Code> codes; // upper-case name -> module and code
+    std::map<Code, int (*)()> handlers; // module and code -> function
+    int running = -1;                   // the code of the function being called
     // The call in progress: its arguments and the answer being built.
     const resbuf* args = nullptr;
     resbuf* answer = nullptr;
@@ -61,28 +65,37 @@ void resetFunctions() {
     functions().handlers.clear();
 }
 
+void forgetFunctionsOf(void* appId) {
+    std::erase_if(functions().codes,
+                  [appId](const auto& entry) { return entry.second.first == appId; });
+    std::erase_if(functions().handlers,
+                  [appId](const auto& entry) { return entry.first.first == appId; });
+}
+
 } // namespace qelhost
 
 using namespace qelhost;
 
 int acedDefun(const ACHAR* sname, short funcno) {
     if (sname == nullptr || *sname == L'\0') return RTERROR;
-    functions().codes[upper(sname)] = funcno;
+    functions().codes[upper(sname)] = {currentModule(), funcno};
     return RTNORM;
 }
 
 int acedUndef(const ACHAR* sname, short funcno) {
     auto it = sname ? functions().codes.find(upper(sname)) : functions().codes.end();
-    if (it == functions().codes.end() || it->second != funcno) return RTERROR;
+    if (it == functions().codes.end() || it->second != Code{currentModule(), funcno})
+        return RTERROR;
     functions().codes.erase(it);
     return RTNORM;
 }
 
 int acedRegFunc(int (*fhdl)(), int fcode) {
+    const Code code{currentModule(), fcode};
     if (fhdl == nullptr)
-        functions().handlers.erase(fcode);
+        functions().handlers.erase(code);
     else
-        functions().handlers[fcode] = fhdl;
+        functions().handlers[code] = fhdl;
     return RTNORM;
 }
 
@@ -94,20 +107,26 @@ int acedInvoke(const resbuf* args, resbuf** result) {
     auto code = f.codes.find(upper(args->resval.rstring));
     if (code == f.codes.end()) return RTERROR;
     auto handler = f.handlers.find(code->second);
-    if (handler == f.handlers.end()) return RTERROR;
     // Calls may nest: keep the outer call's state.
     const resbuf* outerArgs = f.args;
     resbuf* outerAnswer = f.answer;
     const bool outerAnswered = f.answered;
+    const int outerRunning = f.running;
     f.args = args->rbnext;
     f.answer = nullptr;
     f.answered = false;
-    const int status = handler->second();
+    f.running = code->second.second;
+    // A function without its own handler is served by its module's entry point.
+    const int status =
+        handler != f.handlers.end()
+            ? handler->second()
+            : (sendToModule(code->second.first, 5 /* kInvkSubrMsg */) == 0 ? RTNORM : RTERROR);
     resbuf* chain = f.answer;
     const bool answered = f.answered;
     f.args = outerArgs;
     f.answer = outerAnswer;
     f.answered = outerAnswered;
+    f.running = outerRunning;
     if (status != RTNORM || !answered) {
         acutRelRb(chain);
         return RTERROR;
@@ -117,6 +136,10 @@ int acedInvoke(const resbuf* args, resbuf** result) {
     else
         acutRelRb(chain);
     return RTNORM;
+}
+
+int acedGetFunCode() {
+    return functions().running;
 }
 
 resbuf* acedGetArgs() {

@@ -110,7 +110,8 @@ public:
         module->entry = entry;
         Module* m = module.get();
         modules().loaded.push_back(std::move(module));
-        if (entry(AcRx::kInitAppMsg, handle) != AcRx::kRetOK) {
+        if (sendToModule(handle, AcRx::kInitAppMsg) != AcRx::kRetOK) {
+            forgetFunctionsOf(handle);
             std::erase_if(modules().loaded, [m](const auto& p) { return p.get() == m; });
             dlclose(handle);
             return fail(L"the module refused to start");
@@ -141,8 +142,9 @@ public:
     bool registerAppNotMDIAware(void* appId) const override { return setMdi(appId, false); }
 
     static void unload(Module* m) {
-        m->entry(AcRx::kUnloadAppMsg, m->handle);
+        sendToModule(m->handle, AcRx::kUnloadAppMsg);
         void* handle = m->handle;
+        forgetFunctionsOf(handle);
         std::erase_if(modules().loaded, [m](const auto& p) { return p.get() == m; });
         dlclose(handle);
     }
@@ -161,6 +163,9 @@ private:
 };
 
 DynamicLinker linker;
+
+// The module whose entry point runs now: functions it defines are its own.
+void* runningModule = nullptr;
 
 // The class dictionary holds, per class, an object that gives the class back.
 class ClassEntry : public AcRxObject {
@@ -236,6 +241,20 @@ NamedDictionary& classDictionary() {
 
 } // namespace
 
+int sendToModule(void* appId, int message) {
+    Module* m = byAppId(appId);
+    if (m == nullptr) return AcRx::kRetError;
+    void* outer = runningModule;
+    runningModule = appId;
+    const int result = m->entry(AcRx::AppMsgCode(message), appId);
+    runningModule = outer;
+    return result;
+}
+
+void* currentModule() {
+    return runningModule;
+}
+
 void sendToModules(int message) {
     std::vector<Module*> now;
     for (const auto& m : modules().loaded)
@@ -247,7 +266,7 @@ void sendToModules(int message) {
 void runLoadDwgFor(void* appId) {
     Module* m = byAppId(appId);
     if (m == nullptr || currentDocument() == nullptr) return;
-    m->entry(AcRx::kLoadDwgMsg, appId);
+    sendToModule(appId, AcRx::kLoadDwgMsg);
 }
 
 void setModuleFolder(const std::filesystem::path& folder) {

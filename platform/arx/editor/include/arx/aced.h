@@ -52,14 +52,17 @@ int acutPrintf(const ACHAR* format, ...);
 int acedAlert(const ACHAR* text);
 
 // Functions that modules serve to others: acedDefun names one with a code, acedRegFunc gives
-// the code its function. acedInvoke calls one by name: args starts with the name as RTSTR, the
-// function sees the rest through acedGetArgs and answers with acedRetList (or the other
-// acedRet* calls). RTERROR for an unknown name or a function that failed.
+// the code its function (codes are each module's own). acedInvoke calls one by name: args starts
+// with the name as RTSTR, the function sees the rest through acedGetArgs and answers with
+// acedRetList (or the other acedRet* calls). RTERROR for an unknown name or a function that failed.
 int acedDefun(const ACHAR* sname, short funcno);
 int acedUndef(const ACHAR* sname, short funcno);
 int acedRegFunc(int (*fhdl)(), int fcode);
 int acedInvoke(const resbuf* args, resbuf** result);
 resbuf* acedGetArgs();
+// The code of the function being called, for a module that serves its functions from its entry
+// point (kInvkSubrMsg) instead of acedRegFunc; -1 outside a call.
+int acedGetFunCode();
 int acedRetList(const resbuf* rbuf);
 int acedRetStr(const ACHAR* s);
 int acedRetInt(int ival);
