@@ -101,8 +101,8 @@ TEST_F(UcsCommand, NamedSystemsAreSavedReplacedAfterDeleteAndRestored) {
     ASSERT_EQ(acedCommand(RTSTR, L"_UCS", RTSTR, L"_O", RT3DPOINT, o, RTSTR, L"_UCS", RTSTR, L"_D",
                           RTSTR, L"Pump", RTSTR, L"_UCS", RTSTR, L"_S", RTSTR, L"Pump", RTNONE),
               RTNORM);
-    EXPECT_NE(acdbTblSearch(L"UCS", L"Pump", 0), nullptr);
     resbuf* rb = acdbTblSearch(L"UCS", L"Pump", 0);
+    EXPECT_NE(rb, nullptr);
     acutRelRb(rb);
     ads_point other = {0, 7, 0};
     ASSERT_EQ(acedCommand(RTSTR, L"_UCS", RTSTR, L"_W", RTSTR, L"_UCS", RTSTR, L"_O", RT3DPOINT,

@@ -91,7 +91,10 @@ int echo() {
     resbuf* reply = acutBuildList(RTSTR, L"echo", 0);
     resbuf* tail = reply;
     for (const resbuf* arg = acedGetArgs(); arg != nullptr; arg = arg->rbnext) {
-        if (arg->restype != RTSTR) return RTERROR;
+        if (arg->restype != RTSTR) {
+            acutRelRb(reply);
+            return RTERROR;
+        }
         tail->rbnext = acutBuildList(RTSTR, arg->resval.rstring, 0);
         tail = tail->rbnext;
     }

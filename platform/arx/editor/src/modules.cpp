@@ -186,9 +186,15 @@ public:
     bool has(const ACHAR* key) const override { return at(key) != nullptr; }
     Adesk::UInt32 numEntries() const override { return Adesk::UInt32(entries_.size()); }
     void put(const std::wstring& key, AcRxObject* value) { entries_[key] = value; }
+    // An entry the dictionary owns.
+    void own(const std::wstring& key, std::unique_ptr<AcRxObject> value) {
+        put(key, value.get());
+        owned_.push_back(std::move(value));
+    }
 
 private:
     std::map<std::wstring, AcRxObject*> entries_;
+    std::vector<std::unique_ptr<AcRxObject>> owned_;
 };
 
 NamedDictionary& classDictionary() {
@@ -233,7 +239,7 @@ NamedDictionary& classDictionary() {
         };
         for (auto desc : kClasses) {
             AcRxClass* cls = desc();
-            dictionary.put(cls->name(), new ClassEntry(cls));
+            dictionary.own(cls->name(), std::make_unique<ClassEntry>(cls));
         }
     }
     return dictionary;
