@@ -108,11 +108,15 @@ TEST_F(Qelcad, RefusesWhatItCannotDoWithAReason) {
 }
 
 TEST_F(Qelcad, TheShellReadsCommandsAndAnswersFromTheTerminal) {
-    const Outcome run = qelcad("shell --set ACADVER=17.2", "SETVAR\nACADVER\nTESTASK\nre\n\n"
-                                                           "h\nNEW\nSETVAR\nDWGNAME\nQUIT\n");
+    const Outcome run =
+        qelcad("shell --set ACADVER=17.2", "SETVAR\nACADVER\nTESTHELLO\n\x1b\nTESTASK\nre\n\n"
+                                           "h\nNEW\nSETVAR\nDWGNAME\nQUIT\n");
     EXPECT_EQ(run.status, 0) << run.out;
     EXPECT_NE(run.out.find("ACADVER = \"17.2\" (read only)"), std::string::npos) << run.out;
     EXPECT_NE(run.out.find("test: kword 5100 Restore"), std::string::npos) << run.out;
+    // Escape cancels the prompt; the command goes on with what it got.
+    EXPECT_NE(run.out.find("*Cancel*"), std::string::npos) << run.out;
+    EXPECT_NE(run.out.find("test: hello \n"), std::string::npos) << run.out;
     // Enter at the command prompt repeats the last command.
     EXPECT_NE(run.out.find("test: kword 5100 Hide"), std::string::npos) << run.out;
     EXPECT_NE(run.out.find("DWGNAME = \"Drawing2.dwg\""), std::string::npos) << run.out;

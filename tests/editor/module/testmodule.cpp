@@ -62,7 +62,7 @@ const win::DialogResource optionsTemplate({
 });
 
 void hello() {
-    ACHAR name[64];
+    ACHAR name[64] = L"";
     acedGetString(1, L"Your name: ", name, 64);
     acutPrintf(L"test: hello %s\n", name);
 }

@@ -26,25 +26,27 @@ struct VarRow {
 };
 
 // The catalogue. Values kept with the drawing have no default of their own here.
+// clang-format off
 const VarRow kVariables[] = {
-    // name            type       kept              r/o    range       default
-    {L"ACADVER", RTSTR, Keep::kHost, true, 0, 0, std::wstring(L"19.1")},
-    {L"CLAYER", RTSTR, Keep::kDrawing, false, 0, 0, std::wstring()},
-    {L"CMDDIA", RTSHORT, Keep::kHost, false, 0, 1, short(1)},
-    {L"CMDECHO", RTSHORT, Keep::kHost, false, 0, 1, short(1)},
-    {L"DWGNAME", RTSTR, Keep::kDrawing, true, 0, 0, std::wstring()},
-    {L"DWGPREFIX", RTSTR, Keep::kDrawing, true, 0, 0, std::wstring()},
-    {L"FILEDIA", RTSHORT, Keep::kHost, false, 0, 1, short(1)},
-    {L"INSUNITS", RTSHORT, Keep::kDocument, false, 0, 20, short(4)},
-    {L"MEASUREINIT", RTSHORT, Keep::kHost, false, 0, 1, short(1)},
-    {L"MENUBAR", RTSHORT, Keep::kHost, false, 0, 1, short(0)},
-    {L"OSMODE", RTSHORT, Keep::kHost, false, 0, 32767, short(4133)},
-    {L"UCSFOLLOW", RTSHORT, Keep::kDocument, false, 0, 1, short(0)},
-    {L"UCSICON", RTSHORT, Keep::kDocument, false, 0, 3, short(3)},
-    {L"UCSORG", RT3DPOINT, Keep::kDrawing, true, 0, 0, AcGePoint3d()},
-    {L"UCSXDIR", RT3DPOINT, Keep::kDrawing, true, 0, 0, AcGePoint3d()},
-    {L"UCSYDIR", RT3DPOINT, Keep::kDrawing, true, 0, 0, AcGePoint3d()},
+    // name          type        kept              read-only  range      default
+    {L"ACADVER",      RTSTR,      Keep::kHost,      true,      0, 0,      std::wstring(L"19.1")},
+    {L"CLAYER",       RTSTR,      Keep::kDrawing,   false,     0, 0,      std::wstring()},
+    {L"CMDDIA",       RTSHORT,    Keep::kHost,      false,     0, 1,      short(1)},
+    {L"CMDECHO",      RTSHORT,    Keep::kHost,      false,     0, 1,      short(1)},
+    {L"DWGNAME",      RTSTR,      Keep::kDrawing,   true,      0, 0,      std::wstring()},
+    {L"DWGPREFIX",    RTSTR,      Keep::kDrawing,   true,      0, 0,      std::wstring()},
+    {L"FILEDIA",      RTSHORT,    Keep::kHost,      false,     0, 1,      short(1)},
+    {L"INSUNITS",     RTSHORT,    Keep::kDocument,  false,     0, 20,     short(4)},
+    {L"MEASUREINIT",  RTSHORT,    Keep::kHost,      false,     0, 1,      short(1)},
+    {L"MENUBAR",      RTSHORT,    Keep::kHost,      false,     0, 1,      short(0)},
+    {L"OSMODE",       RTSHORT,    Keep::kHost,      false,     0, 32767,  short(4133)},
+    {L"UCSFOLLOW",    RTSHORT,    Keep::kDocument,  false,     0, 1,      short(0)},
+    {L"UCSICON",      RTSHORT,    Keep::kDocument,  false,     0, 3,      short(3)},
+    {L"UCSORG",       RT3DPOINT,  Keep::kDrawing,   true,      0, 0,      AcGePoint3d()},
+    {L"UCSXDIR",      RT3DPOINT,  Keep::kDrawing,   true,      0, 0,      AcGePoint3d()},
+    {L"UCSYDIR",      RT3DPOINT,  Keep::kDrawing,   true,      0, 0,      AcGePoint3d()},
 };
+// clang-format on
 
 std::map<std::wstring, VarValue>& hostValues() {
     static std::map<std::wstring, VarValue> values;
