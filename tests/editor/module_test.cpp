@@ -51,6 +51,19 @@ TEST_F(Modules, LoadedByNameTheyGetInitAndTheDrawingsMessages) {
     EXPECT_FALSE(acrxDynamicLinker->unloadModule(L"QelTestModule.arx", false));
 }
 
+TEST_F(Modules, ALockedModuleStays) {
+    ASSERT_TRUE(acrxDynamicLinker->loadModule(L"QelTestModule.arx", false));
+    ASSERT_EQ(qelhost::runCommand(L"TESTLOCK"), RTNORM);
+    EXPECT_TRUE(acrxDynamicLinker->isApplicationLocked(L"QelTestModule.arx"));
+    EXPECT_FALSE(acrxDynamicLinker->unloadModule(L"QelTestModule.arx", true));
+    EXPECT_NE(printed().find(L"the module is locked"), std::wstring::npos);
+    EXPECT_EQ(qelhost::loadedModules().size(), 1u);
+    // The host, ending, unloads it all the same.
+    qelhost::unloadAllModules();
+    EXPECT_TRUE(qelhost::loadedModules().empty());
+    EXPECT_NE(printed().find(L"test: unload\n"), std::wstring::npos);
+}
+
 TEST_F(Modules, CommandsAreFoundThroughTheRegistryAndGoWithTheirGroup) {
     AcRxObject* dock = acrxSysRegistry()->at(ACRX_COMMAND_DOCK);
     ASSERT_NE(AcEdCommandStack::cast(dock), nullptr);
@@ -58,6 +71,10 @@ TEST_F(Modules, CommandsAreFoundThroughTheRegistryAndGoWithTheirGroup) {
     ASSERT_NE(classes, nullptr);
     EXPECT_TRUE(classes->has(L"AcDbEntity"));
     EXPECT_FALSE(classes->has(L"AcBrEntity")) << "no boundary-representation module here";
+    static AcRxClass brEntity(L"AcBrEntity", AcRxObject::desc());
+    qelhost::addClassToDictionary(&brEntity);
+    ASSERT_TRUE(classes->has(L"AcBrEntity"));
+    EXPECT_EQ(classes->at(L"AcBrEntity")->isA(), &brEntity);
 
     ASSERT_TRUE(acrxDynamicLinker->loadModule(L"QelTestModule.arx", false));
     AcEdCommand* hello = acedRegCmds()->lookupCmd(L"testhello", true);

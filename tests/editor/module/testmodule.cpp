@@ -10,6 +10,7 @@
 namespace {
 
 const ACHAR* const kGroup = L"QELTEST_COMMANDS";
+void* self = nullptr;
 
 class TestReactor : public AcApDocManagerReactor {
 public:
@@ -103,19 +104,28 @@ int echo() {
     return RTNORM;
 }
 
+// Locks the module in memory again: the host must then refuse to unload it.
+void lock() {
+    acrxDynamicLinker->lockApplication(self);
+}
+
 AcEdCommandStack* commandStack() {
     return AcEdCommandStack::cast(acrxSysRegistry()->at(ACRX_COMMAND_DOCK));
 }
 
 void init(void* appId) {
+    self = appId;
     acrxDynamicLinker->unlockApplication(appId);
     acrxDynamicLinker->registerAppMDIAware(appId);
     acutPrintf(L"test: init\n");
     const struct {
         const ACHAR* name;
         AcRxFunctionPtr function;
-    } commands[] = {
-        {L"TESTHELLO", hello}, {L"TESTBOX", box}, {L"TESTDIALOG", dialog}, {L"TESTASK", ask}};
+    } commands[] = {{L"TESTHELLO", hello},
+                    {L"TESTBOX", box},
+                    {L"TESTDIALOG", dialog},
+                    {L"TESTASK", ask},
+                    {L"TESTLOCK", lock}};
     for (const auto& c : commands)
         commandStack()->addCommand(kGroup, c.name, c.name, ACRX_CMD_MODAL, c.function);
     acedDefun(L"testEcho", 1);

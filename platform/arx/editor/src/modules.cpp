@@ -275,6 +275,11 @@ void runLoadDwgFor(void* appId) {
     sendToModule(appId, AcRx::kLoadDwgMsg);
 }
 
+void addClassToDictionary(AcRxClass* cls) {
+    if (cls != nullptr && !classDictionary().has(cls->name()))
+        classDictionary().own(cls->name(), std::make_unique<ClassEntry>(cls));
+}
+
 void setModuleFolder(const std::filesystem::path& folder) {
     modules().folder = folder;
 }

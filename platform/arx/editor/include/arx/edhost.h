@@ -59,6 +59,9 @@ void setModuleFolder(const std::filesystem::path& folder);
 std::filesystem::path moduleFolder();
 // The module files of the loaded modules, in load order.
 std::vector<std::string> loadedModules();
+// Adds a run-time class to "ClassDictionary" of the system registry, for classes that libraries
+// of the host bring beside the database's own (the boundary-representation classes, ...).
+void addClassToDictionary(AcRxClass* cls);
 // Unloads every module, newest first, whether locked or not (the host is ending).
 void unloadAllModules();
 
