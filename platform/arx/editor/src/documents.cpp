@@ -89,7 +89,7 @@ void makeCurrent(Document* doc) {
 } // namespace
 
 Document::Document(std::wstring name)
-    : prefix(currentFolder()), name_(std::move(name)), path_(name_),
+    : prefix(currentFolder()), title(std::move(name)), path(title),
       database_(std::make_unique<AcDbDatabase>()) {}
 
 Document* currentDocument() {

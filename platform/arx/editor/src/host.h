@@ -22,12 +22,13 @@ class Document : public AcApDocument {
 public:
     explicit Document(std::wstring name);
     AcDbDatabase* database() const override { return database_.get(); }
-    const ACHAR* fileName() const override { return path_.c_str(); }
-    const ACHAR* docTitle() const override { return name_.c_str(); }
+    const ACHAR* fileName() const override { return path.c_str(); }
+    const ACHAR* docTitle() const override { return title.c_str(); }
 
-    // Folder (with its trailing separator) and file name of the drawing.
-    std::wstring prefix, name_;
-    std::wstring path_;
+    // Folder (with its trailing separator), file name, and full path of the drawing; a drawing
+    // never saved has its name as its path.
+    std::wstring prefix, title;
+    std::wstring path;
     // Variables kept with the drawing.
     std::map<std::wstring, VarValue> vars;
     // The view after the last zoom: its box in world coordinates.
@@ -75,7 +76,11 @@ void resetMenus();
 void resetVariables();
 void resetDocuments();
 std::vector<std::wstring> moduleCommandNames();
-std::vector<std::wstring> variableNames();
+// A variable's value as SETVAR shows it; known false for an unknown name.
+std::wstring variableText(const std::wstring& name, bool& known);
+bool isReadOnlyVariable(const std::wstring& name);
+// QUIT: the command loop ends after the command.
+void requestQuit();
 void runLoadDwgFor(void* module);
 
 // The host's own commands, run by name from the command line.

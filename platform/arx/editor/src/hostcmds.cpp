@@ -9,9 +9,6 @@
 
 namespace qelhost {
 
-std::wstring variableText(const std::wstring& name, bool& known);
-void requestQuit();
-
 namespace {
 
 void say(const std::wstring& text) {
@@ -50,7 +47,7 @@ int setvar(CommandContext& ctx) {
         ctx.invalid(L"Unknown variable name.");
         return RTERROR;
     }
-    if (setSystemVariable(upper(*name), L"", false) == RTREJ) {
+    if (isReadOnlyVariable(upper(*name))) {
         say(upper(*name) + L" = " + shown + L" (read only)\n");
         return RTNORM;
     }

@@ -29,7 +29,8 @@ public:
 
     // The next answer; nothing when cancelled.
     std::optional<Token> next(const std::wstring& prompt, bool wholeLine = false);
-    // A word: text tokens as they are, numbers written out. Empty for Enter.
+    // A word: text tokens as they are, numbers written out, empty for Enter. A point, set or
+    // entity where a word is asked comes as "\x01", which no name or option matches.
     std::optional<std::wstring> word(const std::wstring& prompt, bool wholeLine = false);
 
     enum class Got { kValue, kEnter, kWord, kCancel, kInvalid };

@@ -68,7 +68,7 @@ AcGePoint3d asPoint(const AcGeVector3d& v) {
 // Variables that are the drawing's own state.
 std::optional<VarValue> drawingValue(const std::wstring& name, Document& doc) {
     AcDbDatabase* db = doc.database();
-    if (name == L"DWGNAME") return doc.name_;
+    if (name == L"DWGNAME") return doc.title;
     if (name == L"DWGPREFIX") return doc.prefix;
     if (name == L"UCSORG") return db->ucsorg();
     if (name == L"UCSXDIR") return asPoint(db->ucsxdir());
@@ -210,11 +210,9 @@ int setSystemVariable(const std::wstring& name, const std::wstring& text, bool f
     return store(*row, value) ? RTNORM : RTERROR;
 }
 
-std::vector<std::wstring> variableNames() {
-    std::vector<std::wstring> names;
-    for (const VarRow& row : kVariables)
-        names.emplace_back(row.name);
-    return names;
+bool isReadOnlyVariable(const std::wstring& name) {
+    const VarRow* row = findRow(name.c_str());
+    return row != nullptr && row->readOnly;
 }
 
 void resetVariables() {
