@@ -5,6 +5,8 @@
 #include <filesystem>
 #include <fstream>
 
+#include <unistd.h>
+
 namespace editortest {
 namespace {
 
@@ -102,7 +104,8 @@ TEST_F(DrawCommands, ZoomExtentsAndListShowTheDrawing) {
 }
 
 TEST_F(DrawCommands, MenusLoadByGroupAndInsertPullDowns) {
-    const auto folder = std::filesystem::temp_directory_path() / "qel-editor-menus";
+    const auto folder =
+        std::filesystem::temp_directory_path() / ("qel-editor-menus-" + std::to_string(getpid()));
     std::filesystem::create_directories(folder);
     std::ofstream(folder / "VelmoraQEL.mns") << "***MENUGROUP=QEL\n***POP11\n";
     qelhost::setSupportFolders({folder});
