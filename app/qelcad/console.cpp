@@ -47,30 +47,40 @@ void showTranscript(std::ostream& out) {
 TerminalInput::TerminalInput(std::istream& in) : in_(in) {}
 
 std::optional<std::wstring> TerminalInput::ask(const std::wstring&, bool wholeLine) {
-    if (ended_) return std::nullopt;
-    interrupted = 0;
-    std::string line;
-    if (!std::getline(in_, line)) {
-        if (interrupted) {
-            in_.clear();
-            std::clearerr(stdin);
-            std::cout << "\n";
+    if (!pending_) {
+        if (ended_) return std::nullopt;
+        interrupted = 0;
+        std::string line;
+        if (!std::getline(in_, line)) {
+            if (interrupted) {
+                in_.clear();
+                std::clearerr(stdin);
+                std::cout << "\n";
+                return std::nullopt;
+            }
+            ended_ = true;
             return std::nullopt;
         }
-        ended_ = true;
+        if (!line.empty() && line.back() == '\r') line.pop_back();
+        pending_ = win::fromUtf8(line);
+        // The user sees the line as typed; the transcript records it once.
+        echoing = true;
+        win::Transcript::instance().print(*pending_ + L"\n");
+        echoing = false;
+    }
+    // As at the host's command line, a blank ends an answer unless the prompt takes blanks.
+    std::wstring answer = *pending_;
+    const auto blank = wholeLine ? std::wstring::npos : answer.find_first_of(L" \t");
+    if (blank == std::wstring::npos) {
+        pending_.reset();
+    } else {
+        pending_ = answer.substr(blank + 1);
+        answer.resize(blank);
+    }
+    if (answer.find(L'\x1b') != std::wstring::npos) {
+        pending_.reset();
         return std::nullopt;
     }
-    if (!line.empty() && line.back() == '\r') line.pop_back();
-    std::wstring answer = win::fromUtf8(line);
-    if (!wholeLine) {
-        const auto first = answer.find_first_not_of(L" \t");
-        answer = first == std::wstring::npos ? L"" : answer.substr(first);
-        answer = answer.substr(0, answer.find_last_not_of(L" \t") + 1);
-    }
-    echoing = true;
-    win::Transcript::instance().print(answer + L"\n");
-    echoing = false;
-    if (answer.find(L'\x1b') != std::wstring::npos) return std::nullopt;
     return answer;
 }
 

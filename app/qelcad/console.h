@@ -1,5 +1,6 @@
 // The terminal side of qelcad: the transcript shown as it comes, and the user's answers read
-// line by line, Escape or Ctrl-C cancelling the prompt.
+// line by line (a blank ends an answer, as at the host's command line, unless the prompt takes
+// blanks), Escape or Ctrl-C cancelling the prompt.
 #pragma once
 
 #include <arx/edhost.h>
@@ -21,6 +22,8 @@ public:
 private:
     std::istream& in_;
     bool ended_ = false;
+    // What is left of the line typed last, after the answers taken from it.
+    std::optional<std::wstring> pending_;
 };
 
 // Ctrl-C interrupts the read in progress instead of ending the program.

@@ -110,8 +110,9 @@ TEST_F(Qelcad, RefusesWhatItCannotDoWithAReason) {
 
 TEST_F(Qelcad, TheShellReadsCommandsAndAnswersFromTheTerminal) {
     const Outcome run =
-        qelcad("shell --set ACADVER=17.2", "SETVAR\nACADVER\nTESTHELLO\n\x1b\nTESTASK\nre\n\n"
-                                           "h\nNEW\nSETVAR\nDWGNAME\nQUIT\n");
+        qelcad("shell --set ACADVER=17.2",
+               "SETVAR\nACADVER\nTESTHELLO\n\x1b\nTESTASK\nre\n\n"
+               "h\nNEW\nSETVAR\nDWGNAME\nSETVAR OSMODE 7\nSETVAR\nOSMODE\n\nQUIT\n");
     EXPECT_EQ(run.status, 0) << run.out;
     EXPECT_NE(run.out.find("ACADVER = \"17.2\" (read only)"), std::string::npos) << run.out;
     EXPECT_NE(run.out.find("test: kword 5100 Restore"), std::string::npos) << run.out;
@@ -121,6 +122,8 @@ TEST_F(Qelcad, TheShellReadsCommandsAndAnswersFromTheTerminal) {
     // Enter at the command prompt repeats the last command.
     EXPECT_NE(run.out.find("test: kword 5100 Hide"), std::string::npos) << run.out;
     EXPECT_NE(run.out.find("DWGNAME = \"Drawing2.dwg\""), std::string::npos) << run.out;
+    // Blanks end answers on a typed line, as at the host's command line.
+    EXPECT_NE(run.out.find("Enter new value for OSMODE <7>"), std::string::npos) << run.out;
 }
 
 } // namespace

@@ -78,8 +78,7 @@ ScriptInput::ScriptInput(std::wstring text) : text_(std::move(text)) {}
 
 std::optional<std::wstring> ScriptInput::ask(const std::wstring&, bool wholeLine) {
     if (pos_ >= text_.size()) return std::nullopt;
-    // Blanks before a word at the start of an answer are skipped, except that a blank ending
-    // the previous word already counted as its end.
+    // Every blank ends an answer, so two blanks in a row give an Enter between them.
     std::size_t end = pos_;
     if (wholeLine) {
         while (end < text_.size() && text_[end] != L'\n')
