@@ -86,6 +86,13 @@ TEST_F(Modules, CommandsAreFoundThroughTheRegistryAndGoWithTheirGroup) {
     answers(L"Ada Lovelace\n");
     EXPECT_EQ(qelhost::runCommand(L"TESTHELLO"), RTNORM);
     EXPECT_NE(printed().find(L"test: hello Ada Lovelace\n"), std::wstring::npos);
+    EXPECT_EQ(qelhost::runCommand(L"HELP"), RTNORM);
+    EXPECT_NE(printed().find(L"TESTHELLO"), std::wstring::npos);
+    EXPECT_NE(printed().find(L"-LAYER"), std::wstring::npos);
+    // A command that throws fails with its message; the host goes on.
+    EXPECT_EQ(qelhost::runCommand(L"_TESTTHROW"), RTERROR);
+    EXPECT_NE(printed().find(L"TESTTHROW ended with an error: the model is broken"),
+              std::wstring::npos);
     ASSERT_TRUE(acrxDynamicLinker->unloadModule(L"QelTestModule.arx", false));
     EXPECT_EQ(acedRegCmds()->lookupCmd(L"TESTHELLO", true), nullptr);
     EXPECT_EQ(qelhost::runCommand(L"TESTHELLO"), RTERROR);

@@ -7,6 +7,8 @@
 #include <arx/rxregsvc.h>
 #include <win/win.h>
 
+#include <stdexcept>
+
 namespace {
 
 const ACHAR* const kGroup = L"QELTEST_COMMANDS";
@@ -104,6 +106,10 @@ int echo() {
     return RTNORM;
 }
 
+void fail() {
+    throw std::runtime_error("the model is broken");
+}
+
 // Locks the module in memory again: the host must then refuse to unload it.
 void lock() {
     acrxDynamicLinker->lockApplication(self);
@@ -121,11 +127,8 @@ void init(void* appId) {
     const struct {
         const ACHAR* name;
         AcRxFunctionPtr function;
-    } commands[] = {{L"TESTHELLO", hello},
-                    {L"TESTBOX", box},
-                    {L"TESTDIALOG", dialog},
-                    {L"TESTASK", ask},
-                    {L"TESTLOCK", lock}};
+    } commands[] = {{L"TESTHELLO", hello}, {L"TESTBOX", box},   {L"TESTDIALOG", dialog},
+                    {L"TESTASK", ask},     {L"TESTLOCK", lock}, {L"TESTTHROW", fail}};
     for (const auto& c : commands)
         commandStack()->addCommand(kGroup, c.name, c.name, ACRX_CMD_MODAL, c.function);
     acedDefun(L"testEcho", 1);

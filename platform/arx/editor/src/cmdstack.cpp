@@ -5,7 +5,10 @@
 
 #include "arx/accmd.h"
 
+#include <win/strings.h>
 #include <win/transcript.h>
+
+#include <exception>
 
 #include <list>
 
@@ -124,7 +127,15 @@ int runModuleCommand(const std::wstring& name, bool& known) {
     if (command == nullptr) command = stack().lookupCmd(bare.c_str(), false);
     known = command != nullptr;
     if (!known) return RTERROR;
-    command->functionAddr()();
+    // A command that throws ends with a message, and the host goes on.
+    try {
+        command->functionAddr()();
+    } catch (const std::exception& e) {
+        win::Transcript::instance().print(L"\n" + std::wstring(command->globalName()) +
+                                          L" ended with an error: " + win::fromUtf8(e.what()) +
+                                          L"\n");
+        return RTERROR;
+    }
     return RTNORM;
 }
 

@@ -171,9 +171,23 @@ int list(CommandContext& ctx) {
     return RTNORM;
 }
 
+int help(CommandContext&) {
+    std::wstring line;
+    for (const std::wstring& name : commandNames()) {
+        if (line.size() + name.size() > 76) {
+            say(line + L"\n");
+            line.clear();
+        }
+        line += (line.empty() ? L"" : L" ") + name;
+    }
+    say(line + L"\n");
+    return RTNORM;
+}
+
 const ProcessorCommand kCommands[] = {
-    {L"NEW", newDrawing},     {L"OPEN", noFiles}, {L"SAVE", noFiles}, {L"SAVEAS", noFiles},
-    {L"CLOSE", closeDrawing}, {L"QUIT", quit},    {L"LIST", list},    {L"SETVAR", setvar},
+    {L"NEW", newDrawing}, {L"OPEN", noFiles},       {L"SAVE", noFiles},
+    {L"SAVEAS", noFiles}, {L"CLOSE", closeDrawing}, {L"QUIT", quit},
+    {L"LIST", list},      {L"HELP", help},          {L"SETVAR", setvar},
 };
 
 } // namespace
