@@ -160,9 +160,13 @@ struct SubCommand {
 void hostOptions(CLI::App& app, Options& o) {
     app.add_option("--modules", o.modules,
                    "Module folder (default: $QELCAD_MODULES, else the folder of qelcad)");
-    app.add_option("--load", o.load, "Also load this module from the module folder")->take_all();
+    // One value per use, so that a drawing after them stays the drawing.
+    app.add_option("--load", o.load, "Also load this module from the module folder (repeatable)")
+        ->allow_extra_args(false);
     app.add_flag("!--no-autoload", o.autoload, "Don't load the .arx modules of the module folder");
-    app.add_option("--set", o.set, "Set a system variable first, read-only ones too (NAME=VALUE)");
+    app.add_option("--set", o.set,
+                   "Set a system variable first, read-only ones too (NAME=VALUE, repeatable)")
+        ->allow_extra_args(false);
     app.add_option("--transcript", o.transcript, "Also write the transcript to this file");
     app.add_option("drawing", o.drawing, "Drawing to open (drawing files come in a later build)");
 }
