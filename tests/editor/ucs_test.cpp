@@ -126,6 +126,32 @@ TEST_F(UcsCommand, NamedSystemsAreSavedReplacedAfterDeleteAndRestored) {
     EXPECT_NE(printed().find(L"No matching UCS names found."), std::wstring::npos);
 }
 
+// The sequence that brings a saved system of a model file into the drawing: origin first, then
+// the axis tips given in the moved UCS, then the name replaced.
+TEST_F(UcsCommand, SavedSystemSequenceOfTheModule) {
+    for (int round = 0; round < 2; ++round) {
+        ads_point origin = {10, 0, 0}, zero = {0, 0, 0}, xTip = {0, 1, 0}, yTip = {-0.5, 0, 0};
+        ASSERT_EQ(acedCommand(RTSTR, L"_UCS", RTSTR, L"_W", RTNONE), RTNORM);
+        ASSERT_EQ(acedCommand(RTSTR, L"_UCS", RTSTR, L"_W", RTNONE), RTNORM);
+        ASSERT_EQ(acedCommand(RTSTR, L"_UCS", RTSTR, L"_O", RT3DPOINT, origin, RTNONE), RTNORM);
+        ASSERT_EQ(acedCommand(RTSTR, L"_UCS", RTSTR, L"_3P", RT3DPOINT, zero, RT3DPOINT, xTip,
+                              RT3DPOINT, yTip, RTNONE),
+                  RTNORM);
+        ASSERT_EQ(acedCommand(RTSTR, L"_UCS", RTSTR, L"_D", RTSTR, L"Plant", RTNONE), RTNORM);
+        ASSERT_EQ(acedCommand(RTSTR, L"_UCS", RTSTR, L"_S", RTSTR, L"Plant", RTNONE), RTNORM);
+    }
+    expectUcs({10, 0, 0}, Y, -X);
+    AcDbUCSTable* table = nullptr;
+    ASSERT_EQ(db()->getUCSTable(table, AcDb::kForRead), Acad::eOk);
+    AcDbUCSTableRecord* record = nullptr;
+    ASSERT_EQ(table->getAt(L"Plant", record, AcDb::kForRead), Acad::eOk);
+    table->close();
+    EXPECT_TRUE(record->origin().isEqualTo({10, 0, 0}));
+    EXPECT_TRUE(record->xAxis().isEqualTo(Y));
+    EXPECT_TRUE(record->yAxis().isEqualTo(-X));
+    record->close();
+}
+
 TEST_F(UcsCommand, TokensRunningOutCancelAndUnknownCommandsFail) {
     EXPECT_EQ(acedCommand(RTSTR, L"_UCS", RTSTR, L"_3P", RTNONE), RTCAN);
     EXPECT_EQ(acedCommand(RTSTR, L"_nosuch", RTNONE), RTERROR);
