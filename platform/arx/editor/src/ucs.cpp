@@ -145,13 +145,14 @@ int aboutY(CommandContext& ctx) {
     return rotateAbout(ctx, false);
 }
 
-std::optional<std::wstring> askName(CommandContext& ctx, const std::wstring& prompt) {
-    std::optional<std::wstring> name = ctx.word(prompt);
-    return name;
+void writeFrame(AcDbUCSTableRecord& record, const Frame& frame) {
+    record.setOrigin(frame.origin);
+    record.setXAxis(frame.x);
+    record.setYAxis(frame.y);
 }
 
 int save(CommandContext& ctx) {
-    std::optional<std::wstring> name = askName(ctx, L"Enter name to save current UCS or [?]: ");
+    std::optional<std::wstring> name = ctx.word(L"Enter name to save current UCS or [?]: ");
     if (!name) return RTCAN;
     if (name->empty()) return RTNORM;
     AcDbUCSTable* table = nullptr;
@@ -164,11 +165,7 @@ int save(CommandContext& ctx) {
             ctx.word(L"UCS " + *name + L" already exists. Replace it? [Yes/No] <N>: ");
         const Option yesNo[] = {{L"Y", L"YES"}, {L"N", L"NO"}};
         const bool replace = yes && matchOption(*yes, yesNo) == 0;
-        if (replace) {
-            record->setOrigin(frame.origin);
-            record->setXAxis(frame.x);
-            record->setYAxis(frame.y);
-        }
+        if (replace) writeFrame(*record, frame);
         record->close();
         return yes ? RTNORM : RTCAN;
     }
@@ -179,9 +176,7 @@ int save(CommandContext& ctx) {
         ctx.invalid(L"Invalid UCS name.");
         return RTERROR;
     }
-    record->setOrigin(frame.origin);
-    record->setXAxis(frame.x);
-    record->setYAxis(frame.y);
+    writeFrame(*record, frame);
     const Acad::ErrorStatus es = table->add(record);
     table->close();
     if (es != Acad::eOk) {
@@ -193,7 +188,7 @@ int save(CommandContext& ctx) {
 }
 
 int remove(CommandContext& ctx) {
-    std::optional<std::wstring> pattern = askName(ctx, L"Enter UCS name(s) to delete: ");
+    std::optional<std::wstring> pattern = ctx.word(L"Enter UCS name(s) to delete: ");
     if (!pattern) return RTCAN;
     AcDbUCSTable* table = nullptr;
     if (working()->getUCSTable(table, AcDb::kForRead) != Acad::eOk) return RTERROR;
@@ -218,7 +213,7 @@ int remove(CommandContext& ctx) {
 }
 
 int restore(CommandContext& ctx) {
-    std::optional<std::wstring> name = askName(ctx, L"Enter name of UCS to restore or [?]: ");
+    std::optional<std::wstring> name = ctx.word(L"Enter name of UCS to restore or [?]: ");
     if (!name) return RTCAN;
     AcDbUCSTable* table = nullptr;
     if (working()->getUCSTable(table, AcDb::kForRead) != Acad::eOk) return RTERROR;
