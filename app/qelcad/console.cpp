@@ -26,8 +26,8 @@ std::string utf8(const std::wstring& text) {
 
 } // namespace
 
-void showTranscript(std::ostream& out) {
-    win::Transcript::instance().addListener([&out](const win::Event& event) {
+void showTranscript(std::ostream& out, bool unattended) {
+    win::Transcript::instance().addListener([&out, unattended](const win::Event& event) {
         switch (event.kind) {
         case win::EventKind::Print:
             if (!echoing) out << utf8(event.text) << std::flush;
@@ -37,6 +37,11 @@ void showTranscript(std::ostream& out) {
             break;
         case win::EventKind::Progress:
             if (!event.text.empty()) out << utf8(event.text) << "\n" << std::flush;
+            break;
+        case win::EventKind::MessageBox:
+        case win::EventKind::Dialog:
+            // At the terminal the presenter shows these itself.
+            if (unattended) out << "[" << win::describe(event) << "]\n" << std::flush;
             break;
         default:
             break;

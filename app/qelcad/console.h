@@ -10,8 +10,9 @@
 namespace qelcad {
 
 // Shows printed text, alerts and progress of the transcript on out; the answers that the
-// input echoes into the transcript are not shown twice.
-void showTranscript(std::ostream& out);
+// input echoes into the transcript are not shown twice. Unattended, message boxes and dialog
+// events are shown too, as the answers gave them.
+void showTranscript(std::ostream& out, bool unattended);
 
 class TerminalInput : public qelhost::Input {
 public:

@@ -96,7 +96,7 @@ void stopHost() {
 
 int shellCommand(const Options& o) {
     refuseDrawingFiles(o);
-    qelcad::showTranscript(std::cout);
+    qelcad::showTranscript(std::cout, false);
     qelcad::catchInterrupt();
     win::setPresenter(std::make_shared<win::TerminalPresenter>(std::cin, std::cout));
     qelhost::setInput(std::make_shared<qelcad::TerminalInput>(std::cin));
@@ -119,7 +119,7 @@ int runCommand(const Options& o) {
         if (!presenter->loadFile(o.answers, error)) throw Failure{2, o.answers + ": " + error};
     }
     win::setPresenter(presenter);
-    qelcad::showTranscript(std::cout);
+    qelcad::showTranscript(std::cout, true);
     auto script = std::make_shared<qelhost::ScriptInput>(win::fromUtf8(text.str()));
     qelhost::setInput(script);
     startHost(o);

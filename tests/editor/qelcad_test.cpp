@@ -78,6 +78,7 @@ TEST_F(Qelcad, RunsAScriptWithTheModuleAndWritesTheTranscript) {
     EXPECT_NE(run.out.find("test: hello Grace Hopper"), std::string::npos) << run.out;
     EXPECT_NE(run.out.find("(10) 1.000000,2.000000,3.000000"), std::string::npos) << run.out;
     EXPECT_NE(run.out.find("test: dialog 1 name Valve"), std::string::npos) << run.out;
+    EXPECT_NE(run.out.find("[dialog 2001 set: "), std::string::npos) << run.out;
     // Drawings are closed and modules unloaded on the way out.
     EXPECT_NE(run.out.find("test: unload Drawing1.dwg"), std::string::npos) << run.out;
     const std::string transcript = read("t.log");
