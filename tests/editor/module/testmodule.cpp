@@ -1,10 +1,7 @@
 // A module as the host's modules are written: an entry point that answers the host's messages,
 // a command group, a function served through acedInvoke, a dialog and a message box. Every
 // step prints a line, so that tests follow it in the transcript.
-#include <arx/accmd.h>
-#include <arx/acdocman.h>
-#include <arx/aced.h>
-#include <arx/rxregsvc.h>
+#include <arx/editor.h>
 #include <win/win.h>
 
 #include <stdexcept>
