@@ -228,8 +228,7 @@ int acedGetVar(const ACHAR* sym, resbuf* result) {
     if (row == nullptr || result == nullptr) return RTERROR;
     std::optional<VarValue> value = valueOf(*row);
     if (!value) return RTERROR;
-    if (result->restype == RTSTR && result->resval.rstring != nullptr)
-        acutDelString(result->resval.rstring);
+    // The buffer's old value is not looked at: callers pass buffers fresh from the stack.
     result->restype = short(row->type);
     switch (row->type) {
     case RTSHORT:

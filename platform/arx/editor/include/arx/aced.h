@@ -15,9 +15,10 @@ int acedCommand(int rtype, ...);
 // The same from a result-buffer list.
 int acedCmd(const resbuf* rbp);
 
-// System variables. acedGetVar overwrites the buffer's type and value (a string it held is
-// freed); the caller frees a string it gets with the buffer. RTERROR for an unknown name, a
-// value of the wrong type, or a value the variable refuses; RTREJ for a read-only variable.
+// System variables. acedGetVar overwrites the buffer's type and value without looking at what
+// it held (a string in it is not freed); the caller frees a string it gets with the buffer. RTERROR
+// for an unknown name, a value of the wrong type, or a value the variable refuses; RTREJ for a
+// read-only variable.
 int acedGetVar(const ACHAR* sym, resbuf* result);
 int acedSetVar(const ACHAR* sym, const resbuf* value);
 
