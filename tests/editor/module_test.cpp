@@ -51,6 +51,20 @@ TEST_F(Modules, LoadedByNameTheyGetInitAndTheDrawingsMessages) {
     EXPECT_FALSE(acrxDynamicLinker->unloadModule(L"QelTestModule.arx", false));
 }
 
+TEST_F(Modules, ModulesThatRefuseOrHaveNoEntryPointAreNotKept) {
+    EXPECT_FALSE(acrxDynamicLinker->loadModule(L"QelRefusingModule.dll", true));
+    EXPECT_NE(printed().find(L"refusing: init\n"), std::wstring::npos);
+    EXPECT_NE(printed().find(L"QelRefusingModule.dll: the module refused to start"),
+              std::wstring::npos);
+    EXPECT_FALSE(acrxDynamicLinker->loadModule(L"QelPlainLibrary.dll", true));
+    EXPECT_NE(printed().find(L"QelPlainLibrary.dll: no entry point acrxEntryPoint"),
+              std::wstring::npos);
+    EXPECT_TRUE(qelhost::loadedModules().empty());
+    // Nothing more reaches a module that was refused.
+    qelhost::newDocument();
+    EXPECT_EQ(printed().find(L"refusing: message"), std::wstring::npos);
+}
+
 TEST_F(Modules, ALockedModuleStays) {
     ASSERT_TRUE(acrxDynamicLinker->loadModule(L"QelTestModule.arx", false));
     ASSERT_EQ(qelhost::runCommand(L"TESTLOCK"), RTNORM);

@@ -20,10 +20,13 @@ struct AcRx {
     enum AppRetCode { kRetOK = 0, kRetError = 3 };
 };
 
-// A module exports, with C linkage:
-//   AcRx::AppRetCode acrxEntryPoint(AcRx::AppMsgCode msg, void* appId);
-//   int acrxGetApiVersion();   (optional; when present it must answer ACRX_API_VERSION)
+// What a module exports, with C linkage: its entry point, which gets every message with the
+// module's id (the same for the module's whole life), and optionally the version of this
+// interface it was built for; a module answering another version is refused. The host defines
+// neither: it finds them in the module.
 #define ACRX_API_VERSION 1
+extern "C" AcRx::AppRetCode acrxEntryPoint(AcRx::AppMsgCode msg, void* appId);
+extern "C" int acrxGetApiVersion();
 
 // A dictionary of named objects. The registry's own dictionaries own nothing the caller gets.
 class AcRxDictionary : public AcRxObject {
