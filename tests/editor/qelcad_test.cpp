@@ -92,6 +92,11 @@ TEST_F(Qelcad, AScriptStopsAtTheFirstFailureWithItsLine) {
     EXPECT_EQ(run.status, 1);
     EXPECT_NE(run.out.find("s.scr:2: NOSUCH failed"), std::string::npos) << run.out;
     EXPECT_EQ(run.out.find("Enter new value for OSMODE"), std::string::npos) << run.out;
+    // A cancelled command stops the script too.
+    const std::string cancelled = write("c.scr", "_UCS\n^C\nQUIT\n");
+    const Outcome second = qelcad("run --script " + cancelled);
+    EXPECT_EQ(second.status, 1);
+    EXPECT_NE(second.out.find("c.scr:1: _UCS was cancelled"), std::string::npos) << second.out;
 }
 
 TEST_F(Qelcad, RefusesWhatItCannotDoWithAReason) {
