@@ -19,6 +19,7 @@ public:
     explicit TerminalInput(std::istream& in);
     std::optional<std::wstring> ask(const std::wstring& prompt, bool wholeLine) override;
     bool ended() const override { return ended_; }
+    bool interactive() const override { return true; }
 
 private:
     std::istream& in_;

@@ -1,6 +1,8 @@
 // Entities drawn by commands: splines through fit points, face meshes, points; ZOOM and menus.
 #include "editor_test.h"
 
+#include <win/scripted.h>
+
 #include <cmath>
 #include <filesystem>
 #include <fstream>
@@ -120,6 +122,35 @@ TEST_F(DrawCommands, MenusLoadByGroupAndInsertPullDowns) {
     EXPECT_FALSE(acedIsMenuGroupLoaded(L"QEL"));
     EXPECT_TRUE(qelhost::insertedMenus().empty());
     EXPECT_EQ(acedCommand(RTSTR, L"_cuiload", RTSTR, L"Missing.cuix", RTNONE), RTERROR);
+    std::filesystem::remove_all(folder);
+}
+
+// A person at the keyboard, as the terminal is.
+class KeyboardInput : public qelhost::ScriptInput {
+public:
+    using ScriptInput::ScriptInput;
+    bool interactive() const override { return true; }
+};
+
+TEST_F(DrawCommands, MenuloadAtTheKeyboardShowsTheFileDialogWhileFiledia) {
+    const auto folder =
+        std::filesystem::temp_directory_path() / ("qel-editor-filedia-" + std::to_string(getpid()));
+    std::filesystem::create_directories(folder);
+    std::ofstream(folder / "Tools.mns") << "***MENUGROUP=TOOLS\n";
+    auto presenter = std::make_shared<win::ScriptedPresenter>();
+    std::string error;
+    ASSERT_TRUE(presenter->parse("file " + (folder / "Tools.mns").string() + "\n", error));
+    win::setPresenter(presenter);
+    qelhost::setInput(std::make_shared<KeyboardInput>(L""));
+    EXPECT_EQ(qelhost::runCommand(L"MENULOAD"), RTNORM);
+    EXPECT_TRUE(acedIsMenuGroupLoaded(L"TOOLS"));
+    // A program gives the name at the prompt whatever FILEDIA says; a cancelled dialog cancels.
+    EXPECT_EQ(qelhost::runCommand(L"MENULOAD"), RTCAN) << "no answer: the dialog is cancelled";
+    EXPECT_EQ(acedCommand(RTSTR, L"_menuunload", RTSTR, L"TOOLS", RTSTR, L"_menuload", RTSTR,
+                          (folder / "Tools.mns").wstring().c_str(), RTNONE),
+              RTNORM);
+    EXPECT_TRUE(acedIsMenuGroupLoaded(L"TOOLS"));
+    win::setPresenter(nullptr);
     std::filesystem::remove_all(folder);
 }
 

@@ -2,6 +2,7 @@
 // "***MENUGROUP=NAME"; a file without one (a packed customisation file) takes its file stem.
 #include "processor.h"
 
+#include <win/presenter.h>
 #include <win/strings.h>
 #include <win/transcript.h>
 
@@ -55,9 +56,23 @@ std::wstring groupOf(const std::filesystem::path& file) {
     return upper(file.stem().wstring());
 }
 
+// With FILEDIA on, a person at the keyboard picks the file in a dialog; scripts and programs
+// give the name at the prompt, as with FILEDIA off.
+std::optional<std::wstring> askMenuFile(CommandContext& ctx) {
+    resbuf filedia;
+    filedia.restype = RTNONE;
+    const bool dialog = !ctx.fromCaller() && input().interactive() &&
+                        acedGetVar(L"FILEDIA", &filedia) == RTNORM && filedia.resval.rint == 1;
+    if (!dialog) return ctx.word(L"Enter name of customization file to load: ", true);
+    win::FileRequest request;
+    request.title = L"Select Customization File";
+    request.filter = L"Customization files (*.cuix;*.mns)|*.cuix;*.mns||";
+    win::AnswerSource source = win::AnswerSource::User;
+    return win::presenter().chooseFile(request, source);
+}
+
 int load(CommandContext& ctx) {
-    std::optional<std::wstring> name =
-        ctx.word(L"Enter name of customization file to load: ", true);
+    std::optional<std::wstring> name = askMenuFile(ctx);
     if (!name) return RTCAN;
     std::optional<std::filesystem::path> file = findMenuFile(*name);
     if (!file) {

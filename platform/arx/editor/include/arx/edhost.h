@@ -21,6 +21,8 @@ public:
     virtual std::optional<std::wstring> ask(const std::wstring& prompt, bool wholeLine) = 0;
     // True once nothing more can come.
     virtual bool ended() const = 0;
+    // A person at the keyboard, not a script: commands may then show their file dialogs.
+    virtual bool interactive() const { return false; }
 };
 
 // Answers from the text of a script, as the host's scripts are written: each blank or line end
