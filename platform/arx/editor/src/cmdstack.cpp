@@ -69,15 +69,6 @@ public:
         return nullptr;
     }
 
-    Acad::ErrorStatus removeCmd(const ACHAR* group, const ACHAR* global) override {
-        Group* g = find(group);
-        if (g == nullptr || global == nullptr) return Acad::eKeyNotFound;
-        const std::wstring key = upper(global);
-        const auto before = g->commands.size();
-        g->commands.remove_if([&](const Command& c) { return upper(c.globalName()) == key; });
-        return before == g->commands.size() ? Acad::eKeyNotFound : Acad::eOk;
-    }
-
     Acad::ErrorStatus removeGroup(const ACHAR* group) override {
         Group* g = find(group);
         if (g == nullptr) return Acad::eKeyNotFound;

@@ -28,10 +28,6 @@ bool quitRequested() {
     return state().quit;
 }
 
-void clearQuit() {
-    state().quit = false;
-}
-
 int runCommand(const std::wstring& name) {
     if (const ProcessorCommand* command = findProcessorCommand(name)) {
         if (currentDocument() == nullptr && bareName(name) != L"NEW" && bareName(name) != L"QUIT") {

@@ -27,7 +27,6 @@ std::wstring currentFolder() {
 class DocManager : public AcApDocManager {
 public:
     AcApDocument* curDocument() const override { return current_; }
-    AcApDocument* mdiActiveDocument() const override { return current_; }
     AcApDocument* document(const AcDbDatabase* database) const override {
         for (const auto& doc : docs_)
             if (doc->database() == database) return doc.get();
@@ -79,11 +78,8 @@ AcApDocumentIterator* DocManager::newAcApDocumentIterator() {
 }
 
 void makeCurrent(Document* doc) {
-    DocManager& m = manager();
-    if (doc != nullptr) m.tell([doc](AcApDocManagerReactor* r) { r->documentToBeActivated(doc); });
-    m.current_ = doc;
+    manager().current_ = doc;
     acdbHostApplicationServices()->setWorkingDatabase(doc ? doc->database() : nullptr);
-    if (doc != nullptr) m.tell([doc](AcApDocManagerReactor* r) { r->documentBecameCurrent(doc); });
 }
 
 } // namespace

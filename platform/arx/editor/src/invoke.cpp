@@ -151,28 +151,8 @@ int acedRetList(const resbuf* rbuf) {
     return answer(copyChain(rbuf));
 }
 
-int acedRetStr(const ACHAR* s) {
-    resbuf* rb = acutNewRb(RTSTR);
-    rb->resval.rstring = acutNewString(s ? s : L"");
-    return answer(rb);
-}
-
 int acedRetInt(int ival) {
     resbuf* rb = acutNewRb(RTSHORT);
     rb->resval.rint = short(ival);
     return answer(rb);
-}
-
-int acedRetReal(ads_real rval) {
-    resbuf* rb = acutNewRb(RTREAL);
-    rb->resval.rreal = rval;
-    return answer(rb);
-}
-
-int acedRetNil() {
-    return answer(acutNewRb(RTNIL));
-}
-
-int acedRetVoid() {
-    return answer(acutNewRb(RTVOID));
 }

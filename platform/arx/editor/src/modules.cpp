@@ -139,7 +139,6 @@ public:
         return m != nullptr && m->locked;
     }
     bool registerAppMDIAware(void* appId) const override { return setMdi(appId, true); }
-    bool registerAppNotMDIAware(void* appId) const override { return setMdi(appId, false); }
 
     static void unload(Module* m) {
         sendToModule(m->handle, AcRx::kUnloadAppMsg);

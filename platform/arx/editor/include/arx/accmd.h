@@ -43,7 +43,6 @@ public:
                                          AcEdCommand** cmdPtrRet = nullptr) = 0;
     // The command of that name (global or local, case ignored), the newest group first.
     virtual AcEdCommand* lookupCmd(const ACHAR* cmdName, bool globalFlag) const = 0;
-    virtual Acad::ErrorStatus removeCmd(const ACHAR* cmdGroupName, const ACHAR* cmdGlobalName) = 0;
     // eKeyNotFound when there is no such group.
     virtual Acad::ErrorStatus removeGroup(const ACHAR* groupName) = 0;
 };

@@ -26,8 +26,6 @@ class AcApDocManagerReactor : public AcRxObject {
 public:
     ACRX_DECLARE_MEMBERS(AcApDocManagerReactor);
     virtual void documentCreated(AcApDocument*) {}
-    virtual void documentToBeActivated(AcApDocument*) {}
-    virtual void documentBecameCurrent(AcApDocument*) {}
     // The document is still whole when this is called.
     virtual void documentToBeDestroyed(AcApDocument*) {}
 };
@@ -36,7 +34,6 @@ class AcApDocManager : public AcRxObject {
 public:
     ACRX_DECLARE_MEMBERS(AcApDocManager);
     virtual AcApDocument* curDocument() const = 0;
-    virtual AcApDocument* mdiActiveDocument() const = 0;
     virtual AcApDocument* document(const AcDbDatabase* database) const = 0;
     virtual int documentCount() const = 0;
     // The caller deletes the iterator.

@@ -55,7 +55,7 @@ int acedAlert(const ACHAR* text);
 // Functions that modules serve to others: acedDefun names one with a code, acedRegFunc gives
 // the code its function (codes are each module's own). acedInvoke calls one by name: args starts
 // with the name as RTSTR, the function sees the rest through acedGetArgs and answers with
-// acedRetList (or the other acedRet* calls). RTERROR for an unknown name or a function that failed.
+// acedRetList (or acedRetInt). RTERROR for an unknown name or a function that failed.
 int acedDefun(const ACHAR* sname, short funcno);
 int acedUndef(const ACHAR* sname, short funcno);
 int acedRegFunc(int (*fhdl)(), int fcode);
@@ -65,11 +65,7 @@ resbuf* acedGetArgs();
 // point (kInvkSubrMsg) instead of acedRegFunc; -1 outside a call.
 int acedGetFunCode();
 int acedRetList(const resbuf* rbuf);
-int acedRetStr(const ACHAR* s);
 int acedRetInt(int ival);
-int acedRetReal(ads_real rval);
-int acedRetNil();
-int acedRetVoid();
 
 // Menus: a menu command such as "P12=+QEL.POP11" inserts a pull-down of a loaded group.
 int acedMenuCmd(const ACHAR* str);

@@ -76,7 +76,6 @@ int runCommand(const std::wstring& name);
 // prompt repeats the last command. The status of the last command that failed, else RTNORM.
 int commandLoop();
 bool quitRequested();
-void clearQuit();
 // The names of every command the command line knows, for help.
 std::vector<std::wstring> commandNames();
 
@@ -85,8 +84,7 @@ std::vector<std::wstring> commandNames();
 // for an unknown name or a value the variable refuses.
 int setSystemVariable(const std::wstring& name, const std::wstring& value, bool evenReadOnly);
 
-// Menus loaded with _menuload/_cuiload, by group name, and the pull-downs inserted.
-std::vector<std::wstring> loadedMenuGroups();
+// The pull-downs inserted by acedMenuCmd, as given.
 std::vector<std::wstring> insertedMenus();
 // Folders searched for menu files after the document's own folder.
 void setSupportFolders(std::vector<std::filesystem::path> folders);

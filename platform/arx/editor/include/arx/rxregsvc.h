@@ -58,7 +58,6 @@ public:
     virtual bool lockApplication(void* appId) const = 0;
     virtual bool isApplicationLocked(const ACHAR* fileName) const = 0;
     virtual bool registerAppMDIAware(void* appId) const = 0;
-    virtual bool registerAppNotMDIAware(void* appId) const = 0;
 };
 
 extern AcRxDynamicLinker* acrxDynamicLinker;
