@@ -97,6 +97,9 @@ TEST_F(DrawCommands, ZoomExtentsAndListShowTheDrawing) {
     ASSERT_EQ(acedCommand(RTSTR, L"_point", RT3DPOINT, a, RTSTR, L"_point", RT3DPOINT, b, RTSTR,
                           L"_zoom", RTSTR, L"_extents", RTNONE),
               RTNORM);
+    EXPECT_NE(printed().find(L"View: -4.000000,0.000000,3.000000 to 1.000000,2.000000,9.000000"),
+              std::wstring::npos)
+        << printed();
     answers(L"\n");
     EXPECT_EQ(qelhost::runCommand(L"LIST"), RTNORM);
     EXPECT_NE(printed().find(L"POINT  Layer: \"0\""), std::wstring::npos);

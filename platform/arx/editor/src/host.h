@@ -31,8 +31,6 @@ public:
     std::wstring path;
     // Variables kept with the drawing.
     std::map<std::wstring, VarValue> vars;
-    // The view after the last zoom: its box in world coordinates.
-    AcDbExtents view;
 
 private:
     std::unique_ptr<AcDbDatabase> database_;

@@ -25,7 +25,13 @@ int zoom(CommandContext& ctx) {
         if (entity->getGeomExtents(extents) == Acad::eOk) box.addExt(extents);
         entity->close();
     }
-    currentDocument()->view = box;
+    // The view is the drawing's box; a headless host only says what it shows.
+    auto text = [](const AcGePoint3d& p) {
+        return std::to_wstring(p.x) + L"," + std::to_wstring(p.y) + L"," + std::to_wstring(p.z);
+    };
+    win::Transcript::instance().print(box.isEmpty() ? L"The drawing is empty.\n"
+                                                    : L"View: " + text(box.minPoint()) + L" to " +
+                                                          text(box.maxPoint()) + L"\n");
     return RTNORM;
 }
 
