@@ -32,7 +32,6 @@ struct Module {
     void* handle = nullptr;
     EntryPoint entry = nullptr;
     bool locked = true;
-    bool mdiAware = false;
 };
 
 struct Modules {
@@ -138,7 +137,8 @@ public:
         Module* m = fileName ? findLoaded(fileName) : nullptr;
         return m != nullptr && m->locked;
     }
-    bool registerAppMDIAware(void* appId) const override { return setMdi(appId, true); }
+    // Every document is open at once in this host, so every module must work with several.
+    bool registerAppMDIAware(void* appId) const override { return byAppId(appId) != nullptr; }
 
     static void unload(Module* m) {
         sendToModule(m->handle, AcRx::kUnloadAppMsg);
@@ -152,11 +152,6 @@ private:
     static bool setLock(void* appId, bool locked) {
         Module* m = byAppId(appId);
         if (m) m->locked = locked;
-        return m != nullptr;
-    }
-    static bool setMdi(void* appId, bool aware) {
-        Module* m = byAppId(appId);
-        if (m) m->mdiAware = aware;
         return m != nullptr;
     }
 };
