@@ -1,0 +1,4 @@
+// A shared object that is no module: it has no entry point.
+extern "C" int plainLibraryAnswer() {
+    return 42;
+}

@@ -1,0 +1,135 @@
+// qelcad end to end: scripts, answers, the shell on a pipe, exit codes and the transcript file.
+#include <gtest/gtest.h>
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <string>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+struct Outcome {
+    int status = -1;
+    std::string out;
+};
+
+class Qelcad : public ::testing::Test {
+protected:
+    void SetUp() override {
+        dir = fs::temp_directory_path() /
+              ("qelcad-" + std::to_string(getpid()) + "-" +
+               std::string(::testing::UnitTest::GetInstance()->current_test_info()->name()));
+        fs::remove_all(dir);
+        fs::create_directories(dir);
+    }
+    void TearDown() override { fs::remove_all(dir); }
+
+    std::string write(const std::string& name, const std::string& text) {
+        std::ofstream(dir / name) << text;
+        return (dir / name).string();
+    }
+    std::string read(const std::string& name) {
+        std::ifstream in(dir / name);
+        std::stringstream text;
+        text << in.rdbuf();
+        return text.str();
+    }
+    // Runs qelcad on the test modules with stdout and stderr together.
+    Outcome qelcad(const std::string& arguments, const std::string& stdinText = "") {
+        const std::string input = write("stdin.txt", stdinText);
+        const std::string command = std::string(QELCAD) + " " + arguments + " --modules " +
+                                    QEL_TEST_MODULES + " < " + input + " 2>&1";
+        Outcome run;
+        FILE* pipe = popen(command.c_str(), "r");
+        if (pipe == nullptr) return run;
+        std::array<char, 4096> buffer;
+        std::size_t n;
+        while ((n = fread(buffer.data(), 1, buffer.size(), pipe)) > 0)
+            run.out.append(buffer.data(), n);
+        const int status = pclose(pipe);
+        run.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+        return run;
+    }
+    fs::path dir;
+};
+
+TEST_F(Qelcad, RunsAScriptWithTheModuleAndWritesTheTranscript) {
+    const std::string script = write("s.scr", "SETVAR OSMODE 0\n"
+                                              "TESTHELLO\n"
+                                              "Grace Hopper\n"
+                                              "_UCS _O 1,2,3\n"
+                                              "_point 0,0,0\n"
+                                              "LIST\n"
+                                              "\n"
+                                              "TESTDIALOG\n"
+                                              "QUIT\n");
+    const std::string answers = write("a.txt", "dialog 2001\n  name = Valve\n  ok\n");
+    const Outcome run = qelcad("run --script " + script + " --answers " + answers +
+                               " --transcript " + (dir / "t.log").string());
+    EXPECT_EQ(run.status, 0) << run.out;
+    EXPECT_NE(run.out.find("test: init"), std::string::npos) << run.out;
+    EXPECT_NE(run.out.find("test: hello Grace Hopper"), std::string::npos) << run.out;
+    EXPECT_NE(run.out.find("(10) 1.000000,2.000000,3.000000"), std::string::npos) << run.out;
+    EXPECT_NE(run.out.find("test: dialog 1 name Valve"), std::string::npos) << run.out;
+    EXPECT_NE(run.out.find("[dialog 2001 set: "), std::string::npos) << run.out;
+    // Drawings are closed and modules unloaded on the way out.
+    EXPECT_NE(run.out.find("test: unload Drawing1.dwg"), std::string::npos) << run.out;
+    const std::string transcript = read("t.log");
+    EXPECT_NE(transcript.find("test: hello Grace Hopper"), std::string::npos) << transcript;
+    EXPECT_NE(transcript.find("test: unload"), std::string::npos) << transcript;
+}
+
+TEST_F(Qelcad, AScriptStopsAtTheFirstFailureWithItsLine) {
+    const std::string script = write("s.scr", "SETVAR CMDECHO 0\nNOSUCH\nSETVAR OSMODE 1\n");
+    const Outcome run = qelcad("run --script " + script);
+    EXPECT_EQ(run.status, 1);
+    EXPECT_NE(run.out.find("s.scr:2: NOSUCH failed"), std::string::npos) << run.out;
+    EXPECT_EQ(run.out.find("Enter new value for OSMODE"), std::string::npos) << run.out;
+    // A cancelled command stops the script too.
+    const std::string cancelled = write("c.scr", "_UCS\n^C\nQUIT\n");
+    const Outcome second = qelcad("run --script " + cancelled);
+    EXPECT_EQ(second.status, 1);
+    EXPECT_NE(second.out.find("c.scr:1: _UCS was cancelled"), std::string::npos) << second.out;
+}
+
+TEST_F(Qelcad, RefusesWhatItCannotDoWithAReason) {
+    const std::string script = write("s.scr", "QUIT\n");
+    Outcome run = qelcad("run plant.dxf --script " + script);
+    EXPECT_EQ(run.status, 2);
+    EXPECT_NE(run.out.find("drawing files are not supported yet"), std::string::npos) << run.out;
+    run = qelcad("run --script " + (dir / "missing.scr").string());
+    EXPECT_EQ(run.status, 2);
+    EXPECT_NE(run.out.find("cannot read the script"), std::string::npos) << run.out;
+    run = qelcad("run --script " + script + " --set OSMODE=99999");
+    EXPECT_EQ(run.status, 2);
+    run = qelcad("run");
+    EXPECT_NE(run.status, 0);
+    EXPECT_NE(run.out.find("--script is required"), std::string::npos) << run.out;
+}
+
+TEST_F(Qelcad, TheShellReadsCommandsAndAnswersFromTheTerminal) {
+    const Outcome run =
+        qelcad("shell --set ACADVER=17.2",
+               "SETVAR\nACADVER\nTESTHELLO\n\x1b\nTESTASK\nre\n\n"
+               "h\nNEW\nSETVAR\nDWGNAME\nSETVAR OSMODE 7\nSETVAR\nOSMODE\n\nQUIT\n");
+    EXPECT_EQ(run.status, 0) << run.out;
+    EXPECT_NE(run.out.find("ACADVER = \"17.2\" (read only)"), std::string::npos) << run.out;
+    EXPECT_NE(run.out.find("test: kword 5100 Restore"), std::string::npos) << run.out;
+    // Escape cancels the prompt; the command goes on with what it got.
+    EXPECT_NE(run.out.find("*Cancel*"), std::string::npos) << run.out;
+    EXPECT_NE(run.out.find("test: hello \n"), std::string::npos) << run.out;
+    // Enter at the command prompt repeats the last command.
+    EXPECT_NE(run.out.find("test: kword 5100 Hide"), std::string::npos) << run.out;
+    EXPECT_NE(run.out.find("DWGNAME = \"Drawing2.dwg\""), std::string::npos) << run.out;
+    // Blanks end answers on a typed line, as at the host's command line.
+    EXPECT_NE(run.out.find("Enter new value for OSMODE <7>"), std::string::npos) << run.out;
+}
+
+} // namespace
