@@ -16,10 +16,12 @@ TEST(RegionEntity, LoopsOfMixedCurvesInAnyOrderAndDirection) {
     curves.append(new AcDbCircle({10, 0, 0}, AcGeVector3d::kZAxis, 1));
     Pieces regions;
     ASSERT_EQ(AcDbRegion::createFromCurves(curves, regions.items), Acad::eOk);
-    for (int i = 0; i < curves.length(); ++i) delete static_cast<AcDbEntity*>(curves[i]);
+    for (int i = 0; i < curves.length(); ++i)
+        delete static_cast<AcDbEntity*>(curves[i]);
     ASSERT_EQ(regions.count<AcDbRegion>(), 2);
     double total = 0.0;
-    for (int i = 0; i < regions.size(); ++i) total += areaOf(*AcDbRegion::cast(regions.at(i)));
+    for (int i = 0; i < regions.size(); ++i)
+        total += areaOf(*AcDbRegion::cast(regions.at(i)));
     EXPECT_NEAR(total, 8 + kPi + kPi, 1e-9);
 }
 
@@ -43,9 +45,8 @@ TEST(RegionEntity, PolylinesEllipsesAndSplinesCloseLoops) {
     // A quadratic spline arch closed by a line: area 2/3 of base times height.
     AcGePoint3dArray controls{{0, 0, 0}, {1, 2, 0}, {2, 0, 0}};
     AcGeDoubleArray knots{0, 0, 0, 1, 1, 1}, weights;
-    auto arch = regionOf(
-        {new AcDbSpline(2, false, false, false, controls, knots, weights),
-         new AcDbLine({0, 0, 0}, {2, 0, 0})});
+    auto arch = regionOf({new AcDbSpline(2, false, false, false, controls, knots, weights),
+                          new AcDbLine({0, 0, 0}, {2, 0, 0})});
     EXPECT_NEAR(areaOf(*arch), 2.0 / 3.0 * 2 * 1, 1e-9);
 }
 
@@ -128,6 +129,10 @@ TEST(RegionSweeps, ExtrudeAlongTheNormalWithAndWithoutTaper) {
     AcDb3dSolid tapered;
     ASSERT_EQ(tapered.extrude(base.get(), 2, angle), Acad::eOk);
     // Sides 2 at the bottom and 1 at the top: h (A1 + A2 + sqrt(A1 A2)) / 3.
+    EXPECT_NEAR(massOf(tapered).volume, 2 * (4 + 1 + 2) / 3.0, 1e-6);
+
+    // Walls that would meet below the top: refused, the solid stays as it was.
+    EXPECT_EQ(tapered.extrude(base.get(), 10, angle), Acad::eInvalidInput);
     EXPECT_NEAR(massOf(tapered).volume, 2 * (4 + 1 + 2) / 3.0, 1e-6);
 }
 

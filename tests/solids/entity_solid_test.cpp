@@ -5,6 +5,7 @@
 #include <functional>
 #include <string>
 
+#include "convert.h"
 #include "entity_test.h"
 
 using namespace entitytest;
@@ -21,16 +22,22 @@ struct BuilderCase {
 const BuilderCase kBuilders[] = {
     {"cylinder", [](AcDb3dSolid& s) { return s.createFrustum(6, 2, 2, 2); }, kPi * 4 * 6, {}},
     // Cone: apex at +h/2, centroid a quarter of the height above the base.
-    {"cone", [](AcDb3dSolid& s) { return s.createFrustum(8, 3, 3, 0); }, kPi * 9 * 8 / 3,
+    {"cone",
+     [](AcDb3dSolid& s) { return s.createFrustum(8, 3, 3, 0); },
+     kPi * 9 * 8 / 3,
      {0, 0, -4 + 2}},
-    {"elliptic cone", [](AcDb3dSolid& s) { return s.createFrustum(6, 2, 1, 0); },
-     kPi * 2 * 1 * 6 / 3, {0, 0, -3 + 1.5}},
+    {"elliptic cone",
+     [](AcDb3dSolid& s) { return s.createFrustum(6, 2, 1, 0); },
+     kPi * 2 * 1 * 6 / 3,
+     {0, 0, -3 + 1.5}},
     // Frustum of radii 2 and 1, height 3: pi h (R^2 + R r + r^2) / 3.
-    {"frustum", [](AcDb3dSolid& s) { return s.createFrustum(3, 2, 2, 1); }, kPi * 3 * 7 / 3,
+    {"frustum",
+     [](AcDb3dSolid& s) { return s.createFrustum(3, 2, 2, 1); },
+     kPi * 3 * 7 / 3,
      {0, 0, -1.5 + 3 * (4 + 2 * 2 + 3 * 1) / (4 * 7.0)}},
     {"box", [](AcDb3dSolid& s) { return s.createBox(2, 4, 6); }, 48, {}},
     {"sphere", [](AcDb3dSolid& s) { return s.createSphere(3); }, 4 * kPi * 27 / 3, {}},
-    {"torus", [](AcDb3dSolid& s) { return s.createTorus(5, 1); }, 2 * kPi * kPi * 5, {}},
+    {"torus", [](AcDb3dSolid& s) { return s.createTorus(5, 1); }, 2 * kPi* kPi * 5, {}},
 };
 
 TEST(SolidEntity, EveryBuilderGivesTheClosedFormVolumeAndCentroid) {
@@ -94,7 +101,8 @@ TEST(SolidEntity, MassPropertiesOfAnOffsetBoxAreAboutTheWorldAxes) {
     EXPECT_NEAR(m.moments[0], 48 * (16 + 36) / 12.0, 1e-6);
     EXPECT_NEAR(m.moments[1], 48 * (4 + 36) / 12.0 + 48 * 100, 1e-6);
     EXPECT_NEAR(m.moments[2], 48 * (4 + 16) / 12.0 + 48 * 100, 1e-6);
-    for (double p : m.products) EXPECT_NEAR(p, 0.0, 1e-6);
+    for (double p : m.products)
+        EXPECT_NEAR(p, 0.0, 1e-6);
     EXPECT_NEAR(m.principal[0], 80, 1e-6);
     EXPECT_NEAR(m.principal[1], 160, 1e-6);
     EXPECT_NEAR(m.principal[2], 208, 1e-6);
@@ -261,6 +269,28 @@ TEST(SolidEntity, StlOutRefusesNegativeCoordinatesAndWritesFacets) {
     std::filesystem::remove(file);
 }
 
+TEST(SolidEntity, ModellingFailuresAreThrownAsTheHostStatusAndInputErrorsReturned) {
+    using arxsolids::Status;
+    EXPECT_EQ(solident::builtOrThrow(Status::eOk), Acad::eOk);
+    EXPECT_EQ(solident::builtOrThrow(Status::eInvalidInput), Acad::eInvalidInput);
+    EXPECT_EQ(solident::builtOrThrow(Status::eSelfIntersecting), Acad::eSelfIntersecting);
+    for (Status failure : {Status::eGeneralModelingFailure, Status::eOutOfMemory}) {
+        try {
+            solident::builtOrThrow(failure);
+            ADD_FAILURE() << arxsolids::statusName(failure) << " not thrown";
+        } catch (int code) {
+            EXPECT_EQ(code, int(solident::toAcad(failure)));
+            EXPECT_NE(code, int(Acad::eOk));
+        }
+    }
+    // Every kernel status has a host status of the same name.
+    for (int s = int(Status::eOk); s <= int(Status::eOutOfMemory); ++s) {
+        const std::wstring host = acadErrorStatusText(solident::toAcad(Status(s)));
+        const std::string kernel = arxsolids::statusName(Status(s));
+        EXPECT_EQ(host, std::wstring(kernel.begin(), kernel.end()));
+    }
+}
+
 // ---- In the database ----
 
 class SolidInDatabase : public ArxTest {};
@@ -275,8 +305,7 @@ TEST_F(SolidInDatabase, AppendedSolidReopensWithItsGeometry) {
         EXPECT_NEAR(massOf(*read.object).volume, 2 * kPi, 1e-9);
         // Building needs the solid open for write.
         EXPECT_EQ(read->createSphere(1), Acad::eNotOpenForWrite);
-        EXPECT_EQ(read->transformBy(AcGeMatrix3d::translation({1, 0, 0})),
-                  Acad::eNotOpenForWrite);
+        EXPECT_EQ(read->transformBy(AcGeMatrix3d::translation({1, 0, 0})), Acad::eNotOpenForWrite);
     }
     {
         Opened<AcDbRegion> wrongClass(id);

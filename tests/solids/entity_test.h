@@ -34,13 +34,16 @@ inline Mass massOf(const AcDb3dSolid& solid) {
 struct Pieces {
     AcDbVoidPtrArray items;
     ~Pieces() {
-        for (int i = 0; i < items.length(); ++i) delete static_cast<AcDbEntity*>(items[i]);
+        for (int i = 0; i < items.length(); ++i)
+            delete static_cast<AcDbEntity*>(items[i]);
     }
     int size() const { return items.length(); }
     AcDbEntity* at(int i) const { return static_cast<AcDbEntity*>(items[i]); }
-    template <class T> int count() const {
+    template <class T>
+    int count() const {
         int n = 0;
-        for (int i = 0; i < size(); ++i) n += T::cast(at(i)) != nullptr;
+        for (int i = 0; i < size(); ++i)
+            n += T::cast(at(i)) != nullptr;
         return n;
     }
 };
@@ -48,10 +51,12 @@ struct Pieces {
 // One region from curves that must make exactly one.
 inline std::unique_ptr<AcDbRegion> regionOf(std::initializer_list<AcDbCurve*> curves) {
     AcDbVoidPtrArray in;
-    for (AcDbCurve* c : curves) in.append(c);
+    for (AcDbCurve* c : curves)
+        in.append(c);
     Pieces out;
     EXPECT_EQ(AcDbRegion::createFromCurves(in, out.items), Acad::eOk);
-    for (AcDbCurve* c : curves) delete c;
+    for (AcDbCurve* c : curves)
+        delete c;
     EXPECT_EQ(out.size(), 1);
     if (out.size() != 1) return nullptr;
     auto* region = AcDbRegion::cast(out.at(0));
