@@ -320,6 +320,27 @@ TEST_F(SolidInDatabase, AppendedSolidReopensWithItsGeometry) {
     expectExtents(*again.object, {-1, -1, 4}, {1, 1, 6}, 1e-6);
 }
 
+TEST_F(SolidInDatabase, EntityNamesGiveTheCommonGroupsOfSolidsAndRegions) {
+    auto* solid = new AcDb3dSolid;
+    ASSERT_EQ(solid->createSphere(1), Acad::eOk);
+    const AcDbObjectId solidId = append(solid);
+    const AcDbObjectId regionId = append(regionOf({square(0, 0, 1)}).release());
+    ads_name last;
+    ASSERT_EQ(acdbEntLast(last), 5100);
+    AcDbObjectId lastId;
+    ASSERT_EQ(acdbGetObjectId(lastId, last), Acad::eOk);
+    EXPECT_EQ(lastId, regionId);
+    for (const auto& [id, type] : {std::pair{solidId, L"3DSOLID"}, std::pair{regionId, L"REGION"}}) {
+        ads_name name;
+        ASSERT_EQ(acdbGetAdsName(name, id), Acad::eOk);
+        RbChain chain(acdbEntGet(name));
+        const resbuf* kind = findCode(chain.head, 0);
+        ASSERT_NE(kind, nullptr);
+        EXPECT_EQ(std::wstring(kind->resval.rstring), type);
+        EXPECT_NE(findCode(chain.head, 8), nullptr); // the layer
+    }
+}
+
 TEST_F(SolidInDatabase, BooleanNeedsBothSolidsOpenForWrite) {
     auto* outer = new AcDb3dSolid;
     auto* inner = new AcDb3dSolid;
