@@ -330,7 +330,8 @@ TEST_F(SolidInDatabase, EntityNamesGiveTheCommonGroupsOfSolidsAndRegions) {
     AcDbObjectId lastId;
     ASSERT_EQ(acdbGetObjectId(lastId, last), Acad::eOk);
     EXPECT_EQ(lastId, regionId);
-    for (const auto& [id, type] : {std::pair{solidId, L"3DSOLID"}, std::pair{regionId, L"REGION"}}) {
+    for (const auto& [id, type] :
+         {std::pair{solidId, L"3DSOLID"}, std::pair{regionId, L"REGION"}}) {
         ads_name name;
         ASSERT_EQ(acdbGetAdsName(name, id), Acad::eOk);
         RbChain chain(acdbEntGet(name));
