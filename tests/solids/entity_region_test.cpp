@@ -25,6 +25,32 @@ TEST(RegionEntity, LoopsOfMixedCurvesInAnyOrderAndDirection) {
     EXPECT_NEAR(total, 8 + kPi + kPi, 1e-9);
 }
 
+TEST(RegionEntity, ExplodedArcsEndWhereTheirNeighboursDo) {
+    // A slot in a tilted plane, so that the arcs' angles are measured in a plane system of
+    // their own.
+    auto* slot = new AcDbPolyline(4);
+    slot->addVertexAt(0, AcGePoint2d(0, 0));
+    slot->addVertexAt(1, AcGePoint2d(4, 0), 1.0);
+    slot->addVertexAt(2, AcGePoint2d(4, 2));
+    slot->addVertexAt(3, AcGePoint2d(0, 2), 1.0);
+    slot->setClosed(true);
+    ASSERT_EQ(slot->setNormal(AcGeVector3d(1, 1, 1)), Acad::eOk);
+    auto region = regionOf({slot});
+    EXPECT_NEAR(areaOf(*region), 8 + kPi, 1e-9);
+    Pieces edges;
+    ASSERT_EQ(region->explode(edges.items), Acad::eOk);
+    ASSERT_EQ(edges.count<AcDbArc>(), 2);
+    ASSERT_EQ(edges.count<AcDbLine>(), 2);
+    // Each edge starts where the one before it ends.
+    for (int i = 0; i < edges.size(); ++i) {
+        AcGePoint3d end, start;
+        ASSERT_EQ(AcDbCurve::cast(edges.at(i))->getEndPoint(end), Acad::eOk);
+        ASSERT_EQ(AcDbCurve::cast(edges.at((i + 1) % edges.size()))->getStartPoint(start),
+                  Acad::eOk);
+        expectNear(end, start, 1e-9);
+    }
+}
+
 TEST(RegionEntity, PolylinesEllipsesAndSplinesCloseLoops) {
     // A closed light-weight polyline with bulges: a circle of radius 1 from two half turns.
     auto* round = new AcDbPolyline(2);

@@ -193,6 +193,65 @@ TEST(SolidEntity, BoxExplodesToSixRegionsOfFourLines) {
     }
 }
 
+TEST(SolidEntity, SurfacesAreEntitiesOfTheirOwn) {
+    AcDb3dSolid sphere;
+    ASSERT_EQ(sphere.createSphere(2), Acad::eOk);
+    Pieces faces;
+    ASSERT_EQ(sphere.explode(faces.items), Acad::eOk);
+    ASSERT_EQ(faces.size(), 1);
+    AcDbSurface* surface = AcDbSurface::cast(faces.at(0));
+    ASSERT_NE(surface, nullptr);
+    double area = 0.0;
+    ASSERT_EQ(surface->getArea(area), Acad::eOk);
+    EXPECT_NEAR(area, 16 * kPi, 1e-9);
+    Pieces edges;
+    ASSERT_EQ(surface->explode(edges.items), Acad::eOk);
+    EXPECT_EQ(edges.size(), 0); // no boundary: seams and poles are not edges
+    AcGeMatrix3d stretch;
+    stretch(2, 2) = 3.0;
+    EXPECT_EQ(surface->transformBy(stretch), Acad::eCannotScaleNonUniformly);
+    ASSERT_EQ(surface->transformBy(AcGeMatrix3d::translation({0, 0, 2})), Acad::eOk);
+    expectExtents(*surface, {-2, -2, 0}, {2, 2, 4}, 1e-6);
+    std::unique_ptr<AcDbSurface> copy(AcDbSurface::cast(surface->clone()));
+    ASSERT_NE(copy, nullptr);
+    expectExtents(*copy, {-2, -2, 0}, {2, 2, 4}, 1e-6);
+}
+
+TEST(SolidEntity, MitredElbowWallsEndInEllipses) {
+    AcDbVoidPtrArray curves, regions;
+    AcDbCircle section({0, 0, 0}, AcGeVector3d::kZAxis, 1);
+    curves.append(&section);
+    ASSERT_EQ(AcDbRegion::createFromCurves(curves, regions), Acad::eOk);
+    std::unique_ptr<AcDbRegion> disc(AcDbRegion::cast(static_cast<AcDbEntity*>(regions[0])));
+    AcGePoint3dArray bend{{0, 0, 0}, {0, 0, 4}, {4, 0, 4}};
+    AcDb3dPolyline path(AcDb::k3dSimplePoly, bend);
+    AcDb3dSolid elbow;
+    ASSERT_EQ(elbow.extrudeAlongPath(disc.get(), &path), Acad::eOk);
+    Pieces faces;
+    ASSERT_EQ(elbow.explode(faces.items), Acad::eOk);
+    EXPECT_EQ(faces.count<AcDbRegion>(), 2);
+    ASSERT_EQ(faces.count<AcDbSurface>(), 2);
+    for (int i = 0; i < faces.size(); ++i) {
+        if (!AcDbSurface::cast(faces.at(i))) continue;
+        Pieces edges;
+        ASSERT_EQ(faces.at(i)->explode(edges.items), Acad::eOk);
+        EXPECT_EQ(edges.count<AcDbCircle>(), 1);
+        // The mitre, a 45 degree cut of a cylinder of radius 1, in elliptic arcs that go once
+        // round.
+        double turn = 0.0;
+        for (int e = 0; e < edges.size(); ++e) {
+            const AcDbEllipse* mitre = AcDbEllipse::cast(edges.at(e));
+            if (mitre == nullptr) continue;
+            EXPECT_NEAR(mitre->majorRadius(), std::sqrt(2.0), 1e-7);
+            EXPECT_NEAR(mitre->minorRadius(), 1, 1e-7);
+            expectNear(mitre->center(), {0, 0, 4}, 1e-7);
+            double sweep = mitre->endParam() - mitre->startParam();
+            turn += sweep > 0 ? sweep : sweep + 2 * kPi;
+        }
+        EXPECT_NEAR(turn, 2 * kPi, 1e-9);
+    }
+}
+
 TEST(SolidEntity, TubeBySubtractionLeavesTheOtherSolidEmpty) {
     AcDb3dSolid outer, inner;
     ASSERT_EQ(outer.createFrustum(4, 2, 2, 2), Acad::eOk);
