@@ -1,6 +1,7 @@
 // The builders through the host's entities (new AcDb3dSolid, history switch, build, delete), to
 // set beside the raw modelling-kernel calls of bench_solids.cpp in the same run.
 #include <benchmark/benchmark.h>
+#include <malloc.h>
 
 #include <cmath>
 #include <memory>
@@ -78,8 +79,33 @@ void ElbowMitred_Host(benchmark::State& state) {
     buildHost(state, [&](AcDb3dSolid& s) { return s.extrudeAlongPath(region.get(), &path, 0.0); });
 }
 
+// Heap held per cylinder as the importer leaves it: built, moved to its base, appended to model
+// space of a drawing and closed. Counts the entity and the database's record of it.
+void CylinderMemory_Host(benchmark::State& state) {
+    constexpr int n = 2000;
+    double bytes = 0.0;
+    for (auto _ : state) {
+        auto db = std::make_unique<AcDbDatabase>();
+        AcDbBlockTableRecord* space = nullptr;
+        acdbOpenObject(space, db->currentSpaceId(), AcDb::kForWrite);
+        const std::size_t before = mallinfo2().uordblks;
+        for (int i = 0; i < n; ++i) {
+            auto* solid = new AcDb3dSolid;
+            solid->setRecordHistory(true);
+            solid->createFrustum(2.0, 0.5, 0.5, 0.5);
+            solid->transformBy(AcGeMatrix3d::translation({0, 0, 1.0}));
+            space->appendAcDbEntity(solid);
+            solid->close();
+        }
+        bytes = static_cast<double>(mallinfo2().uordblks - before) / n;
+        space->close();
+    }
+    state.counters["bytes_per_solid"] = bytes;
+}
+
 } // namespace
 
+BENCHMARK(CylinderMemory_Host)->Iterations(3);
 BENCHMARK(Cylinder_Host);
 BENCHMARK(Cone_Host);
 BENCHMARK(Box_Host);
