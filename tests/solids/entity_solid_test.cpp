@@ -149,6 +149,12 @@ TEST(SolidEntity, SectionIsARegionTheCallerOwns) {
     ASSERT_NE(circle, nullptr);
     EXPECT_NEAR(circle->radius(), 2, 1e-9);
     EXPECT_NEAR(std::abs(circle->normal().x), 1, 1e-9);
+
+    AcDbRegion* missed = nullptr;
+    ASSERT_EQ(sphere.getSection(AcGePlane({0, 0, 5}, {0, 0, 1}), missed), Acad::eOk);
+    ASSERT_NE(missed, nullptr);
+    std::unique_ptr<AcDbRegion> ownedMissed(missed);
+    EXPECT_TRUE(missed->isNull());
 }
 
 TEST(SolidEntity, CylinderExplodesToTwoCircularRegionsAndOneSurface) {
