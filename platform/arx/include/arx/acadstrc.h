@@ -100,7 +100,13 @@
     X(eNotApplicableToEmpty, 142)                                                                  \
     X(eCannotExplodeEntity, 143)                                                                   \
     X(eCannotScaleNonUniformly, 144)                                                               \
-    X(eGeneralModelingFailure, 150)
+    X(eNonCoplanarGeometry, 145)                                                                   \
+    X(eNonPlanarEntity, 146)                                                                       \
+    X(eOpenLoop, 147)                                                                              \
+    X(eSelfIntersecting, 148)                                                                      \
+    X(eNegativeCoordinates, 149)                                                                   \
+    X(eGeneralModelingFailure, 150)                                                                \
+    X(eFileAccessErr, 151)
 
 struct Acad {
     enum ErrorStatus : int {

@@ -47,6 +47,7 @@ struct AcDb {
         kTextFit = 5
     };
     enum TextVertMode { kTextBase = 0, kTextBottom = 1, kTextVertMid = 2, kTextTop = 3 };
+    enum BoolOperType { kBoolUnite = 0, kBoolIntersect = 1, kBoolSubtract = 2 };
 };
 
 class AcDbDatabase;
