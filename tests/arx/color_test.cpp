@@ -2,7 +2,9 @@
 
 namespace {
 
-Adesk::UInt32 rgb(int r, int g, int b) { return Adesk::UInt32(r << 16 | g << 8 | b); }
+Adesk::UInt32 rgb(int r, int g, int b) {
+    return Adesk::UInt32(r << 16 | g << 8 | b);
+}
 
 TEST(Color, IndexEntriesHaveTheirColours) {
     EXPECT_EQ(AcCmEntityColor::lookUpRGB(1), rgb(255, 0, 0));

@@ -92,7 +92,8 @@ TEST_F(ArxTest, OpenAndCloseRules) {
     EXPECT_EQ(circle, nullptr);
     AcDbEntity* notEntity = nullptr;
     EXPECT_EQ(acdbOpenAcDbEntity(notEntity, db->layerZero(), AcDb::kForRead), Acad::eNotAnEntity);
-    EXPECT_EQ(acdbOpenAcDbEntity(notEntity, AcDbObjectId::kNull, AcDb::kForRead), Acad::eNullObjectId);
+    EXPECT_EQ(acdbOpenAcDbEntity(notEntity, AcDbObjectId::kNull, AcDb::kForRead),
+              Acad::eNullObjectId);
 }
 
 TEST_F(ArxTest, ErasedObjectsOpenOnlyWhenAsked) {

@@ -103,8 +103,8 @@ TEST(Geometry, LinesMeetColinearOrNot) {
 }
 
 TEST(Geometry, ArcPointsRunCounterClockwiseFromTheReference) {
-    const AcGeCircArc3d arc(AcGePoint3d(1, 0, 0), AcGeVector3d::kZAxis, AcGeVector3d::kYAxis, 2,
-                            0, M_PI / 2);
+    const AcGeCircArc3d arc(AcGePoint3d(1, 0, 0), AcGeVector3d::kZAxis, AcGeVector3d::kYAxis, 2, 0,
+                            M_PI / 2);
     expectNear(arc.startPoint(), AcGePoint3d(1, 2, 0));
     expectNear(arc.endPoint(), AcGePoint3d(-1, 0, 0));
 }

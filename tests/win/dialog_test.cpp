@@ -34,6 +34,8 @@ TEST(Dialog, ScriptedAnswersFillTheControlsAndDataExchangeTheMembers) {
     EXPECT_EQ(dialog.DoModal(), IDOK);
     EXPECT_EQ(dialog.initialised, 1);
     EXPECT_EQ(dialog.browsed, 1) << "the message map ran the browse handler";
+    EXPECT_FALSE(dialog.ownerEnabledWhileUp) << "a modal dialog disables its owner";
+    EXPECT_TRUE(AfxGetMainWnd()->IsWindowEnabled()) << "and gives it back";
     EXPECT_STREQ(dialog.m_fileName, L"C:\\out\\plant.qel") << "OK handler's change was exchanged";
     EXPECT_EQ(dialog.m_processMethod, 0);
     EXPECT_EQ(dialog.m_scope, 1);
@@ -56,9 +58,9 @@ TEST(Dialog, AnUnansweredDialogIsAcceptedAsItOpened) {
     EXPECT_DOUBLE_EQ(dialog.m_scale, 1.0);
     auto events = dialogEvents(mark);
     ASSERT_EQ(events.size(), 3u);
-    EXPECT_EQ(events[0], "dialog 1904 opened:  (user)");
+    EXPECT_EQ(events[0], "dialog 1904 opened");
     EXPECT_EQ(events[1], "dialog 1904 pressed: OK (1) (default)");
-    EXPECT_EQ(events[2], "dialog 1904 closed:  result=1 (user)");
+    EXPECT_EQ(events[2], "dialog 1904 closed result=1");
 }
 
 TEST(Dialog, AnswersForAnotherDialogWaitForIt) {
@@ -78,12 +80,12 @@ TEST(Dialog, RefusedOkFailsInBatchWithTheHandlersMessage) {
     EXPECT_EQ(script.presenter->failures()[0],
               L"Export Options...: Please enter a valid 'qel' filename.");
     std::vector<std::string> expected = {
-        "dialog 1904 opened:  (user)",
+        "dialog 1904 opened",
         "dialog 1904 set: Export File Name (1019) =  (script)",
         "dialog 1904 pressed: OK (1) (script)",
         "box: Please enter a valid 'qel' filename. | caption=qelcad type=0 answer=1 (default)",
         "dialog 1904 failed: Please enter a valid 'qel' filename. (script)",
-        "dialog 1904 closed:  result=2 (user)",
+        "dialog 1904 closed result=2",
     };
     EXPECT_EQ(dialogEvents(mark), expected);
 }

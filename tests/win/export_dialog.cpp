@@ -77,6 +77,7 @@ BOOL CTestExportDialog::PreTranslateMessage(MSG* msg) {
 
 void CTestExportDialog::OnBrowse() {
     ++browsed;
+    ownerEnabledWhileUp = AfxGetMainWnd()->IsWindowEnabled();
 }
 
 void CTestExportDialog::OnUnitsChange() {

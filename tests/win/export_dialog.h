@@ -19,6 +19,7 @@ public:
     double m_scale = 1.0;
     CString m_fileName = L"C:\\cadExport.qel";
     int browsed = 0;
+    BOOL ownerEnabledWhileUp = TRUE;
     int initialised = 0;
 
     BOOL OnInitDialog() override;

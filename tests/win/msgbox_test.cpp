@@ -79,3 +79,21 @@ TEST(MessageBox, AnswersFileErrorsNameTheLine) {
     EXPECT_EQ(error, "line 1: dialog id \"abc\" is not a number");
     EXPECT_EQ(presenter.pending(), 0u) << "a file with an error adds nothing";
 }
+
+TEST(MessageBox, PromptsAndCaptionsComeFromTheStringTable) {
+    Scripted script;
+    TranscriptMark mark;
+    {
+        win::StringResource strings{{1013, L"Import Progress"},
+                                    {1014, L"Create Qel Log File failed."}};
+        CString caption;
+        EXPECT_TRUE(caption.LoadString(1013));
+        EXPECT_STREQ(caption, L"Import Progress");
+        EXPECT_EQ(AfxMessageBox(1014u, MB_OK | MB_ICONEXCLAMATION), IDOK);
+    }
+    CString gone;
+    EXPECT_FALSE(gone.LoadString(1013)) << "the table goes with its module";
+    auto boxes = mark.of(win::EventKind::MessageBox);
+    ASSERT_EQ(boxes.size(), 1u);
+    EXPECT_EQ(boxes[0].text, L"Create Qel Log File failed.");
+}

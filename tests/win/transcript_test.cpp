@@ -98,13 +98,30 @@ TEST(Transcript, AModelessProgressDialogReportsPercentagesAndItsCancel) {
     dialog.DestroyWindow();
     EXPECT_EQ(dialog.m_hWnd, nullptr);
     std::vector<std::string> expected = {
-        "dialog 1908 created:  (user)",
+        "dialog 1908 created",
         "progress 1003: 0% (0 of 0..8)", // a new range reports where it starts
-        "progress 1003: 12% (1 of 0..8)", "dialog 1908 pressed: Cancel (2) (script)",
-        "progress 1003: 25% (2 of 0..8)", "progress 1003: 37% (3 of 0..8)",
-        "progress 1003: 50% (4 of 0..8)", "progress 1003: 100% (8 of 0..8)",
+        "progress 1003: 12% (1 of 0..8)",
+        "dialog 1908 pressed: Cancel (2) (script)",
+        "progress 1003: 25% (2 of 0..8)",
+        "progress 1003: 37% (3 of 0..8)",
+        "progress 1003: 50% (4 of 0..8)",
+        "progress 1003: 100% (8 of 0..8)",
         "progress 1003: 12% (1 of 0..8)", // a step past the end starts over
-        "dialog 1908 destroyed:  (user)",
+        "dialog 1908 destroyed",
     };
     EXPECT_EQ(mark.lines(), expected);
+}
+
+TEST(Transcript, ACancelRequestedFromOutsidePressesCancelAtTheNextPump) {
+    Scripted script;
+    CTestProgressDlg dialog;
+    ASSERT_TRUE(dialog.Create(CTestProgressDlg::IDD));
+    pump(dialog);
+    EXPECT_EQ(dialog.cancelled, 0);
+    win::requestCancel(); // what the terminal's Ctrl-C handler does
+    pump(dialog);
+    EXPECT_EQ(dialog.cancelled, 1);
+    pump(dialog);
+    EXPECT_EQ(dialog.cancelled, 1) << "one request, one press";
+    dialog.DestroyWindow();
 }

@@ -266,16 +266,10 @@ std::optional<std::wstring> ScriptedPresenter::chooseFolder(const FolderRequest&
 
 void ScriptedPresenter::idle() {
     ProgressAnswer* answer = front<ProgressAnswer>();
-    std::vector<HWND> dialogs = modelessDialogs();
-    if (!answer || dialogs.empty()) return;
-    if (++pumps_ < answer->cancelAtPump) return;
+    if (!answer || modelessDialogs().empty() || ++pumps_ < answer->cancelAtPump) return;
     answers_.pop_front();
     pumps_ = 0;
-    HWND cancel = ::GetDlgItem(dialogs.back(), IDCANCEL);
-    if (!cancel) return;
-    Transcript::instance().dialog(L"pressed", dialogs.back()->id, dialogs.back()->text,
-                                  L"Cancel (2)", 0, AnswerSource::Script);
-    ::PostMessageW(cancel, WM_LBUTTONUP, 0, 0);
+    detail::pressModelessCancel(AnswerSource::Script);
 }
 
 } // namespace win

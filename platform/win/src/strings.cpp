@@ -1,5 +1,6 @@
 #include <win/strings.h>
 
+#include <algorithm>
 #include <cstring>
 #include <cwchar>
 
@@ -82,6 +83,18 @@ bool encodeAll(std::wstring_view in, std::string& out) {
     return clean;
 }
 
+// The conversion's result as the system hands it over: the size needed, or the copy.
+template <typename Char>
+int deliver(const std::basic_string<Char>& out, Char* dest, int capacity) {
+    if (capacity == 0) return static_cast<int>(out.size());
+    if (out.size() > std::size_t(capacity)) {
+        SetLastError(ERROR_INSUFFICIENT_BUFFER);
+        return 0;
+    }
+    std::copy(out.begin(), out.end(), dest);
+    return static_cast<int>(out.size());
+}
+
 bool knownCodePage(UINT codePage) {
     return codePage == CP_ACP || codePage == CP_OEMCP || codePage == CP_THREAD_ACP ||
            codePage == CP_UTF8;
@@ -107,13 +120,7 @@ int MultiByteToWideChar(UINT codePage, DWORD flags, LPCSTR multiByte, int cbMult
         SetLastError(ERROR_NO_UNICODE_TRANSLATION);
         return 0;
     }
-    if (cchWideChar == 0) return static_cast<int>(out.size());
-    if (out.size() > std::size_t(cchWideChar)) {
-        SetLastError(ERROR_INSUFFICIENT_BUFFER);
-        return 0;
-    }
-    std::wmemcpy(wideChar, out.data(), out.size());
-    return static_cast<int>(out.size());
+    return deliver(out, wideChar, cchWideChar);
 }
 
 int WideCharToMultiByte(UINT codePage, DWORD flags, LPCWSTR wideChar, int cchWideChar,
@@ -131,13 +138,7 @@ int WideCharToMultiByte(UINT codePage, DWORD flags, LPCWSTR wideChar, int cchWid
         SetLastError(ERROR_NO_UNICODE_TRANSLATION);
         return 0;
     }
-    if (cbMultiByte == 0) return static_cast<int>(out.size());
-    if (out.size() > std::size_t(cbMultiByte)) {
-        SetLastError(ERROR_INSUFFICIENT_BUFFER);
-        return 0;
-    }
-    std::memcpy(multiByte, out.data(), out.size());
-    return static_cast<int>(out.size());
+    return deliver(out, multiByte, cbMultiByte);
 }
 
 namespace win {

@@ -29,6 +29,8 @@ std::string escaped(std::wstring_view text) {
 
 const char* sourceName(AnswerSource source) {
     switch (source) {
+    case AnswerSource::None:
+        return "";
     case AnswerSource::User:
         return "user";
     case AnswerSource::Script:
@@ -52,9 +54,11 @@ std::string describe(const Event& e) {
                " type=" + std::to_string(e.type) + " answer=" + std::to_string(e.answer) + " (" +
                sourceName(e.source) + ")";
     case EventKind::Dialog:
-        return "dialog " + std::to_string(e.id) + " " + escaped(e.what) + ": " + escaped(e.text) +
+        return "dialog " + std::to_string(e.id) + " " + escaped(e.what) +
+               (e.text.empty() ? "" : ": " + escaped(e.text)) +
                (e.what == L"closed" ? " result=" + std::to_string(e.answer) : std::string()) +
-               " (" + sourceName(e.source) + ")";
+               (e.source == AnswerSource::None ? ""
+                                               : std::string(" (") + sourceName(e.source) + ")");
     case EventKind::Progress:
         return "progress " + std::to_string(e.id) + ": " + std::to_string(e.percent) + "% (" +
                std::to_string(e.pos) + " of " + std::to_string(e.lower) + ".." +
@@ -81,25 +85,23 @@ void Transcript::add(Event event) {
         listener(event);
 }
 
-void Transcript::print(std::wstring_view text) {
+void Transcript::addText(EventKind kind, std::wstring_view text) {
     Event e;
-    e.kind = EventKind::Print;
+    e.kind = kind;
     e.text = text;
     add(std::move(e));
+}
+
+void Transcript::print(std::wstring_view text) {
+    addText(EventKind::Print, text);
 }
 
 void Transcript::alert(std::wstring_view text) {
-    Event e;
-    e.kind = EventKind::Alert;
-    e.text = text;
-    add(std::move(e));
+    addText(EventKind::Alert, text);
 }
 
 void Transcript::host(std::wstring_view text) {
-    Event e;
-    e.kind = EventKind::Host;
-    e.text = text;
-    add(std::move(e));
+    addText(EventKind::Host, text);
 }
 
 void Transcript::messageBox(std::wstring_view text, std::wstring_view caption, UINT type,

@@ -4,6 +4,7 @@
 #include <win/transcript.h>
 
 #include <algorithm>
+#include <csignal>
 #include <cwchar>
 #include <deque>
 #include <mutex>
@@ -385,7 +386,35 @@ BOOL PostMessageW(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     return TRUE;
 }
 
+namespace {
+
+volatile std::sig_atomic_t cancelRequested = 0;
+
+// A pending cancel request becomes a click on the newest modeless dialog's Cancel button.
+void postRequestedCancel() {
+    if (cancelRequested && win::detail::pressModelessCancel(win::AnswerSource::User))
+        cancelRequested = 0;
+}
+
+} // namespace
+
+bool win::detail::pressModelessCancel(AnswerSource source) {
+    std::vector<HWND> dialogs = win::modelessDialogs();
+    if (dialogs.empty()) return false;
+    if (HWND cancel = GetDlgItem(dialogs.back(), IDCANCEL)) {
+        win::Transcript::instance().dialog(L"pressed", dialogs.back()->id, dialogs.back()->text,
+                                           L"Cancel (2)", 0, source);
+        PostMessageW(cancel, WM_LBUTTONUP, 0, 0);
+    }
+    return true;
+}
+
+void win::requestCancel() {
+    cancelRequested = 1;
+}
+
 BOOL PeekMessageW(LPMSG msg, HWND window, UINT filterMin, UINT filterMax, UINT remove) {
+    postRequestedCancel();
     auto matches = [&](const MSG& m) {
         bool inWindow = !window || m.hwnd == window || (valid(m.hwnd) && m.hwnd->parent == window);
         bool inRange = (filterMin == 0 && filterMax == 0) ||

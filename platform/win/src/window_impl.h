@@ -4,6 +4,7 @@
 
 #include <win/cwnd.h>
 #include <win/resource.h>
+#include <win/transcript.h>
 
 #include <memory>
 #include <string>
@@ -50,5 +51,7 @@ void click(HWND control);
 void leave(HWND control);
 LRESULT controlProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 void notifyParent(HWND control, WORD code);
+// Posts a click on the Cancel button of the newest modeless dialog; false if there is none.
+bool pressModelessCancel(AnswerSource source);
 
 } // namespace win::detail

@@ -61,6 +61,7 @@ public:
     Acad::ErrorStatus set(const AcGePoint3d& min, const AcGePoint3d& max);
     void addPoint(const AcGePoint3d& p);
     void addExt(const AcDbExtents& other);
+    // The box together with itself moved by v.
     void expandBy(const AcGeVector3d& v);
     // The box of the eight transformed corners.
     void transformBy(const AcGeMatrix3d& m);

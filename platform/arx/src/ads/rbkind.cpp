@@ -1,5 +1,7 @@
 #include "rbkind.h"
 
+#include <array>
+
 #include "arx/adsdef.h"
 
 namespace {
@@ -58,7 +60,14 @@ RbKind acutRbKind(int type) {
     default:
         break;
     }
-    for (const CodeRange& r : kGroupCodes)
-        if (type >= r.first && type <= r.last) return r.kind;
-    return RbKind::kInvalid;
+    // Group codes from -5 to 1071, looked up in a table made once from the ranges.
+    static const auto table = [] {
+        std::array<RbKind, 1077> t;
+        t.fill(RbKind::kInvalid);
+        for (const CodeRange& r : kGroupCodes)
+            for (int code = r.first; code <= r.last; ++code) t[size_t(code + 5)] = r.kind;
+        return t;
+    }();
+    if (type < -5 || type > 1071) return RbKind::kInvalid;
+    return table[size_t(type + 5)];
 }

@@ -38,6 +38,9 @@ Acad::ErrorStatus openAs(AcDbStub* s, T*& object, AcDb::OpenMode mode) {
 
 AcDbStub* AcDbDatabase::Impl::stubAt(Adesk::UInt64 handle, bool create) {
     const Adesk::UInt64 pageNumber = handle / AcDbStubPage::kCount;
+    // New objects take handles in order: most look-ups fall on the last page used.
+    if (lastPage != nullptr && lastPage->base == pageNumber * AcDbStubPage::kCount)
+        return &lastPage->stubs[handle - lastPage->base];
     auto it = pages.find(pageNumber);
     if (it == pages.end()) {
         if (!create) return nullptr;
@@ -50,6 +53,7 @@ AcDbStub* AcDbDatabase::Impl::stubAt(Adesk::UInt64 handle, bool create) {
             s = AcDbStub{};
         it = pages.emplace(pageNumber, page).first;
     }
+    lastPage = it->second;
     return &it->second->stubs[handle - it->second->base];
 }
 

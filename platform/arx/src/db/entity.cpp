@@ -33,8 +33,9 @@ void AcDbExtents::addExt(const AcDbExtents& other) {
 }
 
 void AcDbExtents::expandBy(const AcGeVector3d& v) {
-    addPoint(min_ + v);
-    addPoint(max_ + v);
+    const AcGePoint3d movedMin = min_ + v, movedMax = max_ + v;
+    addPoint(movedMin);
+    addPoint(movedMax);
 }
 
 void AcDbExtents::transformBy(const AcGeMatrix3d& m) {

@@ -41,6 +41,23 @@ std::vector<resbuf*> splitByApp(resbuf* chain) {
     return runs;
 }
 
+// Packs a whole chain of extended data; the store is left as it was when that fails.
+Acad::ErrorStatus packXData(const resbuf* chain, PackedChain& store) {
+    PackedChain packed;
+    if (Acad::ErrorStatus es = acdbPackChain(chain, packed); es != Acad::eOk) return es;
+    if (packed != nullptr) {
+        const unsigned char* p = packed.get();
+        size_t size = 0;
+        for (int shift = 0;; shift += 7) {
+            size |= size_t(*p & 0x7F) << shift;
+            if (!(*p++ & 0x80)) break;
+        }
+        if (size > kMaxXDataBytes) return Acad::eXdataSizeExceeded;
+    }
+    store = std::move(packed);
+    return Acad::eOk;
+}
+
 } // namespace
 
 bool acdbIsPersistentReactor(void* reactor) {
@@ -168,6 +185,7 @@ Acad::ErrorStatus AcDbObject::setXData(const resbuf* chain) {
         if (rb->restype == 1001 && (apps == nullptr || !apps->has(appOf(rb))))
             return Acad::eRegappIdNotFound;
     }
+    if (xdata_ == nullptr) return packXData(chain, xdata_);
     // Runs of the applications in the new chain replace the old ones; others stay in place.
     resbuf* incoming = nullptr;
     resbuf** link = &incoming;
@@ -206,21 +224,9 @@ Acad::ErrorStatus AcDbObject::setXData(const resbuf* chain) {
         while (*link != nullptr)
             link = &(*link)->rbnext;
     }
-    PackedChain packed;
-    Acad::ErrorStatus es = acdbPackChain(merged, packed);
+    Acad::ErrorStatus es = packXData(merged, xdata_);
     acutRelRb(merged);
-    if (es != Acad::eOk) return es;
-    if (packed != nullptr) {
-        const unsigned char* p = packed.get();
-        size_t size = 0;
-        for (int shift = 0;; shift += 7) {
-            size |= size_t(*p & 0x7F) << shift;
-            if (!(*p++ & 0x80)) break;
-        }
-        if (size > kMaxXDataBytes) return Acad::eXdataSizeExceeded;
-    }
-    xdata_ = std::move(packed);
-    return Acad::eOk;
+    return es;
 }
 
 void AcDbObject::addPersistentReactor(AcDbObjectId id) {
@@ -285,9 +291,7 @@ Acad::ErrorStatus AcDbImpl::add(AcDbDatabase* db, AcDbObject* object, AcDbStub* 
     if (object->stub_ != nullptr) return Acad::eAlreadyInDb;
     AcDbDatabase::Impl& impl = of(db);
     if (handle == 0) {
-        while (impl.stubAt(impl.handseed, false) != nullptr &&
-               (impl.stubAt(impl.handseed, false)->flags & AcDbStub::kUsed))
-            ++impl.handseed;
+        while (impl.stubAt(impl.handseed, true)->flags & AcDbStub::kUsed) ++impl.handseed;
         handle = impl.handseed++;
     } else if (AcDbStub* s = impl.stubAt(handle, false); s && (s->flags & AcDbStub::kUsed)) {
         return Acad::eHandleInUse;

@@ -35,6 +35,7 @@ static_assert(sizeof(AcDbStubPage) <= AcDbStubPage::kBytes);
 struct AcDbDatabase::Impl {
     ~Impl();
     AcDbDatabase* self = nullptr;
+    AcDbStubPage* lastPage = nullptr;
     std::unordered_map<Adesk::UInt64, AcDbStubPage*> pages;
     Adesk::UInt64 handseed = 1;
     Adesk::UInt64 openCount = 0;

@@ -3,19 +3,65 @@
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
-#include <string>
 
 #include "../ads/rbkind.h"
 #include "text.h"
 
 namespace {
 
-void putVarint(std::string& out, Adesk::UInt64 v) {
-    while (v >= 0x80) {
-        out += char((v & 0x7F) | 0x80);
-        v >>= 7;
+// Writes bytes, or only counts them: the block is sized first, then filled once.
+struct Sink {
+    unsigned char* at = nullptr;
+    size_t size = 0;
+    void put(const void* bytes, size_t n) {
+        if (at != nullptr) std::memcpy(at + size, bytes, n);
+        size += n;
     }
-    out += char(v);
+    void byte(unsigned char b) {
+        if (at != nullptr) at[size] = b;
+        ++size;
+    }
+    void varint(Adesk::UInt64 v) {
+        while (v >= 0x80) {
+            byte(static_cast<unsigned char>((v & 0x7F) | 0x80));
+            v >>= 7;
+        }
+        byte(static_cast<unsigned char>(v));
+    }
+    template <class T>
+    void raw(const T& value) {
+        put(&value, sizeof(T));
+    }
+};
+
+size_t utf8Length(const ACHAR* text) {
+    size_t n = 0;
+    for (; *text; ++text) {
+        const auto c = static_cast<char32_t>(*text);
+        n += c < 0x80 ? 1 : c < 0x800 ? 2 : c < 0x10000 ? 3 : 4;
+    }
+    return n;
+}
+
+void putUtf8(Sink& out, const ACHAR* text) {
+    for (; *text; ++text) {
+        const auto c = static_cast<char32_t>(*text);
+        if (c < 0x80) {
+            out.byte(static_cast<unsigned char>(c));
+        } else if (c < 0x800) {
+            out.byte(static_cast<unsigned char>(0xC0 | (c >> 6)));
+            out.byte(static_cast<unsigned char>(0x80 | (c & 0x3F)));
+        } else if (c < 0x10000) {
+            out.byte(static_cast<unsigned char>(0xE0 | (c >> 12)));
+            out.byte(static_cast<unsigned char>(0x80 | ((c >> 6) & 0x3F)));
+            out.byte(static_cast<unsigned char>(0x80 | (c & 0x3F)));
+        } else {
+            out.byte(static_cast<unsigned char>(0xF0 | (c >> 18)));
+            out.byte(static_cast<unsigned char>(0x80 | ((c >> 12) & 0x3F)));
+            out.byte(static_cast<unsigned char>(0x80 | ((c >> 6) & 0x3F)));
+            out.byte(static_cast<unsigned char>(0x80 | (c & 0x3F)));
+        }
+    }
 }
 
 Adesk::UInt64 getVarint(const unsigned char*& p) {
@@ -27,17 +73,8 @@ Adesk::UInt64 getVarint(const unsigned char*& p) {
     }
 }
 
-Adesk::UInt64 zigzag(Adesk::Int64 v) {
-    return (Adesk::UInt64(v) << 1) ^ Adesk::UInt64(v >> 63);
-}
-Adesk::Int64 unzigzag(Adesk::UInt64 v) {
-    return Adesk::Int64(v >> 1) ^ -Adesk::Int64(v & 1);
-}
-
-template <class T>
-void putRaw(std::string& out, const T& value) {
-    out.append(reinterpret_cast<const char*>(&value), sizeof(T));
-}
+Adesk::UInt64 zigzag(Adesk::Int64 v) { return (Adesk::UInt64(v) << 1) ^ Adesk::UInt64(v >> 63); }
+Adesk::Int64 unzigzag(Adesk::UInt64 v) { return Adesk::Int64(v >> 1) ^ -Adesk::Int64(v & 1); }
 
 template <class T>
 T getRaw(const unsigned char*& p) {
@@ -72,40 +109,49 @@ bool isZero(const resbuf& rb, RbKind kind) {
     }
 }
 
-void putValue(std::string& out, const resbuf& rb, RbKind kind) {
+void putValue(Sink& out, const resbuf& rb, RbKind kind) {
     switch (kind) {
     case RbKind::kReal:
-        putRaw(out, rb.resval.rreal);
+        out.raw(rb.resval.rreal);
         break;
     case RbKind::kPoint:
-        for (double c : rb.resval.rpoint)
-            putRaw(out, c);
+        for (double c : rb.resval.rpoint) out.raw(c);
         break;
     case RbKind::kShort:
-        putVarint(out, zigzag(rb.resval.rint));
+        out.varint(zigzag(rb.resval.rint));
         break;
     case RbKind::kLong:
-        putVarint(out, zigzag(rb.resval.rlong));
+        out.varint(zigzag(rb.resval.rlong));
         break;
     case RbKind::kInt64:
-        putVarint(out, zigzag(rb.resval.mnInt64));
+        out.varint(zigzag(rb.resval.mnInt64));
         break;
-    case RbKind::kString: {
-        const std::string utf8 = acdbToUtf8(rb.resval.rstring);
-        putVarint(out, utf8.size());
-        out += utf8;
+    case RbKind::kString:
+        out.varint(utf8Length(rb.resval.rstring));
+        putUtf8(out, rb.resval.rstring);
         break;
-    }
     case RbKind::kName:
-        putRaw(out, rb.resval.rlname[0]);
+        out.raw(rb.resval.rlname[0]);
         break;
     case RbKind::kBinary:
-        putVarint(out, Adesk::UInt64(rb.resval.rbinary.clen));
-        out.append(rb.resval.rbinary.buf, size_t(rb.resval.rbinary.clen));
+        out.varint(Adesk::UInt64(rb.resval.rbinary.clen));
+        out.put(rb.resval.rbinary.buf, size_t(rb.resval.rbinary.clen));
         break;
     default:
         break;
     }
+}
+
+// The items of a chain; false when one holds no value a block can keep.
+bool putItems(Sink& out, const resbuf* chain) {
+    for (const resbuf* rb = chain; rb != nullptr; rb = rb->rbnext) {
+        const RbKind kind = acutRbKind(rb->restype);
+        if (kind == RbKind::kInvalid) return false;
+        const bool zero = isZero(*rb, kind);
+        out.varint((Adesk::UInt64(Adesk::UInt16(rb->restype)) << 1) | (zero ? 1 : 0));
+        if (!zero) putValue(out, *rb, kind);
+    }
+    return true;
 }
 
 void getValue(const unsigned char*& p, resbuf& rb, RbKind kind) {
@@ -151,23 +197,18 @@ void getValue(const unsigned char*& p, resbuf& rb, RbKind kind) {
 } // namespace
 
 Acad::ErrorStatus acdbPackChain(const resbuf* chain, PackedChain& packed) {
-    std::string body;
-    for (const resbuf* rb = chain; rb != nullptr; rb = rb->rbnext) {
-        const RbKind kind = acutRbKind(rb->restype);
-        if (kind == RbKind::kInvalid) return Acad::eInvalidResBuf;
-        const bool zero = isZero(*rb, kind);
-        putVarint(body, (Adesk::UInt64(Adesk::UInt16(rb->restype)) << 1) | (zero ? 1 : 0));
-        if (!zero) putValue(body, *rb, kind);
-    }
-    if (body.empty()) {
+    Sink body;
+    if (!putItems(body, chain)) return Acad::eInvalidResBuf;
+    if (body.size == 0) {
         packed.reset();
         return Acad::eOk;
     }
-    std::string block;
-    putVarint(block, body.size());
-    block += body;
-    packed = std::make_unique_for_overwrite<unsigned char[]>(block.size());
-    std::memcpy(packed.get(), block.data(), block.size());
+    Sink header;
+    header.varint(body.size);
+    packed = std::make_unique_for_overwrite<unsigned char[]>(header.size + body.size);
+    Sink block{packed.get(), 0};
+    block.varint(body.size);
+    putItems(block, chain);
     return Acad::eOk;
 }
 

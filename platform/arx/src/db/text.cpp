@@ -8,7 +8,11 @@
 
 std::string acdbToUtf8(std::wstring_view text) {
     std::string out;
-    out.reserve(text.size());
+    acdbAppendUtf8(out, text);
+    return out;
+}
+
+void acdbAppendUtf8(std::string& out, std::wstring_view text) {
     for (wchar_t wc : text) {
         const auto c = static_cast<char32_t>(wc);
         if (c < 0x80) {
@@ -27,7 +31,6 @@ std::string acdbToUtf8(std::wstring_view text) {
             out += char(0x80 | (c & 0x3F));
         }
     }
-    return out;
 }
 
 std::wstring acdbFromUtf8(std::string_view text) {
@@ -54,17 +57,29 @@ std::wstring acdbUpper(std::wstring_view text) {
 
 bool acdbEqualNoCase(std::wstring_view a, std::wstring_view b) {
     if (a.size() != b.size()) return false;
-    for (size_t i = 0; i < a.size(); ++i)
+    for (size_t i = 0; i < a.size(); ++i) {
+        const wchar_t x = a[i], y = b[i];
+        if (x == y) continue;
+        // Plain letters compare without the locale.
+        if (x < 128 && y < 128) {
+            if ((x | 0x20) != (y | 0x20) || (x | 0x20) < L'a' || (x | 0x20) > L'z') return false;
+            continue;
+        }
         if (std::towupper(static_cast<wint_t>(a[i])) != std::towupper(static_cast<wint_t>(b[i])))
             return false;
+    }
     return true;
 }
 
 const std::wstring* acdbInternKey(std::wstring_view text) {
     static std::mutex guard;
     static std::unordered_set<std::wstring> keys;
+    static const std::wstring* last = nullptr;
     std::lock_guard lock(guard);
-    return &*keys.emplace(text).first;
+    // Records repeat their keys ("MemberRec" on every tagged entity).
+    if (last != nullptr && *last == text) return last;
+    last = &*keys.emplace(text).first;
+    return last;
 }
 
 ACHAR* acdbDupString(std::wstring_view text) {

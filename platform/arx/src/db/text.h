@@ -7,6 +7,7 @@
 #include "arx/adesk.h"
 
 std::string acdbToUtf8(std::wstring_view text);
+void acdbAppendUtf8(std::string& out, std::wstring_view text);
 std::wstring acdbFromUtf8(std::string_view text);
 std::wstring acdbUpper(std::wstring_view text);
 bool acdbEqualNoCase(std::wstring_view a, std::wstring_view b);

@@ -102,6 +102,10 @@ void setPresenter(std::shared_ptr<Presenter> presenter);
 // The modeless dialogs that are up, oldest first.
 std::vector<HWND> modelessDialogs();
 
+// Asks for Cancel to be pressed on the newest modeless dialog at the next pump of messages, as a
+// user would to stop a long run. Safe to call from a signal handler (Ctrl-C at the terminal).
+void requestCancel();
+
 // Words for a check box's state: on, off, yes, no, true, false, 1, 0, checked, unchecked.
 std::optional<bool> parseSwitch(std::wstring_view word);
 bool sameText(std::wstring_view a, std::wstring_view b); // case ignored

@@ -25,8 +25,9 @@ enum class EventKind {
     Host,       // a message of the host platform itself (a registry file set aside, ...)
 };
 
-// How a message box or a dialog got its answer.
-enum class AnswerSource { User, Script, Default };
+// How a message box, a dialog's control or a picker got its answer; None for events that
+// nobody answered (a dialog opening or closing).
+enum class AnswerSource { None, User, Script, Default };
 
 struct Event {
     EventKind kind = EventKind::Print;
@@ -55,7 +56,7 @@ public:
     void messageBox(std::wstring_view text, std::wstring_view caption, UINT type, int answer,
                     AnswerSource source);
     void dialog(std::wstring_view what, int id, std::wstring_view caption, std::wstring_view text,
-                int result = 0, AnswerSource source = AnswerSource::User);
+                int result = 0, AnswerSource source = AnswerSource::None);
     void progress(int id, int pos, int lower, int upper, int percent);
     void host(std::wstring_view text);
     void add(Event event);
@@ -77,6 +78,7 @@ public:
 
 private:
     Transcript() = default;
+    void addText(EventKind kind, std::wstring_view text);
     mutable std::recursive_mutex mutex_;
     std::vector<Event> events_;
     std::vector<std::pair<int, Listener>> listeners_;
