@@ -22,14 +22,17 @@ size_t heapInUse() {
 
 // The module's member record: two texts, seven ints, ten reals, two handles, eight reals.
 resbuf* memberRecord() {
-    resbuf* chain = acutBuildList(1, L"/data/models/cloud.qel", 1, L"*A1", 90, 20, 90, 7, 90, 0,
-                                  90, 0, 90, 0, 90, 0, 90, 0, 0);
+    resbuf* chain = acutBuildList(1, L"/data/models/cloud.qel", 1, L"*A1", 90, 20, 90, 7, 90, 0, 90,
+                                  0, 90, 0, 90, 0, 90, 0, 0);
     resbuf* tail = chain;
-    while (tail->rbnext) tail = tail->rbnext;
-    for (int i = 0; i < 10; ++i) tail = tail->rbnext = acutBuildList(40, 0.0, 0);
+    while (tail->rbnext)
+        tail = tail->rbnext;
+    for (int i = 0; i < 10; ++i)
+        tail = tail->rbnext = acutBuildList(40, 0.0, 0);
     tail = tail->rbnext = acutBuildList(1, L"0", 1, L"0", 0);
     tail = tail->rbnext;
-    for (int i = 0; i < 8; ++i) tail = tail->rbnext = acutBuildList(40, 0.0, 0);
+    for (int i = 0; i < 8; ++i)
+        tail = tail->rbnext = acutBuildList(40, 0.0, 0);
     return chain;
 }
 
@@ -80,8 +83,8 @@ void BM_TaggedPoints(benchmark::State& state) {
     }
     acutRelRb(record);
     acutRelRb(xdata);
-    state.counters["points_per_second"] =
-        benchmark::Counter(double(kPoints) * double(state.iterations()), benchmark::Counter::kIsRate);
+    state.counters["points_per_second"] = benchmark::Counter(
+        double(kPoints) * double(state.iterations()), benchmark::Counter::kIsRate);
     state.counters["bytes_per_point"] = bytes;
 }
 BENCHMARK(BM_TaggedPoints)->Unit(benchmark::kMillisecond)->Iterations(2)->UseRealTime();
@@ -112,8 +115,8 @@ void BM_PlainStructReference(benchmark::State& state) {
         benchmark::DoNotOptimize(points.data());
         bytes = double(heapInUse() - before) / kPoints;
     }
-    state.counters["points_per_second"] =
-        benchmark::Counter(double(kPoints) * double(state.iterations()), benchmark::Counter::kIsRate);
+    state.counters["points_per_second"] = benchmark::Counter(
+        double(kPoints) * double(state.iterations()), benchmark::Counter::kIsRate);
     state.counters["bytes_per_point"] = bytes;
 }
 BENCHMARK(BM_PlainStructReference)->Unit(benchmark::kMillisecond)->Iterations(2)->UseRealTime();

@@ -61,6 +61,22 @@ TEST_F(ArxTest, HandlesFindTheirObjects) {
     EXPECT_EQ(a.objectClass(), AcDbPoint::desc());
 }
 
+TEST_F(ArxTest, ReadersPlaceObjectsAtTheirHandles) {
+    auto* x = new AcDbXrecord;
+    ASSERT_EQ(acdbHostAddObject(db.get(), x, db->namedObjectsDictionaryId(), AcDbHandle(0x400)),
+              Acad::eOk);
+    EXPECT_EQ(Adesk::UInt64(x->handle()), 0x400u);
+    EXPECT_EQ(x->ownerId(), db->namedObjectsDictionaryId());
+    EXPECT_GT(Adesk::UInt64(db->handseed()), 0x400u);
+    x->close();
+    AcDbXrecord taken;
+    EXPECT_EQ(acdbHostAddObject(db.get(), &taken, AcDbObjectId::kNull, AcDbHandle(0x400)),
+              Acad::eHandleInUse);
+    // New objects go on after the highest handle.
+    const AcDbObjectId next = append(new AcDbPoint);
+    EXPECT_EQ(Adesk::UInt64(next.handle()), 0x401u);
+}
+
 TEST_F(ArxTest, OpenAndCloseRules) {
     const AcDbObjectId id = append(new AcDbLine({0, 0, 0}, {1, 0, 0}));
     AcDbEntity* writer = nullptr;
@@ -158,6 +174,7 @@ TEST_F(ArxTest, EntitiesOnLockedLayersDoNotOpenForWrite) {
     AcDbEntity* e = nullptr;
     EXPECT_EQ(acdbOpenAcDbEntity(e, id, AcDb::kForWrite), Acad::eOnLockedLayer);
     ASSERT_EQ(acdbOpenAcDbEntity(e, id, AcDb::kForRead), Acad::eOk);
+    EXPECT_EQ(e->upgradeOpen(), Acad::eOnLockedLayer);
     ACHAR* layer = e->layer();
     EXPECT_STREQ(layer, L"Locked");
     acutDelString(layer);
@@ -179,7 +196,9 @@ TEST_F(ArxTest, SymbolTableNamesAndIteration) {
     ucs->setYAxis(-AcGeVector3d::kXAxis);
     ASSERT_EQ(ucss->add(ucs), Acad::eOk);
     ucs->close();
-    EXPECT_EQ(ucss->add(new AcDbLayerTableRecord), Acad::eWrongObjectType);
+    AcDbLayerTableRecord wrong;
+    wrong.setName(L"Wrong");
+    EXPECT_EQ(ucss->add(&wrong), Acad::eWrongObjectType);
     AcDbUCSTableIterator* it = nullptr;
     ucss->newIterator(it);
     int count = 0;

@@ -236,3 +236,44 @@ TEST_F(ArxTest, TblSearchAndRegApp) {
 }
 
 } // namespace
+
+namespace {
+
+TEST_F(ArxTest, EntGetShowsColourAndVisibility) {
+    auto* line = new AcDbLine({0, 0, 0}, {1, 0, 0});
+    line->setColorIndex(5);
+    line->setVisibility(AcDb::kInvisible);
+    const AcDbObjectId indexed = append(line);
+    auto* circle = new AcDbCircle;
+    AcCmColor c;
+    c.setRGB(0x12, 0x34, 0x56);
+    circle->setColor(c);
+    const AcDbObjectId coloured = append(circle);
+    ads_name name;
+    acdbGetAdsName(name, indexed);
+    RbChain a(acdbEntGet(name));
+    EXPECT_EQ(findCode(a.head, 62)->resval.rint, 5);
+    EXPECT_EQ(findCode(a.head, 60)->resval.rint, 1);
+    EXPECT_EQ(findCode(a.head, 420), nullptr);
+    acdbGetAdsName(name, coloured);
+    RbChain b(acdbEntGet(name));
+    EXPECT_EQ(findCode(b.head, 420)->resval.rlong, 0x123456);
+    EXPECT_EQ(findCode(b.head, 62)->resval.rint, AcCmEntityColor::lookUpACI(0x12, 0x34, 0x56));
+    EXPECT_EQ(findCode(b.head, 60), nullptr);
+    // Objects that are no entities have no entity groups.
+    acdbGetAdsName(name, db->layerZero());
+    EXPECT_EQ(acdbEntGet(name), nullptr);
+}
+
+TEST_F(ArxTest, TblSearchShowsLayerStates) {
+    {
+        Opened<AcDbLayerTableRecord> layer(db->layerZero(), AcDb::kForWrite);
+        layer->setIsFrozen(true);
+        layer->setIsLocked(true);
+    }
+    RbChain zero(acdbTblSearch(L"LAYER", L"0", 0));
+    EXPECT_EQ(findCode(zero.head, 70)->resval.rint, 5);
+    EXPECT_EQ(acdbTblSearch(L"LAYER", L"0", 1), nullptr);
+}
+
+} // namespace

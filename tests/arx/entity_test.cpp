@@ -257,10 +257,14 @@ TEST(Entities, PolygonMeshSizes) {
     AcDbPolygonMesh tooSmall(AcDb::kSimpleMesh, 1, 2, {{0, 0, 0}, {1, 0, 0}});
     EXPECT_EQ(tooSmall.mSize(), 0);
     AcDbPolygonMesh mesh(AcDb::kSimpleMesh, 2, 2, {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {1, 1, 0}},
-                         true);
+                         true, false);
     EXPECT_TRUE(mesh.isMClosed());
     EXPECT_FALSE(mesh.isNClosed());
-    EXPECT_EQ(mesh.appendVertex(new AcDbPolygonMeshVertex), Acad::eInvalidIndex);
+    // Closed both ways unless told otherwise.
+    AcDbPolygonMesh closed(AcDb::kSimpleMesh, 2, 2, {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {1, 1, 0}});
+    EXPECT_TRUE(closed.isMClosed() && closed.isNClosed());
+    AcDbPolygonMeshVertex extra;
+    EXPECT_EQ(mesh.appendVertex(&extra), Acad::eInvalidIndex);
     EXPECT_EQ(mesh.setMSize(3), Acad::eInvalidInput);
     EXPECT_EQ(mesh.setMSurfaceDensity(2), Acad::eInvalidInput);
     EXPECT_EQ(mesh.setMSurfaceDensity(12), Acad::eOk);
@@ -361,6 +365,139 @@ TEST_F(ArxTest, PropertiesCopyAndDefaults) {
     tc.setRGB(1, 2, 3);
     copy.setColor(tc);
     EXPECT_EQ(copy.color().blue(), 3);
+}
+
+} // namespace
+
+namespace {
+
+TEST_F(ArxTest, VerticesBecomeObjectsOfTheirPolyline) {
+    AcDbLayerTable* layers = nullptr;
+    db->getLayerTable(layers, AcDb::kForWrite);
+    auto* layer = new AcDbLayerTableRecord;
+    layer->setName(L"Mesh");
+    AcDbObjectId meshLayer;
+    layers->add(meshLayer, layer);
+    layer->close();
+    layers->close();
+
+    auto* mesh = new AcDbPolyFaceMesh;
+    mesh->setLayer(meshLayer);
+    const AcDbObjectId meshId = append(mesh);
+    // Appended to a resident mesh, a vertex is resident at once, open for its caller to close.
+    Opened<AcDbPolyFaceMesh> open(meshId, AcDb::kForWrite);
+    std::vector<AcDbObjectId> ids;
+    for (AcGePoint3d p : {AcGePoint3d(0, 0, 0), AcGePoint3d(1, 0, 0), AcGePoint3d(0, 1, 0)}) {
+        auto* vertex = new AcDbPolyFaceMeshVertex(p);
+        AcDbObjectId id;
+        ASSERT_EQ(open->appendVertex(id, vertex), Acad::eOk);
+        EXPECT_TRUE(vertex->isWriteEnabled());
+        EXPECT_EQ(vertex->ownerId(), meshId);
+        EXPECT_EQ(vertex->layerId(), meshLayer);
+        vertex->close();
+        ids.push_back(id);
+    }
+    auto* face = new AcDbFaceRecord(1, 2, 3);
+    ASSERT_EQ(open->appendFaceRecord(face), Acad::eOk);
+    face->setColorIndex(4);
+    face->close();
+    std::unique_ptr<AcDbObjectIterator> it(open->vertexIterator());
+    int vertices = 0, faces = 0;
+    for (; !it->done(); it->step()) {
+        AcDbObject* o = nullptr;
+        ASSERT_EQ(acdbOpenAcDbObject(o, it->objectId(), AcDb::kForRead), Acad::eOk);
+        vertices += AcDbPolyFaceMeshVertex::cast(o) != nullptr;
+        faces += AcDbFaceRecord::cast(o) != nullptr;
+        o->close();
+    }
+    EXPECT_EQ(vertices, 3);
+    EXPECT_EQ(faces, 1);
+    // Erasing a vertex takes it out of the walk and of the box.
+    {
+        Opened<AcDbPolyFaceMeshVertex> v(ids[1], AcDb::kForWrite);
+        v->erase();
+    }
+    expectExtents(*open.get(), {0, 0, 0}, {0, 1, 0});
+}
+
+TEST(Entities, TwoDimensionalPolylineInItsPlane) {
+    AcGeDoubleArray bulges = {0.0, 0.0};
+    AcDb2dPolyline pl(AcDb::k2dSimplePoly, {{1, 0, 0}, {1, 2, 0}}, 3.0, false, 0, 0, &bulges);
+    ASSERT_EQ(pl.setNormal(AcGeVector3d::kXAxis), Acad::eOk);
+    std::unique_ptr<AcDbObjectIterator> it(pl.vertexIterator());
+    const auto* first = AcDb2dVertex::cast(it->entity());
+    ASSERT_NE(first, nullptr);
+    // Plane of normal X: its X axis is world Y, its Y axis world Z, the elevation along X.
+    expectNear(pl.vertexPosition(*first), {3, 1, 0});
+    AcGePoint3d end;
+    pl.getEndPoint(end);
+    expectNear(end, {3, 1, 2});
+    ASSERT_EQ(pl.transformBy(AcGeMatrix3d::translation({1, 0, 0})), Acad::eOk);
+    EXPECT_DOUBLE_EQ(pl.elevation(), 4.0);
+    expectNear(pl.vertexPosition(*first), {4, 1, 0});
+    // Vertices of a spline frame are not drawn.
+    AcDb2dPolyline framed(AcDb::k2dSimplePoly, {{0, 0, 0}, {1, 0, 0}});
+    auto* frame = new AcDb2dVertex({50, 50, 0});
+    frame->setVertexType(AcDb::k2dSplineCtlVertex);
+    framed.appendVertex(frame);
+    expectExtents(framed, {0, 0, 0}, {1, 0, 0});
+    // A copy has copies of the vertices.
+    std::unique_ptr<AcDb2dPolyline> copy(static_cast<AcDb2dPolyline*>(pl.clone()));
+    AcGePoint3d start;
+    copy->getStartPoint(start);
+    expectNear(start, {4, 1, 0});
+}
+
+TEST(Entities, TextFollowsItsTransform) {
+    AcDbText text({1, 1, 0}, L"ABC", AcDbObjectId::kNull, 2.0, 0.0);
+    ASSERT_EQ(text.transformBy(AcGeMatrix3d::rotation(M_PI / 2, AcGeVector3d::kZAxis) *
+                               AcGeMatrix3d::scaling(1.5)),
+              Acad::eOk);
+    EXPECT_NEAR(text.rotation(), M_PI / 2, 1e-12);
+    EXPECT_NEAR(text.height(), 3.0, 1e-12);
+    expectNear(text.position(), {-1.5, 1.5, 0});
+    // Centred on its alignment point.
+    AcDbText centred({0, 0, 0}, L"AB", AcDbObjectId::kNull, 1.0);
+    centred.setHorizontalMode(AcDb::kTextCenter);
+    centred.setAlignmentPoint({10, 0, 0});
+    expectExtents(centred, {9, 0, 0}, {11, 1, 0});
+    EXPECT_EQ(centred.setHorizontalMode(AcDb::TextHorzMode(9)), Acad::eInvalidInput);
+    ACHAR* copy = centred.textString();
+    EXPECT_STREQ(copy, L"AB");
+    acutDelString(copy);
+}
+
+TEST(Entities, EllipseUnderScaleAndMirror) {
+    AcDbEllipse e({1, 0, 0}, AcGeVector3d::kZAxis, {2, 0, 0}, 0.5, 0, M_PI / 2);
+    ASSERT_EQ(e.transformBy(AcGeMatrix3d::scaling(2)), Acad::eOk);
+    EXPECT_DOUBLE_EQ(e.majorRadius(), 4.0);
+    EXPECT_DOUBLE_EQ(e.minorRadius(), 2.0);
+    expectNear(e.center(), {2, 0, 0});
+    const AcGeMatrix3d mirror = AcGeMatrix3d::alignCoordSys(
+        AcGePoint3d::kOrigin, AcGeVector3d::kXAxis, AcGeVector3d::kYAxis, AcGeVector3d::kZAxis,
+        AcGePoint3d::kOrigin, AcGeVector3d::kXAxis, -AcGeVector3d::kYAxis, AcGeVector3d::kZAxis);
+    AcGePoint3d before;
+    e.getEndPoint(before);
+    ASSERT_EQ(e.transformBy(mirror), Acad::eOk);
+    AcGePoint3d after;
+    e.getEndPoint(after);
+    expectNear(after, mirror * before);
+    expectNear(e.normal(), {0, 0, -1});
+}
+
+TEST_F(ArxTest, BlockReferencesKeepToShapesTheyCanHold) {
+    const AcDbObjectId block = blockWithUnitLine(*db, L"Shear");
+    AcDbBlockReference ref({0, 0, 0}, block);
+    ref.setScaleFactors(AcGeScale3d(1, 2, 1));
+    // A turn after a stretch shears: no position, scale and rotation give that.
+    AcGeMatrix3d stretch = AcGeMatrix3d::kIdentity;
+    stretch.entry[0][0] = 3;
+    ref.setRotation(M_PI / 4);
+    EXPECT_EQ(ref.transformBy(stretch), Acad::eCannotScaleNonUniformly);
+    EXPECT_NEAR(ref.rotation(), M_PI / 4, 1e-15);
+    AcDbBlockReference nowhere({0, 0, 0}, AcDbObjectId::kNull);
+    AcDbVoidPtrArray parts;
+    EXPECT_EQ(nowhere.explode(parts), Acad::eInvalidInput);
 }
 
 } // namespace

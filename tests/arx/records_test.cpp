@@ -1,3 +1,4 @@
+#include <cmath>
 #include <cstring>
 
 #include "arx_test.h"
@@ -43,7 +44,8 @@ TEST_F(RecordsTest, SetAtOverAKeyReplacesTheEntry) {
     EXPECT_TRUE(first.isErased());
     EXPECT_EQ(dict->numEntries(), 2u); // ACAD_GROUP and MyKey
     EXPECT_EQ(dict->getAt(L"Other", found), Acad::eKeyNotFound);
-    EXPECT_EQ(dict->setAt(L"", new AcDbXrecord, found), Acad::eInvalidKey);
+    AcDbXrecord refused;
+    EXPECT_EQ(dict->setAt(L"", &refused, found), Acad::eInvalidKey);
     ACHAR* key = nullptr;
     ASSERT_EQ(dict->nameAt(second, key), Acad::eOk);
     EXPECT_STREQ(key, L"MYKEY");
@@ -228,6 +230,102 @@ TEST(ResultBuffers, BuildListTakesValuesByType) {
     EXPECT_EQ(fresh->resval.rstring, nullptr);
     fresh->resval.rstring = acutNewString(L"owned");
     EXPECT_EQ(acutRelRb(fresh), RTNORM);
+}
+
+} // namespace
+
+namespace {
+
+// Values that the packed form of a chain has to carry without loss.
+TEST_F(RecordsTest, XrecordKeepsEveryKindOfValue) {
+    const std::wstring longText(300, L'x');
+    const ads_point where = {1.5, -2.25, 1e-300};
+    ads_name self;
+    const AcDbObjectId pointId = point();
+    acdbGetAdsName(self, pointId);
+    ads_binary chunk = {4, const_cast<char*>("\x01\x00\xFF\x7F")};
+    RbChain in(acutBuildList(1, L"Gr\u00FC\u00DFe \u6C34 \U0001F600", 2, longText.c_str(), 3, L"",
+                             10, where, 40, -0.0, 70, -32768, 90, -2147483647 - 1, 160,
+                             Adesk::Int64(1) << 40, 290, 1, 310, &chunk, 330, self, 0));
+    AcDbXrecord record;
+    ASSERT_EQ(record.setFromRbChain(*in.head), Acad::eOk);
+    resbuf* raw = nullptr;
+    ASSERT_EQ(record.rbChain(&raw), Acad::eOk);
+    RbChain out(raw);
+    const resbuf* rb = out.head;
+    EXPECT_STREQ(rb->resval.rstring, L"Gr\u00FC\u00DFe \u6C34 \U0001F600");
+    rb = rb->rbnext;
+    EXPECT_EQ(std::wstring(rb->resval.rstring), longText);
+    rb = rb->rbnext;
+    ASSERT_NE(rb->resval.rstring, nullptr); // an empty text comes back as a text
+    EXPECT_STREQ(rb->resval.rstring, L"");
+    rb = rb->rbnext;
+    EXPECT_EQ(rb->resval.rpoint[0], 1.5);
+    EXPECT_EQ(rb->resval.rpoint[2], 1e-300);
+    rb = rb->rbnext;
+    EXPECT_TRUE(std::signbit(rb->resval.rreal)); // minus zero stays minus zero
+    rb = rb->rbnext;
+    EXPECT_EQ(rb->resval.rint, -32768);
+    rb = rb->rbnext;
+    EXPECT_EQ(rb->resval.rlong, -2147483647 - 1);
+    rb = rb->rbnext;
+    EXPECT_EQ(rb->resval.mnInt64, Adesk::Int64(1) << 40);
+    rb = rb->rbnext;
+    EXPECT_EQ(rb->resval.rint, 1);
+    rb = rb->rbnext;
+    ASSERT_EQ(rb->resval.rbinary.clen, 4);
+    EXPECT_EQ(std::memcmp(rb->resval.rbinary.buf, "\x01\x00\xFF\x7F", 4), 0);
+    rb = rb->rbnext;
+    EXPECT_TRUE(ads_name_equal(rb->resval.rlname, self));
+    EXPECT_EQ(rb->rbnext, nullptr);
+}
+
+TEST_F(RecordsTest, ExtendedDataHasALimit) {
+    acdbRegApp(L"Big");
+    Opened<AcDbPoint> p(point(), AcDb::kForWrite);
+    const std::wstring chunk(250, L'y');
+    resbuf* chain = acutBuildList(1001, L"Big", 0);
+    resbuf* tail = chain;
+    for (int i = 0; i < 70; ++i)
+        tail = tail->rbnext = acutBuildList(1000, chunk.c_str(), 0);
+    EXPECT_EQ(p->setXData(chain), Acad::eXdataSizeExceeded);
+    EXPECT_EQ(p->xData(L"Big"), nullptr);
+    acutRelRb(chain);
+}
+
+TEST_F(RecordsTest, ErasedEntriesLeaveDictionaries) {
+    AcDbDictionary* dict = nullptr;
+    ASSERT_EQ(db->getNamedObjectsDictionary(dict, AcDb::kForWrite), Acad::eOk);
+    AcDbObjectId id;
+    auto* x = new AcDbXrecord;
+    dict->setAt(L"Gone", x, id);
+    x->erase();
+    x->close();
+    EXPECT_FALSE(dict->has(L"Gone"));
+    EXPECT_FALSE(dict->has(id));
+    EXPECT_EQ(dict->numEntries(), 1u);
+    AcDbDictionaryIterator* it = dict->newIterator();
+    EXPECT_STREQ(it->name(), L"ACAD_GROUP");
+    EXPECT_FALSE(it->next());
+    delete it;
+    dict->close();
+}
+
+TEST_F(RecordsTest, CopiesCarryExtendedDataButNoIdentity) {
+    acdbRegApp(L"App");
+    const AcDbObjectId id = point();
+    Opened<AcDbPoint> p(id, AcDb::kForWrite);
+    RbChain data(acutBuildList(1001, L"App", 1000, L"kept", 0));
+    p->setXData(data.head);
+    p->createExtensionDictionary();
+    std::unique_ptr<AcDbPoint> copy(static_cast<AcDbPoint*>(p->clone()));
+    EXPECT_TRUE(copy->isNewObject());
+    EXPECT_TRUE(copy->extensionDictionary().isNull());
+    EXPECT_TRUE(copy->ownerId().isNull());
+    expectNear(copy->position(), {1, 2, 3});
+    RbChain copied(copy->xData(L"App"));
+    ASSERT_NE(copied.head, nullptr);
+    EXPECT_STREQ(copied.head->rbnext->resval.rstring, L"kept");
 }
 
 } // namespace

@@ -106,6 +106,18 @@ TEST(Dialog, RefusedOkIsAskedAgainAtTheTerminal) {
     EXPECT_NE(shown.find("-- Export Options... --"), std::string::npos) << shown;
 }
 
+TEST(Dialog, AnAnswerThatCannotBeGivenIsAskedAgainAtTheTerminal) {
+    std::istringstream in("units = User defined\nscale = 2\nok\n");
+    std::ostringstream out;
+    Scripted script("dialog\n  scale = 2\n", std::make_shared<win::TerminalPresenter>(in, out));
+    CTestExportDialog dialog;
+    EXPECT_EQ(dialog.DoModal(), IDOK);
+    EXPECT_DOUBLE_EQ(dialog.m_scale, 2.0);
+    EXPECT_EQ(out.str().rfind("! Scale Factor (1029) is disabled\n-- Export Options... --\n", 0),
+              0u)
+        << out.str();
+}
+
 TEST(Dialog, DisabledControlsAndUnknownNamesCannotBeSet) {
     {
         Scripted script("dialog\n  scale = 2\n");

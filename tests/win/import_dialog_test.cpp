@@ -161,3 +161,47 @@ TEST(ImportDialog, APersonAtTheTerminalGetsTheSameDialog) {
     EXPECT_NE(shown.find("  1025  [ ] Use Default File Path  [default-path]\n"), std::string::npos)
         << shown;
 }
+
+TEST(ImportDialog, ControlsFromGetDlgItemAreOfTheirOwnClass) {
+    Scripted script;
+    struct Probe : CTestImportDialog {
+        BOOL OnInitDialog() override {
+            CTestImportDialog::OnInitDialog();
+            auto* log = static_cast<CButton*>(GetDlgItem(1023));
+            checkedAtStart = log->GetCheck();
+            log->SetCheck(BST_UNCHECKED);
+            static_cast<CEdit*>(GetDlgItem(1000))->SetLimitText(12);
+            limit = static_cast<CEdit*>(GetDlgItem(1000))->GetLimitText();
+            EndDialog(IDCANCEL);
+            return TRUE;
+        }
+        int checkedAtStart = -1;
+        UINT limit = 0;
+    } probe;
+    EXPECT_EQ(probe.DoModal(), IDCANCEL);
+    EXPECT_EQ(probe.checkedAtStart, BST_CHECKED);
+    EXPECT_EQ(probe.createLog, -1) << "ended in OnInitDialog, OK never ran";
+    EXPECT_EQ(probe.limit, 12u);
+}
+
+TEST(ImportDialog, ACharacterBufferMemberIsLimitedToItsSize) {
+    struct BufferDialog : CTestImportDialog {
+        wchar_t m_answer[12] = L"start";
+        void DoDataExchange(CDataExchange* dx) override { DDX_Text(dx, 1000, m_answer, 12); }
+        void OnOK() override { CDialog::OnOK(); }
+    };
+    {
+        Scripted script("dialog\n  file = twelve chars\n");
+        BufferDialog dialog;
+        EXPECT_EQ(dialog.DoModal(), IDCANCEL);
+        EXPECT_EQ(script.presenter->failures().at(0),
+                  L"Import Options...: Import File Name (1000) takes at most 11 characters");
+        EXPECT_STREQ(dialog.m_answer, L"start");
+    }
+    {
+        Scripted script("dialog\n  file = plant.qel\n");
+        BufferDialog dialog;
+        EXPECT_EQ(dialog.DoModal(), IDOK);
+        EXPECT_STREQ(dialog.m_answer, L"plant.qel");
+    }
+}

@@ -95,6 +95,9 @@ TEST(Transcript, AModelessProgressDialogReportsPercentagesAndItsCancel) {
     EXPECT_TRUE(IsWindow(dialog.m_hWnd)) << "Cancel doesn't close the dialog";
     dialog.m_progress.SetPos(8);
     dialog.m_progress.StepIt();
+    dialog.m_progress.SetRange(0, static_cast<short>(40000));
+    EXPECT_EQ(dialog.m_progress.SendMessage(PBM_GETRANGE, FALSE, 0), 40000)
+        << "bounds are unsigned 16-bit values";
     dialog.DestroyWindow();
     EXPECT_EQ(dialog.m_hWnd, nullptr);
     std::vector<std::string> expected = {
@@ -106,7 +109,8 @@ TEST(Transcript, AModelessProgressDialogReportsPercentagesAndItsCancel) {
         "progress 1003: 37% (3 of 0..8)",
         "progress 1003: 50% (4 of 0..8)",
         "progress 1003: 100% (8 of 0..8)",
-        "progress 1003: 12% (1 of 0..8)", // a step past the end starts over
+        "progress 1003: 0% (0 of 0..8)", // a step past the end starts over
+        "progress 1003: 0% (0 of 0..40000)",
         "dialog 1908 destroyed",
     };
     EXPECT_EQ(mark.lines(), expected);

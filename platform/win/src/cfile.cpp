@@ -145,30 +145,6 @@ void CFile::Close() {
     m_hFile = INVALID_HANDLE_VALUE;
 }
 
-UINT CFile::Read(void* buffer, UINT count) {
-    DWORD read = 0;
-    if (!::ReadFile(m_hFile, buffer, count, &read, nullptr))
-        AfxThrowFileException(
-            CFileException::OsErrorToException(static_cast<LONG>(::GetLastError())),
-            static_cast<LONG>(::GetLastError()), path_);
-    return read;
-}
-
-void CFile::Write(const void* buffer, UINT count) {
-    DWORD written = 0;
-    if (!::WriteFile(m_hFile, buffer, count, &written, nullptr))
-        AfxThrowFileException(
-            CFileException::OsErrorToException(static_cast<LONG>(::GetLastError())),
-            static_cast<LONG>(::GetLastError()), path_);
-    if (written < count) AfxThrowFileException(CFileException::diskFull, ERROR_DISK_FULL, path_);
-}
-
-ULONGLONG CFile::GetLength() const {
-    struct stat st {};
-    std::string path = win::hostPath(path_);
-    return ::stat(path.c_str(), &st) == 0 ? static_cast<ULONGLONG>(st.st_size) : 0;
-}
-
 BOOL CFile::GetStatus(LPCTSTR fileName, CFileStatus& status) {
     std::string path = win::hostPath(fileName);
     struct stat st {};

@@ -1,5 +1,6 @@
 #include "window_impl.h"
 
+#include <win/controls.h>
 #include <win/dialog.h>
 #include <win/msgbox.h>
 
@@ -47,11 +48,39 @@ CWnd::~CWnd() {
     m_hWnd = nullptr;
 }
 
+namespace {
+
+// A control handed out by GetDlgItem is an object of its own class, so that code may cast it to
+// CButton*, CComboBox* ... as it does with the library.
+std::unique_ptr<CWnd> objectFor(HWND window) {
+    if (window->role != WindowRole::Control) return std::make_unique<CWnd>();
+    switch (window->kind) {
+    case win::ControlKind::Edit:
+        return std::make_unique<CEdit>();
+    case win::ControlKind::PushButton:
+    case win::ControlKind::CheckBox:
+    case win::ControlKind::RadioButton:
+    case win::ControlKind::GroupBox:
+        return std::make_unique<CButton>();
+    case win::ControlKind::ComboBox:
+        return std::make_unique<CComboBox>();
+    case win::ControlKind::ListBox:
+        return std::make_unique<CListBox>();
+    case win::ControlKind::Progress:
+        return std::make_unique<CProgressCtrl>();
+    case win::ControlKind::Static:
+        return std::make_unique<CStatic>();
+    }
+    return std::make_unique<CWnd>();
+}
+
+} // namespace
+
 CWnd* CWnd::FromHandle(HWND window) {
     if (!win::detail::valid(window)) return nullptr;
     if (window->permanent) return window->permanent;
     if (!window->temporary) {
-        window->temporary = std::make_unique<CWnd>();
+        window->temporary = objectFor(window);
         window->temporary->m_hWnd = window;
         window->temporary->markTemporary();
     }
@@ -70,10 +99,6 @@ HWND CWnd::Detach() {
     if (win::detail::valid(window) && window->permanent == this) window->permanent = nullptr;
     m_hWnd = nullptr;
     return window;
-}
-
-BOOL CWnd::SubclassDlgItem(UINT id, CWnd* parent) {
-    return parent ? Attach(::GetDlgItem(parent->m_hWnd, static_cast<int>(id))) : FALSE;
 }
 
 void CWnd::SetWindowText(LPCTSTR text) {
@@ -132,12 +157,6 @@ UINT CWnd::IsDlgButtonChecked(int id) const {
 }
 void CWnd::CheckRadioButton(int first, int last, int check) {
     ::CheckRadioButton(m_hWnd, first, last, check);
-}
-
-int CWnd::GetCheckedRadioButton(int first, int last) const {
-    for (int id = first; id <= last; ++id)
-        if (::IsDlgButtonChecked(m_hWnd, id) == BST_CHECKED) return id;
-    return 0;
 }
 
 LRESULT CWnd::SendMessage(UINT message, WPARAM wParam, LPARAM lParam) {

@@ -144,15 +144,6 @@ const wchar_t* skipBlanks(const wchar_t* p) {
     return p;
 }
 
-// A whole number, blanks around it allowed; nothing else.
-bool parseInteger(const std::wstring& text, long long& value, bool allowSign) {
-    const wchar_t* p = skipBlanks(text.c_str());
-    if (!allowSign && *p == L'-') return false;
-    wchar_t* end = nullptr;
-    value = std::wcstoll(p, &end, 10);
-    return end != p && *skipBlanks(end) == L'\0';
-}
-
 // As the library parses a number: a zero result counts only when the text starts with '0'.
 bool parseReal(const std::wstring& text, double& value) {
     const wchar_t* p = skipBlanks(text.c_str());
@@ -163,32 +154,15 @@ bool parseReal(const std::wstring& text, double& value) {
     return *skipBlanks(end) == L'\0';
 }
 
-template <typename T>
-void exchangeInteger(CDataExchange* dx, int id, T& value, bool isSigned) {
+void exchangeReal(CDataExchange* dx, int id, double& value, int digits) {
     HWND control = dx->PrepareEditCtrl(id);
     if (!dx->m_bSaveAndValidate) {
-        ::SetWindowTextW(
-            control, isSigned
-                         ? win::format(L"%lld", static_cast<long long>(value)).c_str()
-                         : win::format(L"%llu", static_cast<unsigned long long>(value)).c_str());
-        return;
-    }
-    long long parsed = 0;
-    if (!parseInteger(textOf(control), parsed, isSigned))
-        failWith(dx, isSigned ? L"Please enter an integer." : L"Please enter a positive integer.");
-    value = static_cast<T>(parsed);
-}
-
-template <typename T>
-void exchangeReal(CDataExchange* dx, int id, T& value, int digits) {
-    HWND control = dx->PrepareEditCtrl(id);
-    if (!dx->m_bSaveAndValidate) {
-        ::SetWindowTextW(control, win::format(L"%.*g", digits, static_cast<double>(value)).c_str());
+        ::SetWindowTextW(control, win::format(L"%.*g", digits, value).c_str());
         return;
     }
     double parsed = 0;
     if (!parseReal(textOf(control), parsed)) failWith(dx, L"Please enter a number.");
-    value = static_cast<T>(parsed);
+    value = parsed;
 }
 
 } // namespace
@@ -211,22 +185,9 @@ void DDX_Text(CDataExchange* dx, int id, LPTSTR value, int maxLength) {
     }
 }
 
-void DDX_Text(CDataExchange* dx, int id, int& value) {
-    exchangeInteger(dx, id, value, true);
-}
-void DDX_Text(CDataExchange* dx, int id, long& value) {
-    exchangeInteger(dx, id, value, true);
-}
-void DDX_Text(CDataExchange* dx, int id, UINT& value) {
-    exchangeInteger(dx, id, value, false);
-}
 void DDX_Text(CDataExchange* dx, int id, double& value) {
     exchangeReal(dx, id, value, 15);
 }
-void DDX_Text(CDataExchange* dx, int id, float& value) {
-    exchangeReal(dx, id, value, 6);
-}
-
 void DDX_Radio(CDataExchange* dx, int id, int& value) {
     HWND first = dx->PrepareCtrl(id);
     std::vector<HWND> group = win::detail::radioGroup(first);
@@ -242,30 +203,6 @@ void DDX_Radio(CDataExchange* dx, int id, int& value) {
     }
 }
 
-void DDX_Check(CDataExchange* dx, int id, int& value) {
-    HWND control = dx->PrepareCtrl(id);
-    if (dx->m_bSaveAndValidate)
-        value = static_cast<int>(::SendMessageW(control, BM_GETCHECK, 0, 0));
-    else
-        ::SendMessageW(control, BM_SETCHECK, static_cast<WPARAM>(value), 0);
-}
-
-void DDX_CBIndex(CDataExchange* dx, int id, int& index) {
-    HWND control = dx->PrepareCtrl(id);
-    if (dx->m_bSaveAndValidate)
-        index = static_cast<int>(::SendMessageW(control, CB_GETCURSEL, 0, 0));
-    else
-        ::SendMessageW(control, CB_SETCURSEL, static_cast<WPARAM>(index), 0);
-}
-
-void DDX_LBIndex(CDataExchange* dx, int id, int& index) {
-    HWND control = dx->PrepareCtrl(id);
-    if (dx->m_bSaveAndValidate)
-        index = static_cast<int>(::SendMessageW(control, LB_GETCURSEL, 0, 0));
-    else
-        ::SendMessageW(control, LB_SETCURSEL, static_cast<WPARAM>(index), 0);
-}
-
 void DDX_Control(CDataExchange* dx, int id, CWnd& control) {
     if (control.m_hWnd) return;
     control.Attach(dx->PrepareCtrl(id));
@@ -279,15 +216,4 @@ void DDV_MaxChars(CDataExchange* dx, const CString& value, int count) {
     }
     if (value.GetLength() > count)
         failWith(dx, win::format(L"Please enter no more than %d characters.", count));
-}
-
-void DDV_MinMaxInt(CDataExchange* dx, int value, int min, int max) {
-    if (dx->m_bSaveAndValidate && (value < min || value > max))
-        failWith(dx, win::format(L"Please enter an integer between %d and %d.", min, max));
-}
-
-void DDV_MinMaxDouble(CDataExchange* dx, const double& value, double min, double max) {
-    if (dx->m_bSaveAndValidate && (value < min || value > max))
-        failWith(dx,
-                 win::format(L"Please enter a number between %.*g and %.*g.", 15, min, 15, max));
 }

@@ -144,7 +144,9 @@ std::wstring DialogDriver::set(int id, const std::wstring& value, AnswerSource s
     HWND control = window(id);
     if (!control) return L"no control " + std::to_wstring(id);
     actionMark_ = Transcript::instance().size();
-    if (!control->enabled) return describe(id) + L" is disabled";
+    // A radio group is named by any of its radios; the one chosen must be enabled.
+    if (!control->enabled && control->kind != ControlKind::RadioButton)
+        return describe(id) + L" is disabled";
     std::optional<bool> on = parseSwitch(value);
     switch (control->kind) {
     case ControlKind::Edit:

@@ -204,28 +204,6 @@ BOOL CloseHandle(HANDLE handle) {
     return TRUE;
 }
 
-BOOL ReadFile(HANDLE handle, LPVOID buffer, DWORD toRead, LPDWORD read, void*) {
-    OpenFile* file = fileOf(handle);
-    if (read) *read = 0;
-    if (!file) return fail(ERROR_INVALID_HANDLE);
-    if (!(file->access & GENERIC_READ)) return fail(ERROR_ACCESS_DENIED);
-    ssize_t n = ::read(file->fd, buffer, toRead);
-    if (n < 0) return fail(ERROR_READ_FAULT);
-    if (read) *read = static_cast<DWORD>(n);
-    return TRUE;
-}
-
-BOOL WriteFile(HANDLE handle, LPCVOID buffer, DWORD toWrite, LPDWORD written, void*) {
-    OpenFile* file = fileOf(handle);
-    if (written) *written = 0;
-    if (!file) return fail(ERROR_INVALID_HANDLE);
-    if (!(file->access & GENERIC_WRITE)) return fail(ERROR_ACCESS_DENIED);
-    ssize_t n = ::write(file->fd, buffer, toWrite);
-    if (n < 0) return fail(errno == ENOSPC ? ERROR_DISK_FULL : ERROR_WRITE_FAULT);
-    if (written) *written = static_cast<DWORD>(n);
-    return TRUE;
-}
-
 BOOL DeleteFileW(LPCWSTR name) {
     std::string path = win::hostPath(name);
     struct stat st {};

@@ -202,6 +202,7 @@ void ScriptedPresenter::giveUp(DialogDriver& dialog, const std::wstring& message
     if (fallback_) {
         Transcript::instance().dialog(L"reasked", static_cast<int>(dialog.templateId()),
                                       dialog.caption(), message);
+        dialog.setRemark(message);
         fallback_->runModal(dialog);
         return;
     }

@@ -64,6 +64,24 @@ std::wstring line(const ControlState& c) {
     return idColumn(c.id) + text + L"\n";
 }
 
+// The lines of `now` that differ from `before`: what an action changed.
+std::wstring changedLines(const std::wstring& before, const std::wstring& now) {
+    auto split = [](const std::wstring& text) {
+        std::vector<std::wstring> lines;
+        std::size_t start = 0;
+        for (std::size_t end; (end = text.find(L'\n', start)) != std::wstring::npos;
+             start = end + 1)
+            lines.push_back(text.substr(start, end - start + 1));
+        return lines;
+    };
+    std::vector<std::wstring> old = split(before), fresh = split(now);
+    if (old.size() != fresh.size()) return now;
+    std::wstring out;
+    for (std::size_t i = 0; i < fresh.size(); ++i)
+        if (fresh[i] != old[i]) out += fresh[i];
+    return out;
+}
+
 } // namespace
 
 TerminalPresenter::TerminalPresenter(std::istream& in, std::ostream& out) : in_(in), out_(out) {}
@@ -114,9 +132,9 @@ int TerminalPresenter::messageBox(const MessageBoxRequest& box, AnswerSource& so
 }
 
 void TerminalPresenter::runModal(DialogDriver& dialog) {
-    for (const std::wstring& message : dialog.lastMessages())
-        say(L"! " + message + L"\n");
-    say(render(dialog));
+    if (!dialog.remark().empty()) say(L"! " + dialog.remark() + L"\n");
+    std::wstring shown = render(dialog);
+    say(shown);
     say(L"Change a field with NAME = VALUE; press a button by its number or name; OK; Cancel; "
         L"? shows the dialog again.\n");
     while (dialog.open()) {
@@ -128,7 +146,7 @@ void TerminalPresenter::runModal(DialogDriver& dialog) {
         }
         if (answer.empty()) continue;
         if (answer == L"?") {
-            say(render(dialog));
+            say(shown = render(dialog));
             continue;
         }
         std::wstring error;
@@ -143,10 +161,13 @@ void TerminalPresenter::runModal(DialogDriver& dialog) {
                                                    : dialog.find(answer);
             error = id ? dialog.press(id, AnswerSource::User) : L"no button \"" + answer + L"\"";
         }
-        if (!error.empty())
+        if (!error.empty()) {
             say(L"! " + error + L"\n");
-        else if (dialog.open())
-            say(render(dialog));
+        } else if (dialog.open()) {
+            std::wstring now = render(dialog);
+            say(changedLines(shown, now));
+            shown = now;
+        }
     }
 }
 

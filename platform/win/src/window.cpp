@@ -99,7 +99,7 @@ LRESULT listMessage(HWND w, UINT message, WPARAM wParam, LPARAM lParam, bool com
     case LB_SETCURSEL:
         w->selection = inRange ? index : -1;
         if (combo) w->text = inRange ? w->items[std::size_t(index)] : L"";
-        return inRange ? index : (combo ? CB_ERR : (index == -1 ? 0 : LB_ERR));
+        return inRange ? index : CB_ERR; // -1 also when clearing, as documented
     case CB_GETLBTEXTLEN:
     case LB_GETTEXTLEN:
         return inRange ? static_cast<LRESULT>(w->items[std::size_t(index)].size()) : -1;
@@ -117,9 +117,9 @@ LRESULT listMessage(HWND w, UINT message, WPARAM wParam, LPARAM lParam, bool com
 
 LRESULT progressMessage(HWND w, UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
-    case PBM_SETRANGE:
-        return setRange(w, static_cast<short>(LOWORD(static_cast<DWORD_PTR>(lParam))),
-                        static_cast<short>(HIWORD(static_cast<DWORD_PTR>(lParam))));
+    case PBM_SETRANGE: // unsigned 16-bit bounds: larger ones are cut
+        return setRange(w, LOWORD(static_cast<DWORD_PTR>(lParam)),
+                        HIWORD(static_cast<DWORD_PTR>(lParam)));
     case PBM_SETRANGE32:
         return setRange(w, static_cast<int>(wParam), static_cast<int>(lParam));
     case PBM_SETPOS:
@@ -132,9 +132,9 @@ LRESULT progressMessage(HWND w, UINT message, WPARAM wParam, LPARAM lParam) {
         return old;
     }
     case PBM_STEPIT: {
-        // Past the upper bound the bar starts over from the lower one.
+        // Past the upper bound the bar starts over from the beginning.
         long long next = static_cast<long long>(w->pos) + w->step;
-        if (next > w->upper) next = w->lower + (next - w->upper);
+        if (next > w->upper) next = w->lower;
         int old = w->pos;
         setPos(w, next);
         return old;
@@ -218,6 +218,10 @@ void leave(HWND control) {
 }
 
 LRESULT controlProc(HWND w, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (w->role == WindowRole::ToolTip) { // its messages share numbers with the controls'
+        if (message == TTM_RELAYEVENT) ++w->relayed;
+        return 0;
+    }
     switch (message) {
     case WM_SETTEXT:
         w->text = lParam ? reinterpret_cast<LPCWSTR>(lParam) : L"";
@@ -242,9 +246,6 @@ LRESULT controlProc(HWND w, UINT message, WPARAM wParam, LPARAM lParam) {
         return 0;
     case EM_GETLIMITTEXT:
         return w->limit;
-    case TTM_RELAYEVENT:
-        ++w->relayed;
-        return 0;
     }
     if (w->kind == ControlKind::ComboBox && message >= CB_ADDSTRING && message <= CB_SETCURSEL)
         return listMessage(w, message, wParam, lParam, true);

@@ -8,3 +8,9 @@
 Adesk::UInt64 acdbHostOpenObjectCount(const AcDbDatabase* database);
 // The resident objects that are open, in handle order.
 AcDbObjectIdArray acdbHostOpenObjects(const AcDbDatabase* database);
+
+// Makes a new object resident under the given owner with the given handle, as a drawing
+// reader needs (a null handle takes the next free one). eHandleInUse when the handle is taken;
+// eAlreadyInDb for an object already resident. The object stays open for write.
+Acad::ErrorStatus acdbHostAddObject(AcDbDatabase* database, AcDbObject* object,
+                                    AcDbObjectId ownerId, const AcDbHandle& handle);

@@ -85,7 +85,7 @@ public:
     AcDbPolygonMesh() = default;
     // Sizes from 2 to 256 and m times n vertices, else an empty mesh.
     AcDbPolygonMesh(AcDb::PolyMeshType type, Adesk::Int16 mSize, Adesk::Int16 nSize,
-                    const AcGePoint3dArray& vertices, bool mClosed = false, bool nClosed = false);
+                    const AcGePoint3dArray& vertices, bool mClosed = true, bool nClosed = true);
 
     Adesk::Int16 mSize() const { return mSize_; }
     Adesk::Int16 nSize() const { return nSize_; }

@@ -27,9 +27,20 @@ constexpr CodeRange kGroupCodes[] = {
     {1071, 1071, RbKind::kLong},
 };
 
+// Group codes from -5 to 1071, looked up in a table made from the ranges when compiling.
+constexpr std::array<RbKind, 1077> kByCode = [] {
+    std::array<RbKind, 1077> t{};
+    t.fill(RbKind::kInvalid);
+    for (const CodeRange& r : kGroupCodes)
+        for (int code = r.first; code <= r.last; ++code)
+            t[size_t(code + 5)] = r.kind;
+    return t;
+}();
+
 } // namespace
 
 RbKind acutRbKind(int type) {
+    if (type >= -5 && type <= 1071) return kByCode[size_t(type + 5)];
     switch (type) {
     case RTREAL:
     case RTANG:
@@ -60,14 +71,5 @@ RbKind acutRbKind(int type) {
     default:
         break;
     }
-    // Group codes from -5 to 1071, looked up in a table made once from the ranges.
-    static const auto table = [] {
-        std::array<RbKind, 1077> t;
-        t.fill(RbKind::kInvalid);
-        for (const CodeRange& r : kGroupCodes)
-            for (int code = r.first; code <= r.last; ++code) t[size_t(code + 5)] = r.kind;
-        return t;
-    }();
-    if (type < -5 || type > 1071) return RbKind::kInvalid;
-    return table[size_t(type + 5)];
+    return RbKind::kInvalid;
 }

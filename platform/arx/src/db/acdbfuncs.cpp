@@ -304,3 +304,9 @@ AcDbObjectIdArray acdbHostOpenObjects(const AcDbDatabase* database) {
         ids.append(s);
     return ids;
 }
+
+Acad::ErrorStatus acdbHostAddObject(AcDbDatabase* database, AcDbObject* object,
+                                    AcDbObjectId ownerId, const AcDbHandle& handle) {
+    if (database == nullptr) return Acad::eNoDatabase;
+    return AcDbImpl::add(database, object, acdbStubOf(ownerId), Adesk::UInt64(handle));
+}

@@ -122,6 +122,10 @@ Acad::ErrorStatus AcDbObject::upgradeOpen() {
     if (writeOpen_) return Acad::eWasOpenForWrite;
     if (readers_ == 0) return Acad::eNotOpenForRead;
     if (readers_ > 1) return Acad::eHadMultipleReaders;
+    if (const auto* e = AcDbEntity::cast(this)) {
+        const auto* layer = AcDbLayerTableRecord::cast(AcDbImpl::peek(AcDbImpl::layer(e)));
+        if (layer != nullptr && layer->isLocked()) return Acad::eOnLockedLayer;
+    }
     readers_ = 0;
     writeOpen_ = true;
     return Acad::eOk;
@@ -291,7 +295,8 @@ Acad::ErrorStatus AcDbImpl::add(AcDbDatabase* db, AcDbObject* object, AcDbStub* 
     if (object->stub_ != nullptr) return Acad::eAlreadyInDb;
     AcDbDatabase::Impl& impl = of(db);
     if (handle == 0) {
-        while (impl.stubAt(impl.handseed, true)->flags & AcDbStub::kUsed) ++impl.handseed;
+        while (impl.stubAt(impl.handseed, true)->flags & AcDbStub::kUsed)
+            ++impl.handseed;
         handle = impl.handseed++;
     } else if (AcDbStub* s = impl.stubAt(handle, false); s && (s->flags & AcDbStub::kUsed)) {
         return Acad::eHandleInUse;

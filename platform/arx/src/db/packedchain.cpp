@@ -3,24 +3,23 @@
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
+#include <cwchar>
+#include <vector>
 
 #include "../ads/rbkind.h"
 #include "text.h"
 
 namespace {
 
-// Writes bytes, or only counts them: the block is sized first, then filled once.
+// Writes into a buffer that the caller has made large enough (see room()).
 struct Sink {
     unsigned char* at = nullptr;
     size_t size = 0;
     void put(const void* bytes, size_t n) {
-        if (at != nullptr) std::memcpy(at + size, bytes, n);
+        std::memcpy(at + size, bytes, n);
         size += n;
     }
-    void byte(unsigned char b) {
-        if (at != nullptr) at[size] = b;
-        ++size;
-    }
+    void byte(unsigned char b) { at[size++] = b; }
     void varint(Adesk::UInt64 v) {
         while (v >= 0x80) {
             byte(static_cast<unsigned char>((v & 0x7F) | 0x80));
@@ -73,8 +72,12 @@ Adesk::UInt64 getVarint(const unsigned char*& p) {
     }
 }
 
-Adesk::UInt64 zigzag(Adesk::Int64 v) { return (Adesk::UInt64(v) << 1) ^ Adesk::UInt64(v >> 63); }
-Adesk::Int64 unzigzag(Adesk::UInt64 v) { return Adesk::Int64(v >> 1) ^ -Adesk::Int64(v & 1); }
+Adesk::UInt64 zigzag(Adesk::Int64 v) {
+    return (Adesk::UInt64(v) << 1) ^ Adesk::UInt64(v >> 63);
+}
+Adesk::Int64 unzigzag(Adesk::UInt64 v) {
+    return Adesk::Int64(v >> 1) ^ -Adesk::Int64(v & 1);
+}
 
 template <class T>
 T getRaw(const unsigned char*& p) {
@@ -115,7 +118,8 @@ void putValue(Sink& out, const resbuf& rb, RbKind kind) {
         out.raw(rb.resval.rreal);
         break;
     case RbKind::kPoint:
-        for (double c : rb.resval.rpoint) out.raw(c);
+        for (double c : rb.resval.rpoint)
+            out.raw(c);
         break;
     case RbKind::kShort:
         out.varint(zigzag(rb.resval.rint));
@@ -142,11 +146,24 @@ void putValue(Sink& out, const resbuf& rb, RbKind kind) {
     }
 }
 
-// The items of a chain; false when one holds no value a block can keep.
-bool putItems(Sink& out, const resbuf* chain) {
+// Most bytes an item can take: header, and the longest value of its kind.
+size_t room(const resbuf& rb, RbKind kind) {
+    if (kind == RbKind::kString && rb.resval.rstring)
+        return 24 + 4 * std::wcslen(rb.resval.rstring);
+    if (kind == RbKind::kBinary) return 24 + size_t(rb.resval.rbinary.clen);
+    return 40;
+}
+
+// The items of a chain, into a buffer that grows as needed; false when an item holds no value
+// a block can keep.
+bool putItems(std::vector<unsigned char>& buffer, Sink& out, const resbuf* chain) {
     for (const resbuf* rb = chain; rb != nullptr; rb = rb->rbnext) {
         const RbKind kind = acutRbKind(rb->restype);
         if (kind == RbKind::kInvalid) return false;
+        if (const size_t need = out.size + room(*rb, kind); need > buffer.size()) {
+            buffer.resize(2 * need);
+            out.at = buffer.data();
+        }
         const bool zero = isZero(*rb, kind);
         out.varint((Adesk::UInt64(Adesk::UInt16(rb->restype)) << 1) | (zero ? 1 : 0));
         if (!zero) putValue(out, *rb, kind);
@@ -197,18 +214,19 @@ void getValue(const unsigned char*& p, resbuf& rb, RbKind kind) {
 } // namespace
 
 Acad::ErrorStatus acdbPackChain(const resbuf* chain, PackedChain& packed) {
-    Sink body;
-    if (!putItems(body, chain)) return Acad::eInvalidResBuf;
+    thread_local std::vector<unsigned char> buffer(1024);
+    Sink body{buffer.data(), 0};
+    if (!putItems(buffer, body, chain)) return Acad::eInvalidResBuf;
     if (body.size == 0) {
         packed.reset();
         return Acad::eOk;
     }
-    Sink header;
-    header.varint(body.size);
-    packed = std::make_unique_for_overwrite<unsigned char[]>(header.size + body.size);
-    Sink block{packed.get(), 0};
-    block.varint(body.size);
-    putItems(block, chain);
+    unsigned char header[10];
+    Sink size{header, 0};
+    size.varint(body.size);
+    packed = std::make_unique_for_overwrite<unsigned char[]>(size.size + body.size);
+    std::memcpy(packed.get(), header, size.size);
+    std::memcpy(packed.get() + size.size, buffer.data(), body.size);
     return Acad::eOk;
 }
 

@@ -1,4 +1,3 @@
-#include "../ads/rbkind.h"
 #include "objectimpl.h"
 #include "packedchain.h"
 #include "rxdefine.h"
@@ -16,10 +15,10 @@ Acad::ErrorStatus AcDbXrecord::setFromRbChain(const resbuf& chain, AcDbDatabase*
     if (Acad::ErrorStatus es = assertWriteEnabled(); es != Acad::eOk) return es;
     for (const resbuf* rb = &chain; rb != nullptr; rb = rb->rbnext) {
         // Only group codes; an X-record has no handle of its own to carry.
-        if (rb->restype < 0 || rb->restype >= 5000 || rb->restype == 5 || rb->restype == 105 ||
-            acutRbKind(rb->restype) == RbKind::kInvalid)
+        if (rb->restype < 0 || rb->restype >= 5000 || rb->restype == 5 || rb->restype == 105)
             return Acad::eInvalidResBuf;
     }
+    // Packing refuses codes that hold no value.
     PackedChain packed;
     if (Acad::ErrorStatus es = acdbPackChain(&chain, packed); es != Acad::eOk) return es;
     data_ = std::move(packed);

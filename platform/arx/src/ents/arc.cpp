@@ -39,41 +39,27 @@ AcDbArc::AcDbArc(const AcGePoint3d& center, const AcGeVector3d& normal, double r
 }
 
 Acad::ErrorStatus AcDbArc::setCenter(const AcGePoint3d& center) {
-    ACDB_WRITE_CHECK();
-    center_ = center;
-    return Acad::eOk;
+    return entgeom::setProperty(this, center_, center);
 }
 
 Acad::ErrorStatus AcDbArc::setRadius(double radius) {
-    ACDB_WRITE_CHECK();
-    if (!(radius > 0.0)) return Acad::eInvalidInput;
-    radius_ = radius;
-    return Acad::eOk;
+    return entgeom::setPositive(this, radius_, radius);
 }
 
 Acad::ErrorStatus AcDbArc::setStartAngle(double angle) {
-    ACDB_WRITE_CHECK();
-    startAngle_ = angle;
-    return Acad::eOk;
+    return entgeom::setProperty(this, startAngle_, angle);
 }
 
 Acad::ErrorStatus AcDbArc::setEndAngle(double angle) {
-    ACDB_WRITE_CHECK();
-    endAngle_ = angle;
-    return Acad::eOk;
+    return entgeom::setProperty(this, endAngle_, angle);
 }
 
 Acad::ErrorStatus AcDbArc::setNormal(const AcGeVector3d& normal) {
-    ACDB_WRITE_CHECK();
-    if (!entgeom::validNormal(normal)) return Acad::eInvalidInput;
-    normal_ = normal.normal();
-    return Acad::eOk;
+    return entgeom::setNormal(this, normal_, normal);
 }
 
 Acad::ErrorStatus AcDbArc::setThickness(double thickness) {
-    ACDB_WRITE_CHECK();
-    thickness_ = thickness;
-    return Acad::eOk;
+    return entgeom::setProperty(this, thickness_, thickness);
 }
 
 Acad::ErrorStatus AcDbArc::getStartPoint(AcGePoint3d& p) const {

@@ -67,9 +67,7 @@ Acad::ErrorStatus AcDbBlockReference::setBlockTableRecord(AcDbObjectId id) {
 }
 
 Acad::ErrorStatus AcDbBlockReference::setPosition(const AcGePoint3d& position) {
-    ACDB_WRITE_CHECK();
-    position_ = position;
-    return Acad::eOk;
+    return entgeom::setProperty(this, position_, position);
 }
 
 Acad::ErrorStatus AcDbBlockReference::setScaleFactors(const AcGeScale3d& scale) {
@@ -80,16 +78,11 @@ Acad::ErrorStatus AcDbBlockReference::setScaleFactors(const AcGeScale3d& scale) 
 }
 
 Acad::ErrorStatus AcDbBlockReference::setRotation(double rotation) {
-    ACDB_WRITE_CHECK();
-    rotation_ = rotation;
-    return Acad::eOk;
+    return entgeom::setProperty(this, rotation_, rotation);
 }
 
 Acad::ErrorStatus AcDbBlockReference::setNormal(const AcGeVector3d& normal) {
-    ACDB_WRITE_CHECK();
-    if (!entgeom::validNormal(normal)) return Acad::eInvalidInput;
-    normal_ = normal.normal();
-    return Acad::eOk;
+    return entgeom::setNormal(this, normal_, normal);
 }
 
 AcGeMatrix3d AcDbBlockReference::blockTransform() const {

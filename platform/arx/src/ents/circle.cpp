@@ -33,29 +33,19 @@ AcDbCircle::AcDbCircle(const AcGePoint3d& center, const AcGeVector3d& normal, do
 }
 
 Acad::ErrorStatus AcDbCircle::setCenter(const AcGePoint3d& center) {
-    ACDB_WRITE_CHECK();
-    center_ = center;
-    return Acad::eOk;
+    return entgeom::setProperty(this, center_, center);
 }
 
 Acad::ErrorStatus AcDbCircle::setRadius(double radius) {
-    ACDB_WRITE_CHECK();
-    if (!(radius > 0.0)) return Acad::eInvalidInput;
-    radius_ = radius;
-    return Acad::eOk;
+    return entgeom::setPositive(this, radius_, radius);
 }
 
 Acad::ErrorStatus AcDbCircle::setNormal(const AcGeVector3d& normal) {
-    ACDB_WRITE_CHECK();
-    if (!entgeom::validNormal(normal)) return Acad::eInvalidInput;
-    normal_ = normal.normal();
-    return Acad::eOk;
+    return entgeom::setNormal(this, normal_, normal);
 }
 
 Acad::ErrorStatus AcDbCircle::setThickness(double thickness) {
-    ACDB_WRITE_CHECK();
-    thickness_ = thickness;
-    return Acad::eOk;
+    return entgeom::setProperty(this, thickness_, thickness);
 }
 
 Acad::ErrorStatus AcDbCircle::getStartPoint(AcGePoint3d& p) const {

@@ -65,9 +65,7 @@ Acad::ErrorStatus AcDbEllipse::set(const AcGePoint3d& center, const AcGeVector3d
 }
 
 Acad::ErrorStatus AcDbEllipse::setCenter(const AcGePoint3d& center) {
-    ACDB_WRITE_CHECK();
-    center_ = center;
-    return Acad::eOk;
+    return entgeom::setProperty(this, center_, center);
 }
 
 AcGeVector3d AcDbEllipse::minorAxis() const {
@@ -82,15 +80,11 @@ Acad::ErrorStatus AcDbEllipse::setRadiusRatio(double ratio) {
 }
 
 Acad::ErrorStatus AcDbEllipse::setStartAngle(double angle) {
-    ACDB_WRITE_CHECK();
-    startAngle_ = angle;
-    return Acad::eOk;
+    return entgeom::setProperty(this, startAngle_, angle);
 }
 
 Acad::ErrorStatus AcDbEllipse::setEndAngle(double angle) {
-    ACDB_WRITE_CHECK();
-    endAngle_ = angle;
-    return Acad::eOk;
+    return entgeom::setProperty(this, endAngle_, angle);
 }
 
 Acad::ErrorStatus AcDbEllipse::setStartParam(double param) {

@@ -4,6 +4,20 @@
 
 namespace entgeom {
 
+Acad::ErrorStatus setNormal(const AcDbObject* o, AcGeVector3d& field, const AcGeVector3d& normal) {
+    if (!o->isWriteEnabled()) return Acad::eNotOpenForWrite;
+    if (!validNormal(normal)) return Acad::eInvalidInput;
+    field = normal.normal();
+    return Acad::eOk;
+}
+
+Acad::ErrorStatus setPositive(const AcDbObject* o, double& field, double value) {
+    if (!o->isWriteEnabled()) return Acad::eNotOpenForWrite;
+    if (!(value > 0.0)) return Acad::eInvalidInput;
+    field = value;
+    return Acad::eOk;
+}
+
 void planeAxes(const AcGeVector3d& normal, AcGeVector3d& x, AcGeVector3d& y) {
     const AcGeVector3d z = normal.normal();
     x = z.perpVector().normal();

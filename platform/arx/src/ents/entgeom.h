@@ -8,6 +8,18 @@
 
 namespace entgeom {
 
+// Setters of properties: the object must be open for write; then the value, checked.
+template <class V, class A>
+Acad::ErrorStatus setProperty(const AcDbObject* o, V& field, const A& value) {
+    if (!o->isWriteEnabled()) return Acad::eNotOpenForWrite;
+    field = value;
+    return Acad::eOk;
+}
+// A normal is kept of unit length; one without length is refused.
+Acad::ErrorStatus setNormal(const AcDbObject* o, AcGeVector3d& field, const AcGeVector3d& normal);
+// Radii, heights, factors: above zero.
+Acad::ErrorStatus setPositive(const AcDbObject* o, double& field, double value);
+
 // A normal must have a length to be normalised.
 inline bool validNormal(const AcGeVector3d& n) {
     return !n.isZeroLength();

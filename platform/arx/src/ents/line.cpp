@@ -18,28 +18,19 @@ const AcDbDxfField kFields[] = {
 ACDB_DXF_KIND(AcDbLine, "LINE", kFields)
 
 Acad::ErrorStatus AcDbLine::setStartPoint(const AcGePoint3d& point) {
-    ACDB_WRITE_CHECK();
-    start_ = point;
-    return Acad::eOk;
+    return entgeom::setProperty(this, start_, point);
 }
 
 Acad::ErrorStatus AcDbLine::setEndPoint(const AcGePoint3d& point) {
-    ACDB_WRITE_CHECK();
-    end_ = point;
-    return Acad::eOk;
+    return entgeom::setProperty(this, end_, point);
 }
 
 Acad::ErrorStatus AcDbLine::setThickness(double thickness) {
-    ACDB_WRITE_CHECK();
-    thickness_ = thickness;
-    return Acad::eOk;
+    return entgeom::setProperty(this, thickness_, thickness);
 }
 
 Acad::ErrorStatus AcDbLine::setNormal(const AcGeVector3d& normal) {
-    ACDB_WRITE_CHECK();
-    if (!entgeom::validNormal(normal)) return Acad::eInvalidInput;
-    normal_ = normal.normal();
-    return Acad::eOk;
+    return entgeom::setNormal(this, normal_, normal);
 }
 
 Acad::ErrorStatus AcDbLine::getStartPoint(AcGePoint3d& p) const {

@@ -199,22 +199,15 @@ void AcDbPolyline::setClosed(bool closed) {
 }
 
 Acad::ErrorStatus AcDbPolyline::setNormal(const AcGeVector3d& normal) {
-    ACDB_WRITE_CHECK();
-    if (!entgeom::validNormal(normal)) return Acad::eInvalidInput;
-    normal_ = normal.normal();
-    return Acad::eOk;
+    return entgeom::setNormal(this, normal_, normal);
 }
 
 Acad::ErrorStatus AcDbPolyline::setElevation(double elevation) {
-    ACDB_WRITE_CHECK();
-    elevation_ = elevation;
-    return Acad::eOk;
+    return entgeom::setProperty(this, elevation_, elevation);
 }
 
 Acad::ErrorStatus AcDbPolyline::setThickness(double thickness) {
-    ACDB_WRITE_CHECK();
-    thickness_ = thickness;
-    return Acad::eOk;
+    return entgeom::setProperty(this, thickness_, thickness);
 }
 
 Acad::ErrorStatus AcDbPolyline::getStartPoint(AcGePoint3d& p) const {

@@ -48,16 +48,11 @@ Acad::ErrorStatus AcDbPlanarQuad::setPointAt(Adesk::UInt16 index, const AcGePoin
 }
 
 Acad::ErrorStatus AcDbPlanarQuad::setThickness(double thickness) {
-    ACDB_WRITE_CHECK();
-    thickness_ = thickness;
-    return Acad::eOk;
+    return entgeom::setProperty(this, thickness_, thickness);
 }
 
 Acad::ErrorStatus AcDbPlanarQuad::setNormal(const AcGeVector3d& normal) {
-    ACDB_WRITE_CHECK();
-    if (!entgeom::validNormal(normal)) return Acad::eInvalidInput;
-    normal_ = normal.normal();
-    return Acad::eOk;
+    return entgeom::setNormal(this, normal_, normal);
 }
 
 Acad::ErrorStatus AcDbPlanarQuad::transformBy(const AcGeMatrix3d& xform) {

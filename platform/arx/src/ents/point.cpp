@@ -20,28 +20,19 @@ const AcDbDxfField kFields[] = {
 ACDB_DXF_KIND(AcDbPoint, "POINT", kFields)
 
 Acad::ErrorStatus AcDbPoint::setPosition(const AcGePoint3d& position) {
-    ACDB_WRITE_CHECK();
-    position_ = position;
-    return Acad::eOk;
+    return entgeom::setProperty(this, position_, position);
 }
 
 Acad::ErrorStatus AcDbPoint::setThickness(double thickness) {
-    ACDB_WRITE_CHECK();
-    thickness_ = thickness;
-    return Acad::eOk;
+    return entgeom::setProperty(this, thickness_, thickness);
 }
 
 Acad::ErrorStatus AcDbPoint::setNormal(const AcGeVector3d& normal) {
-    ACDB_WRITE_CHECK();
-    if (!entgeom::validNormal(normal)) return Acad::eInvalidInput;
-    normal_ = normal.normal();
-    return Acad::eOk;
+    return entgeom::setNormal(this, normal_, normal);
 }
 
 Acad::ErrorStatus AcDbPoint::setEcsRotation(double rotation) {
-    ACDB_WRITE_CHECK();
-    ecsRotation_ = rotation;
-    return Acad::eOk;
+    return entgeom::setProperty(this, ecsRotation_, rotation);
 }
 
 Acad::ErrorStatus AcDbPoint::transformBy(const AcGeMatrix3d& xform) {

@@ -61,6 +61,7 @@ const AcDbDxfField kVertexFields[] = {
     dxf::value<AcDbPolyFaceMeshVertex, fixedFlags<192>, acceptFlags<192>>(70),
 };
 const AcDbDxfField kFaceFields[] = {
+    dxf::marker(ACRX_T("AcDbVertex")),
     dxf::marker(ACRX_T("AcDbFaceRecord")),
     dxf::value<AcDbFaceRecord, origin, keepOrigin>(10),
     dxf::value<AcDbFaceRecord, fixedFlags<128>, acceptFlags<128>>(70),

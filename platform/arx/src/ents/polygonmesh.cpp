@@ -88,27 +88,19 @@ Acad::ErrorStatus AcDbPolygonMesh::setNSize(Adesk::Int16 size) {
 }
 
 Acad::ErrorStatus AcDbPolygonMesh::makeMClosed() {
-    ACDB_WRITE_CHECK();
-    mClosed_ = true;
-    return Acad::eOk;
+    return entgeom::setProperty(this, mClosed_, true);
 }
 
 Acad::ErrorStatus AcDbPolygonMesh::makeMOpen() {
-    ACDB_WRITE_CHECK();
-    mClosed_ = false;
-    return Acad::eOk;
+    return entgeom::setProperty(this, mClosed_, false);
 }
 
 Acad::ErrorStatus AcDbPolygonMesh::makeNClosed() {
-    ACDB_WRITE_CHECK();
-    nClosed_ = true;
-    return Acad::eOk;
+    return entgeom::setProperty(this, nClosed_, true);
 }
 
 Acad::ErrorStatus AcDbPolygonMesh::makeNOpen() {
-    ACDB_WRITE_CHECK();
-    nClosed_ = false;
-    return Acad::eOk;
+    return entgeom::setProperty(this, nClosed_, false);
 }
 
 Acad::ErrorStatus AcDbPolygonMesh::setPolyMeshType(AcDb::PolyMeshType type) {

@@ -84,40 +84,27 @@ AcGePoint3d AcDb2dPolyline::vertexPosition(const AcDb2dVertex& vertex) const {
 }
 
 Acad::ErrorStatus AcDb2dPolyline::setPolyType(AcDb::Poly2dType type) {
-    ACDB_WRITE_CHECK();
-    type_ = type;
-    return Acad::eOk;
+    return entgeom::setProperty(this, type_, type);
 }
 
 Acad::ErrorStatus AcDb2dPolyline::makeClosed() {
-    ACDB_WRITE_CHECK();
-    closed_ = true;
-    return Acad::eOk;
+    return entgeom::setProperty(this, closed_, true);
 }
 
 Acad::ErrorStatus AcDb2dPolyline::makeOpen() {
-    ACDB_WRITE_CHECK();
-    closed_ = false;
-    return Acad::eOk;
+    return entgeom::setProperty(this, closed_, false);
 }
 
 Acad::ErrorStatus AcDb2dPolyline::setNormal(const AcGeVector3d& normal) {
-    ACDB_WRITE_CHECK();
-    if (!entgeom::validNormal(normal)) return Acad::eInvalidInput;
-    normal_ = normal.normal();
-    return Acad::eOk;
+    return entgeom::setNormal(this, normal_, normal);
 }
 
 Acad::ErrorStatus AcDb2dPolyline::setElevation(double elevation) {
-    ACDB_WRITE_CHECK();
-    elevation_ = elevation;
-    return Acad::eOk;
+    return entgeom::setProperty(this, elevation_, elevation);
 }
 
 Acad::ErrorStatus AcDb2dPolyline::setThickness(double thickness) {
-    ACDB_WRITE_CHECK();
-    thickness_ = thickness;
-    return Acad::eOk;
+    return entgeom::setProperty(this, thickness_, thickness);
 }
 
 namespace {

@@ -67,21 +67,15 @@ Acad::ErrorStatus AcDb3dPolyline::openVertex(AcDb3dPolylineVertex*& vertex, AcDb
 }
 
 Acad::ErrorStatus AcDb3dPolyline::setPolyType(AcDb::Poly3dType type) {
-    ACDB_WRITE_CHECK();
-    type_ = type;
-    return Acad::eOk;
+    return entgeom::setProperty(this, type_, type);
 }
 
 Acad::ErrorStatus AcDb3dPolyline::makeClosed() {
-    ACDB_WRITE_CHECK();
-    closed_ = true;
-    return Acad::eOk;
+    return entgeom::setProperty(this, closed_, true);
 }
 
 Acad::ErrorStatus AcDb3dPolyline::makeOpen() {
-    ACDB_WRITE_CHECK();
-    closed_ = false;
-    return Acad::eOk;
+    return entgeom::setProperty(this, closed_, false);
 }
 
 Acad::ErrorStatus AcDb3dPolyline::getStartPoint(AcGePoint3d& p) const {

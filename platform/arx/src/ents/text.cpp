@@ -67,15 +67,11 @@ AcDbText::AcDbText(const AcGePoint3d& position, const ACHAR* text, AcDbObjectId 
 }
 
 Acad::ErrorStatus AcDbText::setPosition(const AcGePoint3d& position) {
-    ACDB_WRITE_CHECK();
-    position_ = position;
-    return Acad::eOk;
+    return entgeom::setProperty(this, position_, position);
 }
 
 Acad::ErrorStatus AcDbText::setAlignmentPoint(const AcGePoint3d& point) {
-    ACDB_WRITE_CHECK();
-    alignment_ = point;
-    return Acad::eOk;
+    return entgeom::setProperty(this, alignment_, point);
 }
 
 ACHAR* AcDbText::textString() const {
@@ -90,29 +86,19 @@ Acad::ErrorStatus AcDbText::setTextString(const ACHAR* text) {
 }
 
 Acad::ErrorStatus AcDbText::setHeight(double height) {
-    ACDB_WRITE_CHECK();
-    if (!(height > 0.0)) return Acad::eInvalidInput;
-    height_ = height;
-    return Acad::eOk;
+    return entgeom::setPositive(this, height_, height);
 }
 
 Acad::ErrorStatus AcDbText::setRotation(double rotation) {
-    ACDB_WRITE_CHECK();
-    rotation_ = rotation;
-    return Acad::eOk;
+    return entgeom::setProperty(this, rotation_, rotation);
 }
 
 Acad::ErrorStatus AcDbText::setWidthFactor(double factor) {
-    ACDB_WRITE_CHECK();
-    if (!(factor > 0.0)) return Acad::eInvalidInput;
-    widthFactor_ = factor;
-    return Acad::eOk;
+    return entgeom::setPositive(this, widthFactor_, factor);
 }
 
 Acad::ErrorStatus AcDbText::setOblique(double angle) {
-    ACDB_WRITE_CHECK();
-    oblique_ = angle;
-    return Acad::eOk;
+    return entgeom::setProperty(this, oblique_, angle);
 }
 
 Acad::ErrorStatus AcDbText::setHorizontalMode(AcDb::TextHorzMode mode) {
@@ -130,16 +116,11 @@ Acad::ErrorStatus AcDbText::setVerticalMode(AcDb::TextVertMode mode) {
 }
 
 Acad::ErrorStatus AcDbText::setNormal(const AcGeVector3d& normal) {
-    ACDB_WRITE_CHECK();
-    if (!entgeom::validNormal(normal)) return Acad::eInvalidInput;
-    normal_ = normal.normal();
-    return Acad::eOk;
+    return entgeom::setNormal(this, normal_, normal);
 }
 
 Acad::ErrorStatus AcDbText::setThickness(double thickness) {
-    ACDB_WRITE_CHECK();
-    thickness_ = thickness;
-    return Acad::eOk;
+    return entgeom::setProperty(this, thickness_, thickness);
 }
 
 Acad::ErrorStatus AcDbText::transformBy(const AcGeMatrix3d& xform) {

@@ -60,14 +60,10 @@ ACDB_DXF_KIND(AcDb2dVertex, "VERTEX", k2dVertexFields)
 ACDB_DXF_KIND(AcDb3dPolylineVertex, "VERTEX", k3dVertexFields)
 
 Acad::ErrorStatus AcDb2dVertex::setPosition(const AcGePoint3d& position) {
-    ACDB_WRITE_CHECK();
-    position_ = position;
-    return Acad::eOk;
+    return entgeom::setProperty(this, position_, position);
 }
 Acad::ErrorStatus AcDb2dVertex::setBulge(double bulge) {
-    ACDB_WRITE_CHECK();
-    bulge_ = bulge;
-    return Acad::eOk;
+    return entgeom::setProperty(this, bulge_, bulge);
 }
 Acad::ErrorStatus AcDb2dVertex::setStartWidth(double width) {
     ACDB_WRITE_CHECK();
@@ -82,9 +78,7 @@ Acad::ErrorStatus AcDb2dVertex::setEndWidth(double width) {
     return Acad::eOk;
 }
 Acad::ErrorStatus AcDb2dVertex::setVertexType(AcDb::Vertex2dType type) {
-    ACDB_WRITE_CHECK();
-    type_ = type;
-    return Acad::eOk;
+    return entgeom::setProperty(this, type_, type);
 }
 Acad::ErrorStatus AcDb2dVertex::transformBy(const AcGeMatrix3d& xform) {
     ACDB_WRITE_CHECK();
@@ -98,9 +92,7 @@ Acad::ErrorStatus AcDb2dVertex::getGeomExtents(AcDbExtents& extents) const {
 }
 
 Acad::ErrorStatus AcDbPositionVertex::setPosition(const AcGePoint3d& position) {
-    ACDB_WRITE_CHECK();
-    position_ = position;
-    return Acad::eOk;
+    return entgeom::setProperty(this, position_, position);
 }
 Acad::ErrorStatus AcDbPositionVertex::transformBy(const AcGeMatrix3d& xform) {
     ACDB_WRITE_CHECK();
@@ -114,9 +106,7 @@ Acad::ErrorStatus AcDbPositionVertex::getGeomExtents(AcDbExtents& extents) const
 }
 
 Acad::ErrorStatus AcDb3dPolylineVertex::setVertexType(AcDb::Vertex3dType type) {
-    ACDB_WRITE_CHECK();
-    type_ = type;
-    return Acad::eOk;
+    return entgeom::setProperty(this, type_, type);
 }
 
 AcDbVertexList::AcDbVertexList(const AcDbVertexList& other) {

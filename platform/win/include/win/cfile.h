@@ -86,9 +86,6 @@ public:
 
     virtual BOOL Open(LPCTSTR fileName, UINT openFlags, CFileException* error = nullptr);
     virtual void Close();
-    virtual UINT Read(void* buffer, UINT count);
-    virtual void Write(const void* buffer, UINT count);
-    ULONGLONG GetLength() const;
     CString GetFilePath() const { return path_; }
 
     static BOOL GetStatus(LPCTSTR fileName, CFileStatus& status);

@@ -1,5 +1,5 @@
 // The MFC control classes: thin objects over a control's window, attached by DDX_Control or
-// SubclassDlgItem. Each call is the control message the library would send.
+// handed out by GetDlgItem. Each call is the control message the library would send.
 #pragma once
 
 #include <win/cwnd.h>

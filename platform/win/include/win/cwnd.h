@@ -100,7 +100,6 @@ public:
     static CWnd* FromHandle(HWND window);
     BOOL Attach(HWND window);
     HWND Detach();
-    BOOL SubclassDlgItem(UINT id, CWnd* parent);
 
     void SetWindowText(LPCTSTR text);
     void GetWindowText(CString& text) const;
@@ -119,7 +118,6 @@ public:
     void CheckDlgButton(int id, UINT check);
     UINT IsDlgButtonChecked(int id) const;
     void CheckRadioButton(int first, int last, int check);
-    int GetCheckedRadioButton(int first, int last) const;
 
     LRESULT SendMessage(UINT message, WPARAM wParam = 0, LPARAM lParam = 0);
     BOOL PostMessage(UINT message, WPARAM wParam = 0, LPARAM lParam = 0);

@@ -69,19 +69,10 @@ private:
 
 void DDX_Text(CDataExchange* dx, int id, CString& value);
 void DDX_Text(CDataExchange* dx, int id, LPTSTR value, int maxLength);
-void DDX_Text(CDataExchange* dx, int id, int& value);
-void DDX_Text(CDataExchange* dx, int id, UINT& value);
-void DDX_Text(CDataExchange* dx, int id, long& value);
 void DDX_Text(CDataExchange* dx, int id, double& value);
-void DDX_Text(CDataExchange* dx, int id, float& value);
 // The index of the checked radio in the group that starts at `id`, -1 for none.
 void DDX_Radio(CDataExchange* dx, int id, int& value);
-void DDX_Check(CDataExchange* dx, int id, int& value);
-void DDX_CBIndex(CDataExchange* dx, int id, int& index);
-void DDX_LBIndex(CDataExchange* dx, int id, int& index);
 // Attaches `control` to the dialog's control the first time.
 void DDX_Control(CDataExchange* dx, int id, CWnd& control);
 // Loading limits what the edit takes; saving refuses a longer text with the library's message.
 void DDV_MaxChars(CDataExchange* dx, const CString& value, int count);
-void DDV_MinMaxInt(CDataExchange* dx, int value, int min, int max);
-void DDV_MinMaxDouble(CDataExchange* dx, const double& value, double min, double max);

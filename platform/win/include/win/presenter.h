@@ -70,6 +70,10 @@ public:
     void end(int result);
     // The texts of the message boxes shown since the last action began.
     std::vector<std::wstring> lastMessages() const;
+    // Why the dialog is handed on to another presenter (a refused OK, an answer that couldn't be
+    // given), for that presenter to tell the user first.
+    void setRemark(std::wstring text) { remark_ = std::move(text); }
+    const std::wstring& remark() const { return remark_; }
 
 private:
     HWND window(int id) const;
@@ -77,6 +81,7 @@ private:
     std::wstring choose(HWND control, const std::wstring& value);
     CDialog& dialog_;
     std::size_t actionMark_ = 0;
+    std::wstring remark_;
 };
 
 class Presenter {
