@@ -204,3 +204,22 @@ TEST(Dialog, EndOfInputAtTheTerminalCancels) {
     EXPECT_EQ(dialog.DoModal(), IDCANCEL);
     win::setPresenter(nullptr);
 }
+
+TEST(Dialog, OptionsOfTheCommandLineAnswerTheNextDialog) {
+    std::wstring error;
+    auto answer = win::ScriptedPresenter::dialogFromOptions({L"file=C:\\out\\from-options.qel",
+                                                             L"units = Millimeters",
+                                                             L"scope=Export Selected Objects"},
+                                                            error);
+    ASSERT_TRUE(answer) << win::toUtf8(error);
+    Scripted script;
+    script.presenter->add(*answer);
+    CTestExportDialog dialog;
+    EXPECT_EQ(dialog.DoModal(), IDOK);
+    EXPECT_STREQ(dialog.m_fileName, L"C:\\out\\from-options.qel");
+    EXPECT_DOUBLE_EQ(dialog.m_scale, 1000.0);
+    EXPECT_EQ(dialog.m_scope, 2);
+
+    EXPECT_FALSE(win::ScriptedPresenter::dialogFromOptions({L"file=x", L"--units"}, error));
+    EXPECT_EQ(error, L"\"--units\": expected NAME = VALUE, press NAME, ok, cancel or end NAME");
+}

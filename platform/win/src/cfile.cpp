@@ -1,3 +1,5 @@
+#include "paths.h"
+
 #include <win/cfile.h>
 #include <win/format.h>
 #include <win/strings.h>

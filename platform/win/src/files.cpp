@@ -1,3 +1,5 @@
+#include "paths.h"
+
 #include <win/files.h>
 #include <win/strings.h>
 

@@ -73,9 +73,5 @@ namespace win {
 
 // The host's path (UTF-8) for a path as the module writes it; empty if the drive is unknown.
 std::string hostPath(LPCWSTR path);
-// True if a Windows file system would refuse the name.
-bool invalidWindowsName(LPCWSTR path);
-// The system error for an errno of a call on `path`.
-DWORD errorFromErrno(int error, const std::string& path);
 
 } // namespace win
