@@ -1,0 +1,206 @@
+// qelcad: the host at the command line. Sub-commands are listed in one table below.
+#include "console.h"
+
+#include <arx/aced.h>
+#include <arx/edhost.h>
+#include <arx/rxregsvc.h>
+#include <win/presenter.h>
+#include <win/scripted.h>
+#include <win/strings.h>
+#include <win/terminal.h>
+#include <win/transcript.h>
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <iostream>
+#include <sstream>
+#include <unistd.h>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+struct Options {
+    std::string modules;
+    std::vector<std::string> load;
+    bool autoload = true;
+    std::vector<std::string> set;
+    std::string transcript;
+    std::string drawing;
+    std::string script;
+    std::string answers;
+    std::string save;
+};
+
+// A failure that ends qelcad with a one-line reason and the given status.
+struct Failure {
+    int status;
+    std::string reason;
+};
+
+fs::path executableFolder() {
+    std::error_code ec;
+    const fs::path self = fs::read_symlink("/proc/self/exe", ec);
+    return ec ? fs::current_path() : self.parent_path();
+}
+
+fs::path moduleFolder(const Options& o) {
+    if (!o.modules.empty()) return o.modules;
+    if (const char* env = std::getenv("QELCAD_MODULES"); env && *env) return env;
+    return executableFolder();
+}
+
+void refuseDrawingFiles(const Options& o) {
+    if (!o.drawing.empty() || !o.save.empty())
+        throw Failure{2, "drawing files are not supported yet in this build; start without a "
+                         "drawing (a new one is made)"};
+}
+
+// A new drawing, the host's variables from --set, then the modules: every ".arx" file of the
+// module folder, and each --load.
+void startHost(const Options& o) {
+    if (!o.transcript.empty() && !win::Transcript::instance().setFile(o.transcript))
+        throw Failure{2, "cannot write the transcript " + o.transcript};
+    qelhost::setModuleFolder(moduleFolder(o));
+    qelhost::newDocument();
+    for (const std::string& assignment : o.set) {
+        const auto eq = assignment.find('=');
+        if (eq == std::string::npos) throw Failure{2, "--set takes NAME=VALUE: " + assignment};
+        if (qelhost::setSystemVariable(win::fromUtf8(assignment.substr(0, eq)),
+                                       win::fromUtf8(assignment.substr(eq + 1)), true) != RTNORM)
+            throw Failure{2, "--set refused: " + assignment};
+    }
+    std::vector<std::string> names;
+    std::error_code ec;
+    if (o.autoload)
+        for (const auto& entry : fs::directory_iterator(qelhost::moduleFolder(), ec))
+            if (entry.path().extension() == ".arx")
+                names.push_back(entry.path().filename().string());
+    std::sort(names.begin(), names.end());
+    names.insert(names.end(), o.load.begin(), o.load.end());
+    for (const std::string& name : names)
+        if (!acrxDynamicLinker->loadModule(win::fromUtf8(name).c_str(), true))
+            throw Failure{2, "cannot load module " + name};
+}
+
+void stopHost() {
+    qelhost::closeAllDocuments();
+    qelhost::unloadAllModules();
+    win::Transcript::instance().setFile("");
+}
+
+int shellCommand(const Options& o) {
+    refuseDrawingFiles(o);
+    qelcad::showTranscript(std::cout);
+    qelcad::catchInterrupt();
+    win::setPresenter(std::make_shared<win::TerminalPresenter>(std::cin, std::cout));
+    qelhost::setInput(std::make_shared<qelcad::TerminalInput>(std::cin));
+    startHost(o);
+    qelhost::commandLoop();
+    stopHost();
+    std::cout << "\n";
+    return 0;
+}
+
+int runCommand(const Options& o) {
+    refuseDrawingFiles(o);
+    std::ifstream in(o.script, std::ios::binary);
+    if (!in) throw Failure{2, "cannot read the script " + o.script};
+    std::ostringstream text;
+    text << in.rdbuf();
+    auto presenter = std::make_shared<win::ScriptedPresenter>();
+    if (!o.answers.empty()) {
+        std::string error;
+        if (!presenter->loadFile(o.answers, error)) throw Failure{2, o.answers + ": " + error};
+    }
+    win::setPresenter(presenter);
+    qelcad::showTranscript(std::cout);
+    auto script = std::make_shared<qelhost::ScriptInput>(win::fromUtf8(text.str()));
+    qelhost::setInput(script);
+    startHost(o);
+    // A script stops at the first command that fails, as the host's scripts do.
+    int status = 0;
+    std::string reason;
+    while (!qelhost::quitRequested() && !script->ended()) {
+        const int line = script->line();
+        win::Transcript::instance().print(L"\nCommand: ");
+        std::optional<std::wstring> name = script->ask(L"\nCommand: ", false);
+        if (!name || name->empty()) continue;
+        const int result = qelhost::runCommand(*name);
+        if (result != RTNORM) {
+            status = 1;
+            reason = o.script + ":" + std::to_string(line) + ": " + win::toUtf8(*name) +
+                     (result == RTCAN ? " was cancelled" : " failed");
+            break;
+        }
+        if (presenter->failed()) {
+            status = 1;
+            reason = o.script + ":" + std::to_string(line) + ": " +
+                     win::toUtf8(presenter->failures().front());
+            break;
+        }
+    }
+    stopHost();
+    if (status != 0) throw Failure{status, reason};
+    return 0;
+}
+
+struct SubCommand {
+    const char* name;
+    const char* help;
+    std::function<void(CLI::App&, Options&)> arguments;
+    int (*run)(const Options&);
+};
+
+void hostOptions(CLI::App& app, Options& o) {
+    app.add_option("--modules", o.modules,
+                   "Module folder (default: $QELCAD_MODULES, else the folder of qelcad)");
+    app.add_option("--load", o.load, "Also load this module from the module folder")->take_all();
+    app.add_flag("!--no-autoload", o.autoload, "Don't load the .arx modules of the module folder");
+    app.add_option("--set", o.set, "Set a system variable first, read-only ones too (NAME=VALUE)");
+    app.add_option("--transcript", o.transcript, "Also write the transcript to this file");
+    app.add_option("drawing", o.drawing, "Drawing to open (drawing files come in a later build)");
+}
+
+const SubCommand kCommands[] = {
+    {"shell", "The interactive command line", hostOptions, shellCommand},
+    {"run", "Run a script of commands and answers",
+     [](CLI::App& app, Options& o) {
+         hostOptions(app, o);
+         app.add_option("--script", o.script, "Script: one answer per line or blank-separated word")
+             ->required();
+         app.add_option("--answers", o.answers, "Answers for dialogs and message boxes");
+         app.add_option("--save", o.save, "Save the drawing to this file at the end");
+     },
+     runCommand},
+};
+
+} // namespace
+
+int main(int argc, char** argv) {
+    CLI::App app{"qelcad: the command-line CAD host"};
+    app.require_subcommand(1);
+    Options options;
+    const SubCommand* chosen = nullptr;
+    for (const SubCommand& command : kCommands) {
+        CLI::App* sub = app.add_subcommand(command.name, command.help);
+        command.arguments(*sub, options);
+        sub->callback([&chosen, &command] { chosen = &command; });
+    }
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& e) {
+        return app.exit(e);
+    }
+    try {
+        return chosen->run(options);
+    } catch (const Failure& f) {
+        std::cerr << "qelcad: " << f.reason << "\n";
+        return f.status;
+    }
+}
