@@ -12,6 +12,7 @@
 #include <win/format.h>
 #include <win/msgbox.h>
 #include <win/pickers.h>
+#include <win/pointers.h>
 #include <win/presenter.h>
 #include <win/registry.h>
 #include <win/resource.h>
