@@ -11,14 +11,8 @@ namespace {
 
 constexpr std::size_t kTextBuffer = 1000;
 
-bool errorsSuppressed() {
-    DWORD suppressed = 0;
-    ReadNumber(QEL_SETTINGS_KEY, L"SurpressErrorMessages", suppressed);
-    return suppressed == 1;
-}
-
 void offerSuppression(const wchar_t* text) {
-    if (errorsSuppressed()) return;
+    if (QelErrorsSuppressed()) return;
     CString question(text);
     question += L"\n\nSuppress all non-critical error messages?";
     if (AfxMessageBox(question, MB_YESNO | MB_ICONQUESTION) == IDYES)
@@ -31,7 +25,20 @@ CString bounded(LPCWSTR text) {
     return CString(text ? text : L"", static_cast<int>(n < kTextBuffer ? n : kTextBuffer - 1));
 }
 
+// A format expanded into a buffer of the reporters' size.
+CString expanded(LPCWSTR format, va_list args) {
+    wchar_t text[kTextBuffer];
+    wvsprintfW(text, format, args);
+    return CString(text);
+}
+
 } // namespace
+
+bool QelErrorsSuppressed() {
+    DWORD suppressed = 0;
+    ReadNumber(QEL_SETTINGS_KEY, L"SurpressErrorMessages", suppressed);
+    return suppressed == 1;
+}
 
 void QelReportError(LPCWSTR text) {
     const CString kept = bounded(text);
@@ -69,22 +76,20 @@ void QelAlertStatus(Acad::ErrorStatus status, LPCWSTR text) {
 }
 
 void QelAlertStatusFormat(Acad::ErrorStatus status, LPCWSTR format, ...) {
-    wchar_t text[kTextBuffer];
     va_list args;
     va_start(args, format);
-    wvsprintfW(text, format, args);
+    const CString text = expanded(format, args);
     va_end(args);
     QelAlertStatus(status, text);
 }
 
 void QelAlert(LPCWSTR format, ...) {
-    wchar_t text[kTextBuffer];
     va_list args;
     va_start(args, format);
-    wvsprintfW(text, format, args);
+    const CString text = expanded(format, args);
     va_end(args);
     CString message;
-    message.Format(L"ARX ERROR: %s", text);
+    message.Format(L"ARX ERROR: %s", text.GetString());
     acedAlert(message);
 }
 

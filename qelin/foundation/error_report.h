@@ -12,6 +12,9 @@
 void QelReportError(LPCWSTR text);
 // The same without the log line, for callers that log their own.
 void QelReportErrorNoLog(LPCWSTR text);
+// True once the user answered Yes to the suppress question in this run ("SurpressErrorMessages"
+// is 1); other message boxes of a run test it too.
+bool QelErrorsSuppressed();
 // Adds one to "ImportErrorCount" of the settings store. Always true.
 bool QelCountError();
 bool QelGetErrorCount(unsigned& count);

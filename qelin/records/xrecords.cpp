@@ -1,19 +1,8 @@
 #include "xrecords.h"
 
 #include "foundation/error_report.h"
-#include "shell/settings_store.h"
 
 #include <arx/aced.h>
-
-namespace {
-
-bool errorsSuppressed() {
-    DWORD suppressed = 0;
-    ReadNumber(QEL_SETTINGS_KEY, L"SurpressErrorMessages", suppressed);
-    return suppressed == 1;
-}
-
-} // namespace
 
 bool QelCreateXrecord(AcDbObject* object, LPCWSTR key, resbuf* chain) {
     if (IsBadWritePtr(object, sizeof(AcDbObject))) {
@@ -130,7 +119,7 @@ void AddXData(AcDbObject* object, LPCWSTR text) {
     const bool named = db && db->getAcDbObjectId(id, false, object->handle()) == Acad::eOk &&
                        acdbGetAdsName(name, id) == Acad::eOk;
     if (!named) {
-        if (!errorsSuppressed()) {
+        if (!QelErrorsSuppressed()) {
             AfxMessageBox(L"Error getting ads_name for object");
             CString message;
             message.Format(L"Error adding xdata to %s", text);
