@@ -109,7 +109,7 @@ bool near(const AcGePoint3d& a, const AcGePoint3d& b) {
     return a.distanceTo(b) < 1e-9;
 }
 
-TEST(BrepWalk, MovedBoxLoopsRunTheirEdgesBetweenTheirCornersInTheWorld) {
+TEST(AcBrWalk, MovedBoxLoopsRunTheirEdgesBetweenTheirCornersInTheWorld) {
     auto box = solid();
     ASSERT_EQ(box->createBox(4.0, 2.0, 1.0), Acad::eOk);
     AcGeMatrix3d move = AcGeMatrix3d::translation(AcGeVector3d(10, 20, 30)) *
@@ -158,7 +158,7 @@ TEST(BrepWalk, MovedBoxLoopsRunTheirEdgesBetweenTheirCornersInTheWorld) {
     EXPECT_EQ(coedges, 24) << "twelve edges, each run once each way";
 }
 
-TEST(BrepWalk, CylinderRimsWindRoundItsSideAndAreOneClosedCircleEach) {
+TEST(AcBrWalk, CylinderRimsWindRoundItsSideAndAreOneClosedCircleEach) {
     auto cylinder = solid();
     ASSERT_EQ(cylinder->createFrustum(2.0, 1.0, 1.0, 1.0), Acad::eOk);
     AcBrBrep brep;
@@ -196,7 +196,7 @@ TEST(BrepWalk, CylinderRimsWindRoundItsSideAndAreOneClosedCircleEach) {
     EXPECT_EQ(sides, 1);
 }
 
-TEST(BrepWalk, SurfacesOfSpheresToriAndSweptElbows) {
+TEST(AcBrWalk, SurfacesOfSpheresToriAndSweptElbows) {
     auto sphere = solid();
     ASSERT_EQ(sphere->createSphere(2.0), Acad::eOk);
     auto torus = solid();
@@ -251,16 +251,20 @@ TEST(BrepWalk, SurfacesOfSpheresToriAndSweptElbows) {
                     continue;
                 }
             }
-            for (const AcBrLoop& loop : loopsOf(face))
+            for (const AcBrLoop& loop : loopsOf(face)) {
+                // The ends of a swept tube wind round its side.
+                EXPECT_EQ(typeOf(loop), surfaceOf(face) == AcGe::kPlane ? AcBr::kLoopExterior
+                                                                        : AcBr::kLoopWinding);
                 for (const Coedge& coedge : coedgesOf(loop))
                     curves.insert(coedge.curve);
+            }
         }
         EXPECT_EQ(surfaces, c.surfaces);
         EXPECT_EQ(curves, c.curves);
     }
 }
 
-TEST(BrepWalk, RegionWithAHoleHasAnOuterLoopAndAClockwiseHole) {
+TEST(AcBrWalk, RegionWithAHoleHasAnOuterLoopAndAClockwiseHole) {
     auto region = regionOf({square(0, 0, 10)});
     auto hole = regionOf({square(2, 3, 4)});
     ASSERT_EQ(region->booleanOper(AcDb::kBoolSubtract, hole.get()), Acad::eOk);
@@ -289,7 +293,7 @@ TEST(BrepWalk, RegionWithAHoleHasAnOuterLoopAndAClockwiseHole) {
     EXPECT_EQ(inner, 1);
 }
 
-TEST(BrepWalk, TheWalkIsASnapshotThatOutlivesItsEntity) {
+TEST(AcBrWalk, TheWalkIsASnapshotThatOutlivesItsEntity) {
     auto box = solid();
     ASSERT_EQ(box->createBox(1, 1, 1), Acad::eOk);
     AcBrBrep brep;
@@ -310,7 +314,7 @@ TEST(BrepWalk, TheWalkIsASnapshotThatOutlivesItsEntity) {
     EXPECT_FALSE(other.isEqualTo(&brep));
 }
 
-TEST(BrepWalk, RefusalsAndTraversersPastTheirEnd) {
+TEST(AcBrWalk, RefusalsAndTraversersPastTheirEnd) {
     AcBrBrep brep;
     AcDbLine line(AcGePoint3d(0, 0, 0), AcGePoint3d(1, 0, 0));
     EXPECT_EQ(brep.set(line), AcBr::eWrongObjectType);
@@ -344,7 +348,7 @@ TEST(BrepWalk, RefusalsAndTraversersPastTheirEnd) {
     EXPECT_EQ(faces.getFace(face), AcBr::eOk);
 }
 
-TEST(BrepWalk, TheHostEntersTheSolidClassesAndTheWalkInTheClassDictionary) {
+TEST(AcBrWalk, TheHostEntersTheSolidClassesAndTheWalkInTheClassDictionary) {
     auto* classes = AcRxDictionary::cast(acrxSysRegistry()->at(L"ClassDictionary"));
     ASSERT_NE(classes, nullptr);
     EXPECT_FALSE(classes->has(L"AcBrEntity"));
