@@ -93,16 +93,18 @@ std::vector<Coedge> coedgesOf(const AcBrLoop& loop) {
     return out;
 }
 
-// Newell's normal: for a loop running counter-clockwise about a direction, along it.
+// For a convex loop, the side about which it turns counter-clockwise.
 AcGeVector3d turnOf(const std::vector<AcGePoint3d>& loop) {
-    AcGeVector3d n(0, 0, 0);
-    for (std::size_t i = 0; i < loop.size(); ++i) {
-        const AcGePoint3d& a = loop[i];
-        const AcGePoint3d& b = loop[(i + 1) % loop.size()];
-        n += AcGeVector3d((a.y - b.y) * (a.z + b.z), (a.z - b.z) * (a.x + b.x),
-                          (a.x - b.x) * (a.y + b.y));
-    }
-    return n;
+    return (loop[1] - loop[0]).crossProduct(loop[2] - loop[1]);
+}
+
+// Twice the area a loop in the XY plane encloses, positive counter-clockwise about +Z.
+double twiceAreaOf(const std::vector<AcGePoint3d>& loop) {
+    double twice = 0.0;
+    for (std::size_t i = 0; i < loop.size(); ++i)
+        twice +=
+            loop[i].x * loop[(i + 1) % loop.size()].y - loop[(i + 1) % loop.size()].x * loop[i].y;
+    return twice;
 }
 
 bool near(const AcGePoint3d& a, const AcGePoint3d& b) {
@@ -279,7 +281,7 @@ TEST(AcBrWalk, RegionWithAHoleHasAnOuterLoopAndAClockwiseHole) {
     for (const AcBrLoop& loop : loops) {
         const std::vector<AcGePoint3d> corners = cornersOf(loop);
         ASSERT_EQ(corners.size(), 4u);
-        const double turn = turnOf(corners).z / 2.0; // the signed area about +Z
+        const double turn = twiceAreaOf(corners) / 2.0;
         if (typeOf(loop) == AcBr::kLoopExterior) {
             ++outer;
             EXPECT_NEAR(turn, 100.0, 1e-9);
