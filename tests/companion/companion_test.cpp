@@ -71,6 +71,24 @@ TEST_F(Companion, AHandleThatNamesNoEntityGetsAnEmptyReply) {
     }
 }
 
+TEST_F(Companion, TheCallerMayHoldTheEntityOpenForReadButNotForWrite) {
+    const std::wstring handle = add(torus(5.0, 1.0));
+    ads_name name;
+    AcDbObjectId id;
+    ASSERT_EQ(acdbHandEnt(handle.c_str(), name), RTNORM);
+    ASSERT_EQ(acdbGetObjectId(id, name), Acad::eOk);
+    AcDbEntity* entity = nullptr;
+    ASSERT_EQ(acdbOpenAcDbEntity(entity, id, AcDb::kForRead), Acad::eOk);
+    EXPECT_EQ(typeOf(handle), 3);
+    entity->close();
+    ASSERT_EQ(acdbOpenAcDbEntity(entity, id, AcDb::kForWrite), Acad::eOk);
+    const Answer answer = call(L"getType", handle);
+    EXPECT_EQ(answer.status, RTNORM);
+    EXPECT_EQ(answer.list, nullptr) << "the module cannot open it";
+    entity->close();
+    EXPECT_EQ(typeOf(handle), 3);
+}
+
 // qelcad itself loads the module by name at its start, with nothing printed about it.
 TEST(CompanionInQelcad, LoadsByNameWithoutAnError) {
     const std::string script = testing::TempDir() + "companion-quit.scr";
