@@ -115,6 +115,16 @@ TEST_F(FaceList, ARegionWithAHoleIsOneOutlineWithTheHoleJoinedIn) {
     EXPECT_NEAR(twiceArea(faces[0]), 2 * (12 * 4 + 4 * 6 - 8.0), 1e-9);
 }
 
+TEST_F(FaceList, ARegionInTwoPiecesGivesOneOutlinePerPiece) {
+    const std::vector<AcGePoint2d> left = {{0, 0}, {2, 0}, {2, 2}, {0, 2}};
+    const std::vector<AcGePoint2d> right = {{5, 0}, {8, 0}, {8, 1}, {5, 1}};
+    AcDbRegion* both = region(polygon(left));
+    AcDbRegion* other = region(polygon(right));
+    ASSERT_EQ(both->booleanOper(AcDb::kBoolUnite, other), Acad::eOk);
+    delete other;
+    expectFaces(facesOf(both), {flat(left, 0.0, false), flat(right, 0.0, false)});
+}
+
 TEST_F(FaceList, CurvedFacesAndEdgesAndOtherEntitiesGetAnEmptyReply) {
     const struct {
         const char* what;
