@@ -12,11 +12,6 @@
 namespace entitytest {
 namespace {
 
-std::unique_ptr<AcDb3dSolid> solid() {
-    auto s = std::make_unique<AcDb3dSolid>();
-    return s;
-}
-
 std::vector<AcBrFace> facesOf(const AcBrBrep& brep) {
     AcBrBrepFaceTraverser it;
     EXPECT_EQ(it.setBrep(brep), AcBr::eOk);
@@ -112,7 +107,7 @@ bool near(const AcGePoint3d& a, const AcGePoint3d& b) {
 }
 
 TEST(AcBrWalk, MovedBoxLoopsRunTheirEdgesBetweenTheirCornersInTheWorld) {
-    auto box = solid();
+    auto box = std::make_unique<AcDb3dSolid>();
     ASSERT_EQ(box->createBox(4.0, 2.0, 1.0), Acad::eOk);
     AcGeMatrix3d move = AcGeMatrix3d::translation(AcGeVector3d(10, 20, 30)) *
                         AcGeMatrix3d::rotation(0.5, AcGeVector3d::kZAxis, AcGePoint3d::kOrigin);
@@ -161,7 +156,7 @@ TEST(AcBrWalk, MovedBoxLoopsRunTheirEdgesBetweenTheirCornersInTheWorld) {
 }
 
 TEST(AcBrWalk, CylinderRimsWindRoundItsSideAndAreOneClosedCircleEach) {
-    auto cylinder = solid();
+    auto cylinder = std::make_unique<AcDb3dSolid>();
     ASSERT_EQ(cylinder->createFrustum(2.0, 1.0, 1.0, 1.0), Acad::eOk);
     AcBrBrep brep;
     ASSERT_EQ(brep.set(*cylinder), AcBr::eOk);
@@ -199,17 +194,17 @@ TEST(AcBrWalk, CylinderRimsWindRoundItsSideAndAreOneClosedCircleEach) {
 }
 
 TEST(AcBrWalk, SurfacesOfSpheresToriAndSweptElbows) {
-    auto sphere = solid();
+    auto sphere = std::make_unique<AcDb3dSolid>();
     ASSERT_EQ(sphere->createSphere(2.0), Acad::eOk);
-    auto torus = solid();
+    auto torus = std::make_unique<AcDb3dSolid>();
     ASSERT_EQ(torus->createTorus(5.0, 1.0), Acad::eOk);
-    auto elbow = solid();
+    auto elbow = std::make_unique<AcDb3dSolid>();
     {
         auto profile = regionOf({new AcDbCircle(AcGePoint3d(5, 0, 0), AcGeVector3d::kYAxis, 1.0)});
         AcDbArc path(AcGePoint3d::kOrigin, 5.0, 0.0, kPi / 2);
         ASSERT_EQ(elbow->extrudeAlongPath(profile.get(), &path), Acad::eOk);
     }
-    auto mitred = solid();
+    auto mitred = std::make_unique<AcDb3dSolid>();
     {
         auto profile = regionOf({new AcDbCircle(AcGePoint3d::kOrigin, AcGeVector3d::kXAxis, 1.0)});
         AcDbPolyline path(3);
@@ -296,7 +291,7 @@ TEST(AcBrWalk, RegionWithAHoleHasAnOuterLoopAndAClockwiseHole) {
 }
 
 TEST(AcBrWalk, TheWalkIsASnapshotThatOutlivesItsEntity) {
-    auto box = solid();
+    auto box = std::make_unique<AcDb3dSolid>();
     ASSERT_EQ(box->createBox(1, 1, 1), Acad::eOk);
     AcBrBrep brep;
     ASSERT_EQ(brep.set(*box), AcBr::eOk);
@@ -309,7 +304,7 @@ TEST(AcBrWalk, TheWalkIsASnapshotThatOutlivesItsEntity) {
     EXPECT_FALSE(faces[3].isEqualTo(&faces[2]));
     EXPECT_FALSE(faces[3].isEqualTo(&brep)) << "a face is not its body";
     // Another set of the same entity is another snapshot.
-    auto again = solid();
+    auto again = std::make_unique<AcDb3dSolid>();
     ASSERT_EQ(again->createBox(1, 1, 1), Acad::eOk);
     AcBrBrep other;
     ASSERT_EQ(other.set(*again), AcBr::eOk);
@@ -336,7 +331,7 @@ TEST(AcBrWalk, RefusalsAndTraversersPastTheirEnd) {
     AcBrLoopVertexTraverser vertices;
     EXPECT_EQ(vertices.setLoop(AcBrLoop()), AcBr::eUninitialisedObject);
 
-    auto box = solid();
+    auto box = std::make_unique<AcDb3dSolid>();
     ASSERT_EQ(box->createBox(1, 1, 1), Acad::eOk);
     ASSERT_EQ(brep.set(*box), AcBr::eOk);
     ASSERT_EQ(faces.setBrep(brep), AcBr::eOk);
