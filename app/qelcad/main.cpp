@@ -2,6 +2,7 @@
 #include "console.h"
 
 #include <arx/aced.h>
+#include <arx/brhost.h>
 #include <arx/edhost.h>
 #include <arx/rxregsvc.h>
 #include <win/presenter.h>
@@ -67,6 +68,8 @@ void startHost(const Options& o) {
     if (!o.transcript.empty() && !win::Transcript::instance().setFile(o.transcript))
         throw Failure{2, "cannot write the transcript " + o.transcript};
     qelhost::setModuleFolder(moduleFolder(o));
+    // The solid classes and the boundary walk are the host's own: modules find them at start.
+    qelhost::registerSolidClasses();
     qelhost::newDocument();
     for (const std::string& assignment : o.set) {
         const auto eq = assignment.find('=');

@@ -1,0 +1,12 @@
+// Host side of the solids: what the host does at its start so that modules find the solid
+// classes and the boundary walk. The module never includes this header.
+#pragma once
+
+namespace qelhost {
+
+// Enters AcDb3dSolid, AcDbRegion, AcDbSurface and the boundary walk's classes (AcBrEntity and
+// those derived from it, AcBrTraverser and its kinds) in "ClassDictionary" of the system
+// registry. Calling it again changes nothing.
+void registerSolidClasses();
+
+} // namespace qelhost
