@@ -62,6 +62,11 @@ protected:
         QelInCommand();
         return presenter;
     }
+    // The message with which the dialog refused these answers; empty when it took them.
+    std::wstring refusal(const std::string& answers) {
+        auto presenter = qelin(answers);
+        return presenter->failed() ? presenter->failures().front() : L"";
+    }
     std::string fileAnswer(const std::string& path) const {
         return "dialog 1001\n  file = " + path + "\n";
     }
@@ -113,14 +118,12 @@ TEST_F(ImportDialog, ScaleFactorsAreRefusedBelowTheLimitAndAboveTenThousand) {
     };
     fs::create_directories(m_folder / "logs");
     for (const auto& c : cases) {
-        auto presenter = qelin(fileAnswer(m_plain) + logAnswers() +
-                               "  units = User defined\n  scale = " + c.scale + "\n");
+        const std::wstring refused = refusal(fileAnswer(m_plain) + logAnswers() +
+                                             "  units = User defined\n  scale = " + c.scale + "\n");
         if (c.refusal) {
-            ASSERT_TRUE(presenter->failed()) << c.scale;
-            EXPECT_EQ(presenter->failures().front(),
-                      L"Import Options...: " + std::wstring(c.refusal));
+            EXPECT_EQ(refused, L"Import Options...: " + std::wstring(c.refusal)) << c.scale;
         } else {
-            EXPECT_FALSE(presenter->failed()) << c.scale;
+            EXPECT_EQ(refused, L"") << c.scale;
             EXPECT_EQ(QelDocData().importScale, std::stod(c.scale));
             EXPECT_EQ(number(L"ImportDwgUnits"), 9u);
         }
@@ -131,45 +134,31 @@ TEST_F(ImportDialog, ScaleFactorsAreRefusedBelowTheLimitAndAboveTenThousand) {
 }
 
 TEST_F(ImportDialog, FileNamesEmptyMissingAndWithoutTheirExtension) {
-    auto empty = qelin("dialog 1001\n  file = \n");
-    ASSERT_TRUE(empty->failed());
-    EXPECT_EQ(empty->failures().front(),
+    EXPECT_EQ(refusal("dialog 1001\n  file = \n"),
               L"Import Options...: Please enter a valid 'qel' filename.");
-
-    auto missing = qelin(fileAnswer((m_folder / "nothing").string()));
-    ASSERT_TRUE(missing->failed());
-    EXPECT_EQ(missing->failures().front(), L"Import Options...: Filename does not exist.");
-
+    EXPECT_EQ(refusal(fileAnswer((m_folder / "nothing").string())),
+              L"Import Options...: Filename does not exist.");
     fs::create_directories(m_folder / "logs");
-    auto bare = qelin(fileAnswer((m_folder / "plain").string()) + logAnswers());
-    EXPECT_FALSE(bare->failed()) << "plain + .qel exists";
+    EXPECT_EQ(refusal(fileAnswer((m_folder / "plain").string()) + logAnswers()), L"")
+        << "plain + .qel exists";
     EXPECT_EQ(text(L"LastOpenDir"), CString(m_plain.c_str()));
 }
 
 TEST_F(ImportDialog, UnitsPutTheirFactorInTheScaleBoxAndOnlyUserDefinedOpensIt) {
-    auto presenter = qelin(fileAnswer(m_plain) + "  units = Feet   (US Survey)\n  scale = 2\n");
-    ASSERT_TRUE(presenter->failed());
-    EXPECT_EQ(presenter->failures().front(), L"Import Options...: Scale Factor (1024) is disabled");
-
+    EXPECT_EQ(refusal(fileAnswer(m_plain) + "  units = Feet   (US Survey)\n  scale = 2\n"),
+              L"Import Options...: Scale Factor (1024) is disabled");
     fs::create_directories(m_folder / "logs");
-    auto survey = qelin(fileAnswer(m_plain) + logAnswers() + "  units = Feet   (US Survey)\n");
-    EXPECT_FALSE(survey->failed()) << (survey->failed() ? survey->failures().front() : L"");
+    EXPECT_EQ(refusal(fileAnswer(m_plain) + logAnswers() + "  units = Feet   (US Survey)\n"), L"");
     EXPECT_EQ(QelDocData().importScale, 3.280833333) << "the factor as the box shows it";
     EXPECT_EQ(number(L"ImportDwgUnits"), 7u);
 }
 
 TEST_F(ImportDialog, LogFoldersWithBadCharactersOrRefusedCreationStayInTheDialog) {
-    auto bad = qelin(fileAnswer(m_plain) + "  default-path = off\n  log-folder = /tmp/a|b\n");
-    ASSERT_TRUE(bad->failed());
-    EXPECT_EQ(bad->failures().front(),
+    EXPECT_EQ(refusal(fileAnswer(m_plain) + "  default-path = off\n  log-folder = /tmp/a|b\n"),
               L"Import Options...: The path for the log file has invalid chars.");
-
-    auto declined = qelin(fileAnswer(m_plain) + logAnswers() + "  ok\nbox no\n");
-    ASSERT_TRUE(declined->failed());
+    EXPECT_NE(refusal(fileAnswer(m_plain) + logAnswers() + "  ok\nbox no\n"), L"");
     EXPECT_FALSE(fs::exists(m_folder / "logs")) << "No: nothing made, the dialog stays";
-
-    auto accepted = qelin(fileAnswer(m_plain) + logAnswers() + "  ok\nbox yes\n");
-    EXPECT_FALSE(accepted->failed());
+    EXPECT_EQ(refusal(fileAnswer(m_plain) + logAnswers() + "  ok\nbox yes\n"), L"");
     EXPECT_TRUE(fs::is_directory(m_folder / "logs"));
     EXPECT_TRUE(fs::exists(logFile())) << "the import's log went there";
     EXPECT_FALSE(fs::exists(m_folder / "logs" / "~0000001.tmp")) << "the probe is gone";
@@ -177,9 +166,9 @@ TEST_F(ImportDialog, LogFoldersWithBadCharactersOrRefusedCreationStayInTheDialog
 
 TEST_F(ImportDialog, TicksAreRememberedExceptSuppressHiddenClasses) {
     fs::create_directories(m_folder / "logs");
-    auto first = qelin(fileAnswer(m_plant) + logAnswers() +
-                       "  points = on\n  layer-colour-override = on\n  suppress-hidden = on\n");
-    ASSERT_FALSE(first->failed());
+    ASSERT_EQ(refusal(fileAnswer(m_plant) + logAnswers() +
+                      "  points = on\n  layer-colour-override = on\n  suppress-hidden = on\n"),
+              L"");
     EXPECT_EQ(number(L"CheckBoxesState"), 1u | 2u) << "bit 4 is never written";
     EXPECT_EQ(QelDocData().suppressHiddenClasses, 1);
     ASSERT_EQ(QelDocData().hiddenClasses.GetCount(), 1u) << "Pointset isn't in the table";
@@ -187,25 +176,21 @@ TEST_F(ImportDialog, TicksAreRememberedExceptSuppressHiddenClasses) {
 
     // Bit 4 set by hand ticks the box at start; the next OK clears it.
     WriteNumber(QEL_SETTINGS_KEY, L"CheckBoxesState", 1u | 4u);
-    auto second = qelin(fileAnswer(m_plant) + logAnswers());
-    ASSERT_FALSE(second->failed());
+    ASSERT_EQ(refusal(fileAnswer(m_plant) + logAnswers()), L"");
     EXPECT_EQ(QelDocData().importPoints, 1);
     EXPECT_EQ(QelDocData().suppressHiddenClasses, 1);
     EXPECT_EQ(number(L"CheckBoxesState"), 1u);
 }
 
 TEST_F(ImportDialog, AFileWithoutHiddenClassesKeepsTheirBoxDisabled) {
-    auto presenter = qelin(fileAnswer(m_plain) + "  suppress-hidden = on\n");
-    ASSERT_TRUE(presenter->failed());
-    EXPECT_EQ(presenter->failures().front(),
+    EXPECT_EQ(refusal(fileAnswer(m_plain) + "  suppress-hidden = on\n"),
               L"Import Options...: Suppress hidden classes (1035) is disabled");
 }
 
 TEST_F(ImportDialog, TheFirstRunMakesTheKeyAndEnglishMeasureStartsInInches) {
     qelhost::setSystemVariable(L"MEASUREINIT", L"0", false);
     ASSERT_FALSE(KeyExists(QEL_SETTINGS_KEY));
-    auto presenter = qelin("dialog 1001\n  file = " + m_plain + "\n  log = off\n");
-    ASSERT_FALSE(presenter->failed());
+    ASSERT_EQ(refusal("dialog 1001\n  file = " + m_plain + "\n  log = off\n"), L"");
     EXPECT_EQ(number(L"ImportDwgUnits"), 3u);
     EXPECT_EQ(QelDocData().importScale, 39.37007);
     EXPECT_EQ(text(L"LastOpenDir"), CString(m_plain.c_str()));

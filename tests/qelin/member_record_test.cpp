@@ -12,21 +12,6 @@ namespace {
 
 class MemberRecords : public HostTest {
 protected:
-    // A line in model space, closed as the creators leave their entities before they tag them.
-    AcDbLine* appendLine() {
-        AcDbDatabase* db = acdbHostApplicationServices()->workingDatabase();
-        AcDbBlockTable* table = nullptr;
-        EXPECT_EQ(db->getBlockTable(table, AcDb::kForRead), Acad::eOk);
-        AcDbBlockTableRecord* space = nullptr;
-        EXPECT_EQ(table->getAt(ACDB_MODEL_SPACE, space, AcDb::kForWrite), Acad::eOk);
-        table->close();
-        AcDbObjectId id;
-        auto* line = new AcDbLine(AcGePoint3d(0, 0, 0), AcGePoint3d(1, 0, 0));
-        EXPECT_EQ(space->appendAcDbEntity(id, line), Acad::eOk);
-        line->close();
-        space->close();
-        return line;
-    }
     void tagged(const QelMemberRecord& record, ads_name name) {
         AcDbLine* line = appendLine();
         QelMemberRecord copy = record;
