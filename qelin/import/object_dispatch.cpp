@@ -29,7 +29,7 @@ std::wstring NarrowAsWide(const char* name) {
     std::wstring garbled;
     for (std::size_t i = 0; i < count; i += 2) {
         const wchar_t unit = wchar_t(bytes[i] | (i + 1 < count ? bytes[i + 1] << 8 : 0));
-        if (unit >= 0xD800 && unit < 0xE000) break; // no whole character: the host stops too
+        if (unit >= 0xD800 && unit < 0xE000) break; // half of a pair: the name ends here
         garbled += unit;
     }
     return garbled;
@@ -37,7 +37,7 @@ std::wstring NarrowAsWide(const char* name) {
 
 } // namespace
 
-const QelObjectNameRow QelObjectNameTable[QelObjectNameRowCount] = {
+QelObjectNameRow QelObjectNameTable[QelObjectNameRowCount] = {
     {"Line3d", Later, 0},                  // 0
     {"CircularArc3d", Later, 0},           // 1
     {"EllipticArc3d", Later, 0},           // 2

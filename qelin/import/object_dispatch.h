@@ -19,7 +19,8 @@ struct QelObjectNameRow {
 };
 
 inline constexpr int QelObjectNameRowCount = 31;
-extern const QelObjectNameRow QelObjectNameTable[QelObjectNameRowCount];
+// Not const: the creators take their rows as they come into the build.
+extern QelObjectNameRow QelObjectNameTable[QelObjectNameRowCount];
 
 // Classes that are known and make nothing.
 int QelCreateNothing(QelObject* object, void* parent, int rowArgument, unsigned char asAcisSolids,
