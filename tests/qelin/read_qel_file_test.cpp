@@ -160,6 +160,18 @@ TEST_F(ImportTest, MissingListsAreNotedAndTheReadGoesOn) {
     EXPECT_EQ(errorCount(), 0u);
 }
 
+TEST_F(ImportTest, AReferenceBeyondTheFileCostsOneErrorAndTheWalkGoesOn) {
+    answer("");
+    FileSpec spec;
+    spec.objects = {object("Cylinder"), object("Sphere")};
+    spec.layers = {{R"("Piping")", "[0, 500, 1]", ""}};
+    run(spec);
+    EXPECT_EQ(errorCount(), 1u);
+    EXPECT_TRUE(has(logText(), "\n  Processing Qel ref # 500 \nUnable to read qel object."));
+    EXPECT_TRUE(has(printed(), L"Sphere objects are not imported"));
+    EXPECT_TRUE(has(logText(), "\n Removing temporary  layers"));
+}
+
 TEST_F(ImportTest, AFileWithoutHeaderOrThatCannotBeReadEndsBeforeAnyLayer) {
     answer("");
     FileSpec spec = plantWithOddLayers();
