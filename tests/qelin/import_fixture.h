@@ -156,14 +156,16 @@ protected:
         record->close();
         return state;
     }
-    static std::vector<std::wstring> layerNames() {
+    // The names of a symbol table of the working database, in order.
+    template <typename Table>
+    static std::vector<std::wstring> recordNames() {
         std::vector<std::wstring> names;
-        AcDbLayerTable* table = nullptr;
-        acdbHostApplicationServices()->workingDatabase()->getLayerTable(table);
-        AcDbLayerTableIterator* it = nullptr;
+        Table* table = nullptr;
+        acdbHostApplicationServices()->workingDatabase()->getSymbolTable(table, AcDb::kForRead);
+        typename Table::Iterator* it = nullptr;
         table->newIterator(it);
         for (; !it->done(); it->step()) {
-            AcDbLayerTableRecord* record = nullptr;
+            AcDbSymbolTableRecord* record = nullptr;
             it->getRecord(record);
             names.push_back(record->name());
             record->close();
@@ -172,22 +174,7 @@ protected:
         table->close();
         return names;
     }
-    static std::vector<std::wstring> ucsNames() {
-        std::vector<std::wstring> names;
-        AcDbUCSTable* table = nullptr;
-        acdbHostApplicationServices()->workingDatabase()->getUCSTable(table);
-        AcDbUCSTableIterator* it = nullptr;
-        table->newIterator(it);
-        for (; !it->done(); it->step()) {
-            AcDbUCSTableRecord* record = nullptr;
-            it->getRecord(record);
-            names.push_back(record->name());
-            record->close();
-        }
-        delete it;
-        table->close();
-        return names;
-    }
+    static std::vector<std::wstring> ucsNames() { return recordNames<AcDbUCSTable>(); }
     static std::wstring currentLayer() {
         resbuf rb{};
         acedGetVar(L"CLAYER", &rb);

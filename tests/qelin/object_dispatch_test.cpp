@@ -1,6 +1,7 @@
 // The dispatcher on single objects: the lookup, unknown classes, and a creator that fails.
 #include "import/object_dispatch.h"
 #include "import_fixture.h"
+#include "objectfile/catalogue.h"
 
 namespace {
 
@@ -31,6 +32,19 @@ protected:
     QelCreator m_saved = QelObjectNameTable[kSphereRow].creator;
     QelJob m_job;
 };
+
+TEST(DispatchTable, EveryRowIsAClassOfTheCatalogueWithArgumentZero) {
+    for (const QelObjectNameRow& row : QelObjectNameTable) {
+        EXPECT_NE(QelFindClass(row.className), nullptr) << row.className;
+        EXPECT_EQ(row.argument, 0) << row.className;
+        EXPECT_NE(row.creator, nullptr) << row.className;
+    }
+    // The five structure classes make nothing; the rest wait for their creators.
+    int nothing = 0;
+    for (const QelObjectNameRow& row : QelObjectNameTable)
+        nothing += row.creator == QelCreateNothing;
+    EXPECT_EQ(nothing, 5);
+}
 
 TEST_F(DispatchTest, ClassesAreFoundWithoutRegardToCase) {
     answer("");
