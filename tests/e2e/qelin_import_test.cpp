@@ -48,10 +48,11 @@ protected:
         text << in.rdbuf();
         return text.str();
     }
-    // qelcad on build/bin, where the module lies, in the test's folder; stdout and stderr.
-    Outcome qelcad(const std::string& arguments) {
-        const std::string command =
-            "cd " + dir.string() + " && " + QELCAD + " " + arguments + " < /dev/null 2>&1";
+    // qelcad on build/bin, where the module lies, in the test's folder, with the given input;
+    // stdout and stderr.
+    Outcome qelcad(const std::string& arguments, const std::string& input = "") {
+        const std::string command = "cd " + dir.string() + " && " + QELCAD + " " + arguments +
+                                    " < " + write("stdin.txt", input) + " 2>&1";
         Outcome run;
         FILE* pipe = popen(command.c_str(), "r");
         if (!pipe) return run;
@@ -192,4 +193,34 @@ TEST_F(QelinEndToEnd, ContradictingOptionsAndDrawingsToOpenStopBeforeAnything) {
     EXPECT_TRUE(has(into.out, "opening drawings (--into) is not in this build")) << into.out;
     EXPECT_FALSE(has(into.out, "Loading Velmora")) << "the host didn't start";
     EXPECT_FALSE(KeyExists(QEL_SETTINGS_KEY));
+}
+
+TEST_F(QelinEndToEnd, APersonAtTheTerminalIsToldWhatTheDialogRefusesAndAskedAgain) {
+    const std::string input = "No\n" // the companion's error: don't suppress
+                              "QELIN\n"
+                              "file = " +
+                              plant +
+                              "\n"
+                              "units = User defined\n"
+                              "scale = 0.000005\n"
+                              "OK\n"
+                              "\n" // the message box
+                              "scale = 2\n"
+                              "log = off\n"
+                              "OK\n"
+                              "OK\n" // the coordinate-system dialog as it opens
+                              "QUIT\n";
+    const Outcome run = qelcad("shell", input);
+    EXPECT_EQ(run.status, 0) << run.out;
+    const auto refused = run.out.find("Please enter a value greater than '0.000001'");
+    const auto again = run.out.find("Scale Factor: [2]");
+    const auto read = run.out.find("Reading Qel file... " + plant);
+    ASSERT_NE(refused, std::string::npos) << run.out;
+    ASSERT_NE(again, std::string::npos) << run.out;
+    ASSERT_NE(read, std::string::npos) << run.out;
+    EXPECT_LT(refused, again);
+    EXPECT_LT(again, read) << "the import starts after the second OK";
+    EXPECT_TRUE(has(run.out, "Browse for *.qel file to import")) << "tips are shown";
+    EXPECT_EQ(number(L"ImportDwgUnits"), 9u);
+    EXPECT_EQ(number(L"CreateLog"), 0u);
 }
