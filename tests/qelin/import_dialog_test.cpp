@@ -228,3 +228,18 @@ TEST_F(ImportDialog, ToolTipsSitOnTheirControls) {
                                 {1030, L"Browse for *.qel file to import"},
                             }));
 }
+
+TEST_F(ImportDialog, ABrowsedFileIsScannedAndRememberedAtOnce) {
+    ASSERT_TRUE(CreateString(QEL_SETTINGS_KEY, L"", L""));
+    fs::create_directories(m_folder / "logs");
+    EXPECT_EQ(refusal("dialog 1001\n  press browse\n  suppress-hidden = on\n" + logAnswers() +
+                      "  ok\nfile " + m_plant + "\n"),
+              L"")
+        << "the scan of the chosen file enables the box";
+    EXPECT_EQ(text(L"LastOpenDir"), CString(m_plant.c_str()));
+    EXPECT_EQ(QelDocData().suppressHiddenClasses, 1);
+
+    EXPECT_EQ(refusal("dialog 1001\n  press browse\n" + logAnswers() + "  ok\nfile cancel\n"), L"")
+        << "the dialog opens with the remembered file and a cancelled browse keeps it";
+    EXPECT_EQ(text(L"LastOpenDir"), CString(m_plant.c_str()));
+}
