@@ -195,6 +195,10 @@ int importCommand(const Options& o) {
         stopHost();
         throw Failure{1, reason};
     }
+    // An answer no dialog or box asked for (--cs for a file without a choice, say) is told.
+    if (presenter->pending() != 0)
+        std::cerr << "qelcad: " << presenter->pending()
+                  << " answer(s) were not asked for and went unused\n";
     std::cout << "\n";
     qelcad::printDrawingSummary(std::cout);
     try {
