@@ -4,6 +4,7 @@
 #include "import/run_import.h"
 
 #include <qel/qel_json.h>
+#include <win/strings.h>
 
 using qelintest::HostTest;
 
@@ -16,6 +17,14 @@ const char* kModel = R"({ "format": "qel-json-1", "objects": [
     { "class": "LayerMgr", "params": [["layerList", "uint[]", [3]]] },
     { "class": "Layer", "params": [["name", "string", "Pipes"], ["objectList", "uint[]", [4]]] },
     { "class": "Header", "params": [] } ] })";
+
+// The same layer listing a number the file doesn't have: one error.
+const char* kBrokenModel = R"({ "format": "qel-json-1", "objects": [
+    { "class": "Header", "params": [["rootLocation", "uint", 1]] },
+    { "class": "ModelSpace", "params": [["objectList", "uint[]", [99]], ["layerMgr", "uint", 2]] },
+    { "class": "LayerMgr", "params": [["layerList", "uint[]", [3]]] },
+    { "class": "Layer", "params": [["name", "string", "Pipes"], ["objectList", "uint[]", [99]]] }
+    ] })";
 
 class ImportRun : public HostTest {
 protected:
@@ -80,4 +89,21 @@ TEST_F(ImportRun, AMissingFileEndsTheRunWithTheOpenMessageOnly) {
     EXPECT_EQ(boxes(), std::vector<std::wstring>{L"ERROR: All or part of the path is invalid.|48"});
     EXPECT_EQ(number(L"ImportErrorCount"), 9u) << "nothing was reset";
     EXPECT_FALSE(std::filesystem::exists(logPath()));
+}
+
+TEST_F(ImportRun, ATotalOfErrorsEndsTheLogAndIsShownInAPlainBox) {
+    qeljson::build(kBrokenModel, "broken", m_file.string());
+    QelDocData().importOptionsValid = 1;
+    answer("box no\n");
+    QelJob job;
+    RunImport(job);
+    const std::wstring total = L"\n\n Total Errors Processing Objects: 1\n\n";
+    const auto shown = boxes();
+    ASSERT_EQ(shown.size(), 2u);
+    EXPECT_EQ(shown[0], L"\nUnable to read qel object.\n\nSuppress all non-critical error "
+                        L"messages?|36");
+    EXPECT_EQ(shown[1], total + L"|0") << "no icon";
+    const std::string log = logText();
+    ASSERT_GT(log.size(), total.size());
+    EXPECT_EQ(log.substr(log.size() - total.size()), win::toUtf8(total));
 }
