@@ -1,5 +1,6 @@
 // The import driver through the host with scripted answers: layers, their state and names, the
 // objects dispatched once each, the ways a read stops, and the host's state afterwards.
+#include "import/layer_import.h"
 #include "import_fixture.h"
 
 #include <arx/edhost.h>
@@ -101,6 +102,35 @@ TEST_F(ImportTest, LayersAreMadeWithTheirColoursNamesAndViewState) {
     resbuf osmode{};
     acedGetVar(L"OSMODE", &osmode);
     EXPECT_EQ(osmode.resval.rint, 7);
+}
+
+TEST_F(ImportTest, ExistingLayersMergeAndKeepTheirColourTheTempNameIsPurged) {
+    answer("");
+    ASSERT_TRUE(QelCreateLayer(L"Pipe_A", 1, 2, 3));
+    FileSpec spec;
+    spec.objects = {object("Cylinder")};
+    // The temporary name is taken as any other; not being the last, it isn't current at the end.
+    spec.layers = {{R"("z_VelmoraTemp_Layer")", "", ""}, {R"("Pipe,A")", "[0]", "[200, 200, 200]"}};
+    // The second layer takes its objects in the layer's colour.
+    spec.overrides = "[0, 2]";
+    QelDocData().useLayerColourOverride = 1;
+    run(spec);
+    const auto merged = layer(L"Pipe_A");
+    ASSERT_TRUE(merged);
+    EXPECT_EQ(merged->red + merged->green + merged->blue, 6u);
+    EXPECT_TRUE(
+        has(logText(), "\n Changing layer name to: Pipe_A\n New layer: [Pipe_A] Already exists."));
+    EXPECT_TRUE(has(logText(), "\n\n Creating new layer: [z_VelmoraTemp_Layer]"));
+    EXPECT_FALSE(layer(L"z_VelmoraTemp_Layer"));
+    EXPECT_EQ(QelDocData().layerColourFlag, 1);
+    // The flag is each layer's own, and needs the user's choice.
+    spec.overrides = "[2, 0]";
+    run(build(spec.json(), "two.qel"));
+    EXPECT_EQ(QelDocData().layerColourFlag, 0);
+    spec.overrides = "[0, 2]";
+    QelDocData().useLayerColourOverride = 0;
+    run(build(spec.json(), "three.qel"));
+    EXPECT_EQ(QelDocData().layerColourFlag, 0);
 }
 
 TEST_F(ImportTest, HiddenClassesAreFilteredByTheirNumbersAgainstTheRows) {
