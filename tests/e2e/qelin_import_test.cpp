@@ -161,9 +161,11 @@ TEST_F(QelinEndToEnd, ImportRunsAndSaysThatSavingIsNotInThisBuild) {
     const Outcome run = qelcad("import " + plant + " -o out.dxf --units 2 --points --log-dir " +
                                (dir / "logs").string());
     EXPECT_EQ(run.status, 3) << run.out;
-    EXPECT_TRUE(has(run.out, "Layers (")) << run.out;
+    EXPECT_TRUE(has(run.out, "\nLayers (4):\n  0  colour 7\n  Piping  colour 152\n  Equipment  "
+                             "colour 95\n  Steel  colour 22  off\n"))
+        << run.out;
     EXPECT_TRUE(has(run.out, "Entities in model space (")) << run.out;
-    EXPECT_TRUE(has(run.out, "Named UCSs (")) << run.out;
+    EXPECT_TRUE(has(run.out, "\nNamed UCSs (2): North Plant Pump Skid\n")) << run.out;
     EXPECT_TRUE(has(run.out, "qelcad: saving drawings is not in this build")) << run.out;
     EXPECT_EQ(number(L"ImportDwgUnits"), 2u);
     EXPECT_EQ(number(L"CheckBoxesState"), 1u);
