@@ -11,6 +11,7 @@
 #include <qel/qel_json.h>
 #include <win/presenter.h>
 #include <win/scripted.h>
+#include <win/strings.h>
 
 #include <gtest/gtest.h>
 
@@ -242,4 +243,24 @@ TEST_F(ImportDialog, ABrowsedFileIsScannedAndRememberedAtOnce) {
     EXPECT_EQ(refusal("dialog 1001\n  press browse\n" + logAnswers() + "  ok\nfile cancel\n"), L"")
         << "the dialog opens with the remembered file and a cancelled browse keeps it";
     EXPECT_EQ(text(L"LastOpenDir"), CString(m_plant.c_str()));
+}
+
+TEST_F(ImportDialog, TheScriptFormLocksTheFileAndSkipsTheScan) {
+    ASSERT_TRUE(CreateString(QEL_SETTINGS_KEY, L"", L""));
+    auto qelina = [&](const std::string& answers) {
+        auto presenter = std::make_shared<win::ScriptedPresenter>();
+        std::string error;
+        EXPECT_TRUE(presenter->parse(answers, error)) << error;
+        win::setPresenter(presenter);
+        qelhost::setInput(std::make_shared<qelhost::ScriptInput>(win::fromUtf8(m_plant)));
+        QelInaCommand();
+        return presenter->failed() ? presenter->failures().front() : L"";
+    };
+    EXPECT_EQ(qelina("dialog 1001\n  file = " + m_plain + "\n"),
+              L"Import Options...: Import File Name (1000) is disabled");
+    EXPECT_EQ(text(L"LastOpenDir"), CString(m_plant.c_str())) << "the answer at the prompt";
+    EXPECT_EQ(qelina("dialog 1001\n  suppress-hidden = on\n"),
+              L"Import Options...: Suppress hidden classes (1035) is disabled")
+        << "the file has hidden classes, but the scan doesn't run";
+    EXPECT_EQ(QelDocData().scriptMode, 1);
 }
