@@ -4,6 +4,7 @@
 #include "foundation/state_guards.h"
 #include "foundation/string_ring.h"
 #include "foundation/units.h"
+#include "objectfile/param_read.h"
 #include "shell/doc_data.h"
 
 #include <arx/aced.h>
@@ -31,13 +32,6 @@ const win::DialogResource coordTemplate({
         {win::ControlKind::PushButton, IDCANCEL, L"Cancel", 130, 35, 50, 14},
     },
 });
-
-struct Unref {
-    void operator()(QelObject* o) const {
-        if (o) o->UnRef();
-    }
-};
-using Ref = std::unique_ptr<QelObject, Unref>;
 
 QelObject* nestedObject(QelObject* object, const char* name) {
     QelParam* param = object ? object->GetParam(name, 0) : nullptr;
@@ -134,7 +128,7 @@ void CCoordSystemMgr::OnSelect() {
     CDocData& doc = QelDocData();
     std::copy_n(entry.rotation, 4, doc.selectedRotation);
     std::copy_n(entry.translation, 3, doc.selectedTranslation);
-    Ref coordSysMgr(reader ? reader->ReadObject("CoordSysMgr", 0) : nullptr);
+    QelObjectRef coordSysMgr(reader ? reader->ReadObject("CoordSysMgr", 0) : nullptr);
     if (coordSysMgr) loadSavedCoordinateSystems(coordSysMgr.get());
     EndDialog(1);
 }
@@ -152,10 +146,10 @@ int CCoordSystemMgr::selectCoordinateSystem(QelReader* fileReader, double transl
     QelUcsWorld();
 
     CoordSystemEntry current;
-    Ref view(reader ? reader->ReadObject("ModelSpaceView", 0) : nullptr);
+    QelObjectRef view(reader ? reader->ReadObject("ModelSpaceView", 0) : nullptr);
     if (view) {
         readTransformation(nestedObject(view.get(), "currCoordSys"), current);
-        Ref coordSysMgr(reader->ReadObject("CoordSysMgr", 0));
+        QelObjectRef coordSysMgr(reader->ReadObject("CoordSysMgr", 0));
         if (coordSysMgr) {
             QelLogAppend(L"\n Loading Saved Coordinate Systems Into AutoCAD.");
             QelObject* list = nestedObject(coordSysMgr.get(), "coordSysList");
@@ -174,7 +168,7 @@ int CCoordSystemMgr::selectCoordinateSystem(QelReader* fileReader, double transl
     }
     CoordSystemEntry fileDefault;
     {
-        Ref modelSpace(reader ? reader->ReadObject("ModelSpace", 0) : nullptr);
+        QelObjectRef modelSpace(reader ? reader->ReadObject("ModelSpace", 0) : nullptr);
         if (QelObject* defCoordSys = nestedObject(modelSpace.get(), "defCoordSys"))
             readTransformation(defCoordSys, fileDefault);
     }
@@ -234,7 +228,7 @@ void CCoordSystemMgr::loadSavedCoordinateSystems(QelObject* coordSysMgr) {
 
 void CCoordSystemMgr::restoreViewCoordinateSystem(QelReader* fileReader) {
     reader = fileReader;
-    Ref view(reader ? reader->ReadObject("ModelSpaceView", 0) : nullptr);
+    QelObjectRef view(reader ? reader->ReadObject("ModelSpaceView", 0) : nullptr);
     if (!view) return;
     QelObject* currCoordSys = nestedObject(view.get(), "currCoordSys");
     double r[4] = {0.0, 0.0, 1.0, 0.0}, t[3] = {0.0, 0.0, 0.0};

@@ -19,13 +19,6 @@
 
 namespace {
 
-struct Unref {
-    void operator()(QelObject* o) const {
-        if (o) o->UnRef();
-    }
-};
-using Ref = std::unique_ptr<QelObject, Unref>;
-
 // The host's state, saved as the read starts and put back on every way out.
 struct Guards {
     CAutoCADSettings settings;
@@ -67,7 +60,7 @@ public:
         QelLayerLoopState state;
         try {
             for (state.index = 0; state.index < layerList.GetCount(); ++state.index) {
-                Ref layer(m_reader.ReadObject(layerList[state.index]));
+                QelObjectRef layer(m_reader.ReadObject(layerList[state.index]));
                 if (!layer) {
                     QelReportError(L"\nUnable to read qel layer object.");
                     QelCountError();
@@ -143,7 +136,7 @@ private:
     QelJob& m_job;
     QelReader& m_reader;
     Guards& m_guards;
-    Ref m_inHand;
+    QelObjectRef m_inHand;
     std::set<unsigned> m_seen;
 };
 
@@ -169,7 +162,7 @@ void ReadQelFile(QelJob& job) {
     }
     // A reader that didn't open has nothing to give: every object is absent.
     auto readByName = [&reader](const char* className) {
-        return Ref(reader.IsOpen() ? reader.ReadObject(className, 0) : nullptr);
+        return QelObjectRef(reader.IsOpen() ? reader.ReadObject(className, 0) : nullptr);
     };
 
     Guards guards;
@@ -192,12 +185,12 @@ void ReadQelFile(QelJob& job) {
             std::copy_n(identity, 4, doc.selectedRotation);
         }
 
-        Ref header = readByName("Header");
+        QelObjectRef header = readByName("Header");
         if (!header) return QelReportError(L"\nUnable to read qel file Header.");
         unsigned rootLocation = 0;
         if (!QelReadUnsigned(header.get(), "rootLocation", rootLocation))
             return QelReportError(L"\nError reading root object.");
-        Ref modelSpace(reader.ReadObject(rootLocation));
+        QelObjectRef modelSpace(reader.ReadObject(rootLocation));
         if (!modelSpace) return QelReportError(L"\nUnable to read qel root object.");
 
         QelArray<unsigned> modelObjects;
@@ -208,13 +201,13 @@ void ReadQelFile(QelJob& job) {
         unsigned layerMgrLocation = 0;
         if (!QelReadUnsigned(modelSpace.get(), "layerMgr", layerMgrLocation))
             return QelReportError(L"\nError reading layer manager object");
-        Ref layerMgr(reader.ReadObject(layerMgrLocation));
+        QelObjectRef layerMgr(reader.ReadObject(layerMgrLocation));
         if (!layerMgr || !layerMgr->GetParam("layerList", 0))
             return QelReportError(L"\nError reading layer manager Layer List.");
         QelArray<unsigned> layerList; // an empty list walks no layer, the tidy-up runs all the same
         QelReadUnsignedArray(layerMgr.get(), "layerList", layerList);
 
-        Ref view = readByName("ModelSpaceView");
+        QelObjectRef view = readByName("ModelSpaceView");
         QelArray<unsigned> overrides;
         const bool hasOverrides =
             view && QelReadUnsignedArray(view.get(), "layerOverrides", overrides);

@@ -8,6 +8,16 @@
 #include <qel/qel.h>
 #include <win/win.h>
 
+#include <memory>
+
+// An object that came from ReadObject or Create, released with UnRef when its handling ends.
+struct QelUnref {
+    void operator()(QelObject* object) const {
+        if (object) object->UnRef();
+    }
+};
+using QelObjectRef = std::unique_ptr<QelObject, QelUnref>;
+
 // A string param, turned wide.
 bool QelReadString(QelObject* object, const char* name, CString& out);
 // An unsigned param; a null object counts as absent.

@@ -2,17 +2,11 @@
 #include "import/object_dispatch.h"
 #include "import_fixture.h"
 #include "objectfile/catalogue.h"
+#include "objectfile/param_read.h"
 
 namespace {
 
 using qelintest::ImportTest;
-
-struct Unref {
-    void operator()(QelObject* o) const {
-        if (o) o->UnRef();
-    }
-};
-using Ref = std::unique_ptr<QelObject, Unref>;
 
 int failingCreator(QelObject*, void*, int, unsigned char, unsigned, const CString*) {
     return 3;
@@ -25,7 +19,7 @@ protected:
         ImportTest::TearDown();
     }
     void dispatch(const char* className) {
-        Ref object(QelObject::Create(className));
+        QelObjectRef object(QelObject::Create(className));
         DispatchObject(m_job, object.get(), nullptr, 1, 7, &m_job.fileName);
     }
     static constexpr int kSphereRow = 12;

@@ -10,19 +10,14 @@
 
 namespace {
 
-struct Unref {
-    void operator()(QelObject* o) const {
-        if (o) o->UnRef();
-    }
-};
-using Ref = std::unique_ptr<QelObject, Unref>;
-
-Ref make(const std::string& params) {
-    return Ref(qeljson::objectFromJson(R"({"class": "Thing", "params": [)" + params + "]}", "t"));
+QelObjectRef make(const std::string& params) {
+    return QelObjectRef(
+        qeljson::objectFromJson(R"({"class": "Thing", "params": [)" + params + "]}", "t"));
 }
 
 TEST(ParamRead, AbsentAndWronglyTypedParamsLeaveTheOutputAlone) {
-    const Ref o = make(R"(["count", "uint", 7], ["flag", "int", 1], ["order", "bool", true],
+    const QelObjectRef o =
+        make(R"(["count", "uint", 7], ["flag", "int", 1], ["order", "bool", true],
                           ["name", "string", "Pipe A"], ["point", "float[]", [1, 2, 3]])");
     unsigned u = 99;
     int i = 99;
@@ -49,7 +44,7 @@ TEST(ParamRead, AbsentAndWronglyTypedParamsLeaveTheOutputAlone) {
 }
 
 TEST(ParamRead, ArraysAppendAndOnlyTheUnsignedOneMustHoldSomething) {
-    const Ref o = make(R"(["refs", "uint[]", [4, 5, 6]], ["none", "uint[]", []],
+    const QelObjectRef o = make(R"(["refs", "uint[]", [4, 5, 6]], ["none", "uint[]", []],
                           ["ints", "int[]", []], ["shorts", "short[]", [-3, 3]],
                           ["bytes", "byte[]", [1, 2, 3, 4]], ["point", "double[]", [1, 2]])");
     QelArray<unsigned> refs;

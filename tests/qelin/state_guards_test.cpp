@@ -1,6 +1,6 @@
 // The guards of the host's state: what they save and put back, and when they do it alone.
 #include "foundation/state_guards.h"
-#include "host_fixture.h"
+#include "import_fixture.h"
 
 #include <arx/aced.h>
 
@@ -10,23 +10,23 @@
 
 namespace {
 
-using qelintest::HostTest;
+using qelintest::ImportTest;
 
 std::vector<std::wstring> g_traces;
 void collect(const wchar_t* text) {
     g_traces.push_back(text);
 }
 
-class GuardTest : public HostTest {
+class GuardTest : public ImportTest {
 protected:
     void SetUp() override {
-        HostTest::SetUp();
+        ImportTest::SetUp();
         g_traces.clear();
         QelSetTraceSink(collect);
     }
     void TearDown() override {
         QelSetTraceSink(nullptr);
-        HostTest::TearDown();
+        ImportTest::TearDown();
     }
     static int shortVar(const wchar_t* name) {
         resbuf rb{};
@@ -37,13 +37,6 @@ protected:
         resbuf rb{};
         acedGetVar(name, &rb);
         return {rb.resval.rpoint[0], rb.resval.rpoint[1], rb.resval.rpoint[2]};
-    }
-    static std::wstring layerVar() {
-        resbuf rb{};
-        acedGetVar(L"CLAYER", &rb);
-        std::wstring name = rb.resval.rstring;
-        acutDelString(rb.resval.rstring);
-        return name;
     }
     static void makeLayer(const wchar_t* name) {
         acedCommand(RTSTR, L"_-layer", RTSTR, L"_M", RTSTR, name, RTSTR, L"", RTNONE);
@@ -85,7 +78,7 @@ TEST_F(GuardTest, LeavingTheScopeArmedRestoresWithATrace) {
         const ads_point origin = {5.0, 6.0, 7.0};
         QelUcsOrigin(origin);
     }
-    EXPECT_EQ(layerVar(), L"Work");
+    EXPECT_EQ(currentLayer(), L"Work");
     EXPECT_EQ(shortVar(L"CMDECHO"), 1);
     EXPECT_EQ(pointVar(L"UCSORG"), (std::vector<double>{0.0, 0.0, 0.0}));
     EXPECT_EQ(g_traces,
@@ -132,7 +125,7 @@ TEST_F(GuardTest, LayerSequences) {
     QelFreezeLayer(L"Steel");
     // Make current thaws it again.
     EXPECT_TRUE(QelSetCurrentLayer(L"Steel"));
-    EXPECT_EQ(layerVar(), L"Steel");
+    EXPECT_EQ(currentLayer(), L"Steel");
 }
 
 } // namespace
