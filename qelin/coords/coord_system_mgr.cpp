@@ -1,9 +1,9 @@
 #include "coords/coord_system_mgr.h"
 
+#include "foundation/document_units.h"
 #include "foundation/log_file.h"
 #include "foundation/state_guards.h"
 #include "foundation/string_ring.h"
-#include "foundation/units.h"
 #include "objectfile/param_read.h"
 #include "shell/doc_data.h"
 
@@ -42,9 +42,8 @@ QelObject* nestedObject(QelObject* object, const char* name) {
 }
 
 double toDrawing(double metres) {
-    const CDocData& doc = QelDocData();
     double out = metres;
-    QelUnitsToDrawing(metres, &out, doc.importUnitIndex, doc.importScale);
+    QelMetresToDrawing(metres, &out);
     return out;
 }
 

@@ -99,6 +99,19 @@ TEST_F(CoordSystemTest, AnUnsavedCurrentSystemComesLastAndAZeroSystemSharesTheMa
     EXPECT_EQ(choice.result, 2);
 }
 
+TEST_F(CoordSystemTest, LengthsAndTheAxisAreConvertedTheAngleIsNot) {
+    answer("dialog 1005\n  ok\n");
+    QelDocData().importUnitIndex = 1; // millimetres
+    FileSpec spec;
+    spec.currCoordSys = transformation("[0.01, 0.02, 0]", "[0, 0, 0.001, 0.5]");
+    choose(spec);
+    const CDocData& doc = QelDocData();
+    EXPECT_DOUBLE_EQ(doc.selectedTranslation[0], 10.0);
+    EXPECT_DOUBLE_EQ(doc.selectedTranslation[1], 20.0);
+    EXPECT_DOUBLE_EQ(doc.selectedRotation[2], 1.0); // the axis is scaled with the rest
+    EXPECT_EQ(doc.selectedRotation[3], 0.5);
+}
+
 TEST_F(CoordSystemTest, AnImportCancelledAtTheDialogChangesNothing) {
     answer("dialog 1005\n  cancel\n");
     FileSpec spec;
