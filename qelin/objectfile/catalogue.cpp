@@ -79,7 +79,7 @@ constexpr P kModelSpaceView[] = {
     {"upVecUse", Int, "", Wri, "", ""},        {"layerOverrides", UInts, "n", Opt, "", ""},
     {"viewpointMgr", UInt, "", Opt, "", ""},   {"hiddenClasses", String, "", Opt, "", ""},
 };
-constexpr P kCoordSysMgr[] = {{"coordSysList", Object, "", Req, "", ""}};
+constexpr P kCoordSysMgr[] = {{"coordSysList", Object, "", Opt, "no saved systems", ""}};
 
 // Geometry objects.
 constexpr P kLine3d[] = {
@@ -286,6 +286,10 @@ const QelClassSpec kClasses[] = {
     {"PipeBranch", false, kNone},
     // Sub-objects
     {"Transformation", false, kTransformation},
+    // Each param one system: its name, a Transformation.
+    {"CoordSysList", false, kNone},
+    // Each param one annotation: its name, an Int-, Dbl- or StrAnnotation.
+    {"Annotations", false, kNone},
     {"Appearance", false, kAppearance},
     {"VelmoraParam", false, kVelmoraParam},
     {"IntAnnotation", false, kAnnotationValue},
