@@ -38,9 +38,6 @@ private:
     win::DialogAnswer answer_;
 };
 
-constexpr UINT kImportOptions = 1001;
-constexpr UINT kCoordinateSystems = 1005;
-
 } // namespace
 
 std::vector<win::Answer> importAnswers(const ImportChoices& c, std::string& error) {
@@ -52,7 +49,7 @@ std::vector<win::Answer> importAnswers(const ImportChoices& c, std::string& erro
         error = "--log-dir and --no-log exclude each other";
         return {};
     }
-    DialogAnswers options(kImportOptions);
+    DialogAnswers options(kImportOptionsDialog);
     options.set(L"file", c.input);
     if (c.solids) options.tick(L"solids", true);
     if (c.blocks) options.tick(L"blocks", true);
@@ -72,7 +69,7 @@ std::vector<win::Answer> importAnswers(const ImportChoices& c, std::string& erro
     // The coordinate-system dialog, shown only when the file gives a choice.
     if (!c.coordinateSystem.empty())
         answers.emplace_back(
-            DialogAnswers(kCoordinateSystems).set(L"system", c.coordinateSystem).done());
+            DialogAnswers(kCoordinateSystemDialog).set(L"system", c.coordinateSystem).done());
     for (const std::string& box : c.boxes) {
         const std::optional<int> button = boxButton(box);
         if (!button) {
@@ -82,6 +79,21 @@ std::vector<win::Answer> importAnswers(const ImportChoices& c, std::string& erro
         answers.emplace_back(win::BoxAnswer{*button});
     }
     return answers;
+}
+
+std::string importCancellation(std::size_t mark) {
+    for (const win::Event& e : win::Transcript::instance().events(mark)) {
+        if (e.kind != win::EventKind::Dialog) continue;
+        const bool cancelled = e.what == L"closed" && e.answer == IDCANCEL;
+        if (cancelled && e.id == static_cast<int>(kImportOptionsDialog))
+            return "the import options dialog was cancelled: nothing was imported";
+        if (cancelled && e.id == static_cast<int>(kCoordinateSystemDialog))
+            return "the choice of coordinate system was cancelled: nothing was imported";
+        // The progress dialog's one button is Cancel.
+        if (e.what == L"pressed" && e.id == static_cast<int>(kImportProgressDialog))
+            return "the import was cancelled from its progress dialog";
+    }
+    return {};
 }
 
 } // namespace qelcad

@@ -10,6 +10,11 @@
 
 namespace qelcad {
 
+// The module's dialogs that an import shows.
+inline constexpr UINT kImportOptionsDialog = 1001;
+inline constexpr UINT kCoordinateSystemDialog = 1005;
+inline constexpr UINT kImportProgressDialog = 1008;
+
 struct ImportChoices {
     std::string input;                // the object file
     std::string units;                // a name of the unit list, or its index; empty: as stored
@@ -27,5 +32,9 @@ struct ImportChoices {
 // The answers of the scripted presenter for these choices, in order; empty with the reason in
 // error when the choices contradict each other.
 std::vector<win::Answer> importAnswers(const ImportChoices& choices, std::string& error);
+
+// Why the import didn't run to its end, from what its dialogs did since the mark of the
+// transcript: a cancelled dialog, or Cancel in the progress dialog. Empty when it ran through.
+std::string importCancellation(std::size_t mark);
 
 } // namespace qelcad

@@ -183,10 +183,13 @@ int importCommand(const Options& o) {
     qelhost::setInput(std::make_shared<qelhost::ScriptInput>(L""));
     startHost(o);
     win::Transcript::instance().print(L"\nCommand: QELIN\n");
+    const std::size_t mark = win::Transcript::instance().size();
     const int result = qelhost::runCommand(L"QELIN");
     std::string reason;
     if (presenter->failed())
         reason = win::toUtf8(presenter->failures().front());
+    else if (std::string cancelled = qelcad::importCancellation(mark); !cancelled.empty())
+        reason = cancelled;
     else if (result != RTNORM)
         reason = result == RTCAN ? "the import was cancelled"
                                  : "QELIN failed (is the module QelIn.arx in " +

@@ -226,3 +226,20 @@ TEST_F(QelinEndToEnd, APersonAtTheTerminalIsToldWhatTheDialogRefusesAndAskedAgai
     EXPECT_EQ(number(L"ImportDwgUnits"), 9u);
     EXPECT_EQ(number(L"CreateLog"), 0u);
 }
+
+TEST_F(QelinEndToEnd, ACancelledImportEndsWithStatusOneAndItsReason) {
+    const Outcome choice = qelcad("import " + plant + " -o out.dxf --no-log --answers " +
+                                  write("cs.txt", "dialog 1005\n  cancel\n"));
+    EXPECT_EQ(choice.status, 1) << choice.out;
+    EXPECT_TRUE(has(choice.out, "\n User cancelled, import stopped."));
+    EXPECT_TRUE(has(choice.out, "qelcad: the choice of coordinate system was cancelled: nothing "
+                                "was imported\n"));
+
+    const Outcome progress =
+        qelcad("import " + plant + " -o out.dxf --log-dir " + (dir / "logs").string() +
+               " --answers " + write("p.txt", "progress cancel 3\n"));
+    EXPECT_EQ(progress.status, 1) << progress.out;
+    EXPECT_TRUE(has(progress.out, "qelcad: the import was cancelled from its progress dialog\n"));
+    EXPECT_TRUE(has(read(dir / "logs" / "Drawing1.log"), "\n User canceled, import stopped.\n"));
+    EXPECT_FALSE(has(progress.out, "saving drawings")) << "a cancelled import isn't saved";
+}
