@@ -249,6 +249,26 @@ TEST_F(ImportTest, ADamagedListEndsTheWalkWithTheStateRestoredAndOneError) {
     EXPECT_EQ(currentLayer(), L"0");
 }
 
+TEST_F(ImportTest, AMistypedStructureParamIsToldAndCountedBeforeAnyLayer) {
+    answer("");
+    FileSpec spec;
+    spec.objects = {object("Cylinder")};
+    spec.layers = {{R"("Piping")", "[0]", ""}};
+    std::string json = spec.json();
+    const std::string from = R"(["rootLocation", "uint", 4])";
+    ASSERT_NE(json.find(from), std::string::npos) << json;
+    json.replace(json.find(from), from.size(), R"(["rootLocation", "string", "4"])");
+    qelhost::setSystemVariable(L"OSMODE", L"9", false);
+    run(build(json));
+    ASSERT_EQ(boxes().size(), 1u);
+    EXPECT_TRUE(has(boxes()[0], L"|48")) << boxes()[0];
+    EXPECT_EQ(errorCount(), 1u);
+    EXPECT_FALSE(layer(L"Piping"));
+    resbuf osmode{};
+    acedGetVar(L"OSMODE", &osmode);
+    EXPECT_EQ(osmode.resval.rint, 9);
+}
+
 TEST_F(ImportTest, CancelFromTheProgressDialogKeepsWhatWasMade) {
     FileSpec spec;
     spec.objects = {object("Cylinder"), object("Sphere"), object("Torus")};
