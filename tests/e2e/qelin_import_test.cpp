@@ -243,3 +243,17 @@ TEST_F(QelinEndToEnd, ACancelledImportEndsWithStatusOneAndItsReason) {
     EXPECT_TRUE(has(read(dir / "logs" / "Drawing1.log"), "\n User canceled, import stopped.\n"));
     EXPECT_FALSE(has(progress.out, "saving drawings")) << "a cancelled import isn't saved";
 }
+
+TEST_F(QelinEndToEnd, AMissingOrCorruptFileIsRefusedByTheDialogAndNothingIsStored) {
+    const Outcome missing = qelcad("import nothing.qel -o out.dxf --no-log");
+    EXPECT_EQ(missing.status, 1);
+    EXPECT_TRUE(has(missing.out, "qelcad: Import Options...: Filename does not exist.\n"))
+        << missing.out;
+    const std::string corrupt = write("corrupt.qel", "not an object file");
+    const Outcome bad = qelcad("import " + corrupt + " -o out.dxf --no-log");
+    EXPECT_EQ(bad.status, 1);
+    EXPECT_TRUE(
+        has(bad.out, "qelcad: Import Options...: '" + corrupt + "' is not a QEL object file\n"))
+        << bad.out;
+    EXPECT_FALSE(KeyExists(QEL_SETTINGS_KEY)) << "a refused dialog stores nothing";
+}
