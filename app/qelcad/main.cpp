@@ -1,5 +1,7 @@
 // qelcad: the host at the command line. Sub-commands are listed in one table below.
 #include "console.h"
+#include "drawing_summary.h"
+#include "import_answers.h"
 
 #include <arx/aced.h>
 #include <arx/brhost.h>
@@ -36,6 +38,10 @@ struct Options {
     std::string script;
     std::string answers;
     std::string save;
+    // import
+    qelcad::ImportChoices import;
+    std::string output;
+    std::string into;
 };
 
 // A failure that ends qelcad with a one-line reason and the given status.
@@ -153,6 +159,64 @@ int runCommand(const Options& o) {
     return 0;
 }
 
+// The one place where a drawing is written to disk. Drawing files arrive with the DXF writer;
+// until then the import's drawing stays in memory and the command says so.
+void saveDrawing(const std::string& path) {
+    throw Failure{3, "saving drawings is not in this build: the import ran, " + path +
+                         " was not written"};
+}
+
+// Imports an object file through the module's own dialogs, answered from the options.
+int importCommand(const Options& o) {
+    if (!o.into.empty())
+        throw Failure{2, "opening drawings (--into) is not in this build; start without one"};
+    std::string error;
+    // The dialog keeps the whole path in the settings, as a browse would give it.
+    qelcad::ImportChoices choices = o.import;
+    choices.input = fs::absolute(choices.input).string();
+    const std::vector<win::Answer> answers = qelcad::importAnswers(choices, error);
+    if (answers.empty()) throw Failure{2, error};
+    auto presenter = std::make_shared<win::ScriptedPresenter>();
+    for (const win::Answer& answer : answers)
+        presenter->add(answer);
+    if (!o.answers.empty() && !presenter->loadFile(o.answers, error))
+        throw Failure{2, o.answers + ": " + error};
+    win::setPresenter(presenter);
+    qelcad::showTranscript(std::cout, true);
+    qelhost::setInput(std::make_shared<qelhost::ScriptInput>(L""));
+    startHost(o);
+    win::Transcript::instance().print(L"\nCommand: QELIN\n");
+    const std::size_t mark = win::Transcript::instance().size();
+    const int result = qelhost::runCommand(L"QELIN");
+    std::string reason;
+    if (presenter->failed())
+        reason = win::toUtf8(presenter->failures().front());
+    else if (std::string cancelled = qelcad::importCancellation(mark); !cancelled.empty())
+        reason = cancelled;
+    else if (result != RTNORM)
+        reason = result == RTCAN ? "the import was cancelled"
+                                 : "QELIN failed (is the module QelIn.arx in " +
+                                       qelhost::moduleFolder().string() + "?)";
+    if (!reason.empty()) {
+        stopHost();
+        throw Failure{1, reason};
+    }
+    // An answer no dialog or box asked for (--cs for a file without a choice, say) is told.
+    if (presenter->pending() != 0)
+        std::cerr << "qelcad: " << presenter->pending()
+                  << " answer(s) were not asked for and went unused\n";
+    std::cout << "\n";
+    qelcad::printDrawingSummary(std::cout);
+    try {
+        saveDrawing(o.output);
+    } catch (const Failure&) {
+        stopHost();
+        throw;
+    }
+    stopHost();
+    return 0;
+}
+
 struct SubCommand {
     const char* name;
     const char* help;
@@ -185,6 +249,34 @@ const SubCommand kCommands[] = {
          app.add_option("--save", o.save, "Save the drawing to this file at the end");
      },
      runCommand},
+    {"import", "Import an object file through the module's dialogs and save the drawing",
+     [](CLI::App& app, Options& o) {
+         hostOptions(app, o);
+         qelcad::ImportChoices& c = o.import;
+         app.remove_option(app.get_option("drawing"));
+         app.add_option("input", c.input, "The object file (.qel) to import")->required();
+         app.add_option("-o,--output", o.output, "The drawing to write (.dxf)")->required();
+         app.add_option("--into", o.into, "Import into this drawing instead of a new one");
+         app.add_option("--units", c.units,
+                        "Drawing units: a name of the dialog's list or its index 0-9");
+         app.add_option("--scale", c.scale, "Scale factor (User defined units unless --units)");
+         app.add_flag("--blocks", c.blocks, "Import objects as blocks");
+         app.add_flag("--solids", c.solids, "Import objects as solids");
+         app.add_flag("--points", c.points, "Import point sets");
+         app.add_flag("--layer-colour-override", c.layerColourOverride,
+                      "Use the layer colour overrides of the file's view");
+         app.add_flag("--suppress-hidden", c.suppressHidden,
+                      "Leave out the classes the file's view hides");
+         app.add_option("--log-dir", c.logDir, "Folder of the log file (default: the drawing's)");
+         app.add_flag("--no-log", c.noLog, "Write no log file");
+         app.add_option("--cs", c.coordinateSystem,
+                        "Coordinate system of the file that becomes the world");
+         app.add_option("--box", c.boxes,
+                        "Answer for the next message box: ok, cancel, yes, no, ... (repeatable)")
+             ->allow_extra_args(false);
+         app.add_option("--answers", o.answers, "Further answers, in the format of run");
+     },
+     importCommand},
 };
 
 } // namespace

@@ -1,5 +1,7 @@
 #include "validate.h"
 
+#include "objectfile/catalogue.h"
+
 #include <qel/qel_types.h>
 
 #include <fmt/format.h>
@@ -61,8 +63,40 @@ private:
             std::unique_ptr<QelObject, Unref> o(m_reader.ReadObject(id));
             if (!o) return note(int(id), "cannot be read");
             m_classes[id] = o->GetName();
+            checkParams(int(id), *o, o->GetName());
         } catch (const QelException& e) {
             note(int(id), e.GetReason());
+        }
+    }
+
+    // Against the catalogue: every required param there, every known param of its type and
+    // element count; nested objects of known classes in turn. `where` names the object as the
+    // finding should ("Cylinder", "Cylinder \"pose\" Transformation").
+    void checkParams(int id, QelObject& o, const std::string& where) {
+        const QelClassSpec* cls = QelFindClass(o.GetName());
+        if (!cls) return;
+        for (const QelParamSpec& spec : cls->params)
+            if (spec.status == QelParamStatus::Required && !o.GetParam(spec.name, 0))
+                note(id, fmt::format("{} lacks the required \"{}\"", where, spec.name));
+        for (unsigned i = 0; i < o.GetParamCount(); ++i) {
+            QelParam* p = o.GetParam(i);
+            const QelParamSpec* spec = p ? QelFindParam(*cls, p->GetName()) : nullptr;
+            if (!spec) continue;
+            if (p->GetType() != spec->type) {
+                note(id, fmt::format("{} \"{}\" should be a {}, not a {}", where, spec->name,
+                                     QelTypeName(spec->type), QelTypeName(p->GetType())));
+                continue;
+            }
+            if (QelArrayElementSize(spec->type) && !QelCountFits(*spec, p->GetArraySize()))
+                note(id, fmt::format("{} \"{}\" holds {} values, not {}", where, spec->name,
+                                     p->GetArraySize(), spec->count));
+            if (spec->type == QelObjectType) {
+                QelObject* child = nullptr;
+                p->GetValue(child);
+                if (child)
+                    checkParams(id, *child,
+                                fmt::format("{} \"{}\" {}", where, spec->name, child->GetName()));
+            }
         }
     }
 
@@ -127,26 +161,8 @@ private:
             return; // already reported by readOne
         }
         if (!header) return note(-1, "the file has no Header object");
-        QelParam* root = header->GetParam("rootLocation", 0);
-        if (!root) return note(-1, "the Header has no \"rootLocation\"");
-        if (!numbers(*root)) return note(-1, "the Header's \"rootLocation\" is not a uint");
-        unsigned modelSpace;
-        root->GetValue(modelSpace);
-        if (modelSpace >= m_classes.size() ||
-            m_classes[modelSpace] != std::optional<std::string>("ModelSpace"))
-            return; // reported with the Header's references
-        std::unique_ptr<QelObject, Unref> ms(m_reader.ReadObject(modelSpace));
-        for (const char* required : {"objectList", "layerMgr"})
-            if (!ms->GetParam(required, 0))
-                note(int(modelSpace), fmt::format("ModelSpace has no \"{}\"", required));
-        QelParam* layerMgr = ms->GetParam("layerMgr", 0);
-        unsigned mgr = 0;
-        if (!layerMgr || layerMgr->GetType() != QelUIntType) return;
-        layerMgr->GetValue(mgr);
-        if (mgr >= m_classes.size() || m_classes[mgr] != std::optional<std::string>("LayerMgr"))
-            return;
-        std::unique_ptr<QelObject, Unref> lm(m_reader.ReadObject(mgr));
-        if (!lm->GetParam("layerList", 0)) note(int(mgr), "LayerMgr has no \"layerList\"");
+        // What the Header, the ModelSpace and the LayerMgr hold is checked with every object:
+        // their references above, their missing or mistyped params against the catalogue.
     }
 
     QelReader& m_reader;

@@ -9,9 +9,7 @@
 #include <cstdio>
 #include <string>
 
-namespace {
-
-CString stringVariable(const ACHAR* name) {
+CString QelGetStringVar(const wchar_t* name) {
     resbuf value{};
     value.restype = RTSTR;
     CString text;
@@ -21,6 +19,8 @@ CString stringVariable(const ACHAR* name) {
     }
     return text;
 }
+
+namespace {
 
 bool loggingOn() {
     return QelDocData().createLog == 1;
@@ -48,7 +48,7 @@ bool appendTo(LPCWSTR path, LPCWSTR text) {
 } // namespace
 
 bool QelLogFileName(CString& name) {
-    name = stringVariable(L"DWGNAME");
+    name = QelGetStringVar(L"DWGNAME");
     const int dot = name.ReverseFind(L'.');
     if (dot >= 0) name = name.Left(dot);
     name += L".log";
@@ -60,7 +60,7 @@ CString QelLogFilePath() {
     QelLogFileName(name);
     CString folder;
     if (!ReadString(QEL_SETTINGS_KEY, L"LogFilePath", folder) || folder == CString(L"default"))
-        folder = stringVariable(L"DWGPREFIX");
+        folder = QelGetStringVar(L"DWGPREFIX");
     return folder + name;
 }
 

@@ -5,6 +5,8 @@
 
 #include <win/win.h>
 
+// A text system variable of the host ("DWGPREFIX", "DWGNAME"); empty if it has none.
+CString QelGetStringVar(const wchar_t* name);
 // The drawing's name with its extension replaced by ".log". Always true.
 bool QelLogFileName(CString& name);
 // The whole path: the log folder of the settings (or the drawing's folder) joined to the name.

@@ -88,15 +88,19 @@ int CProgressDlg::SetStep(int step) {
 
 int CProgressDlg::SetPos(int pos) {
     PumpMessages();
-    const int old = m_Progress.SetPos(pos);
+    m_Progress.SetPos(pos);
+    const int old = m_nPos;
+    m_nPos = pos;
     UpdatePercent(pos);
     return old;
 }
 
 int CProgressDlg::StepIt() {
     PumpMessages();
-    const int old = m_Progress.StepIt();
-    UpdatePercent(old + m_nStep);
+    m_Progress.StepIt();
+    const int old = m_nPos;
+    m_nPos = old + m_nStep;
+    UpdatePercent(m_nPos);
     return old;
 }
 
@@ -121,9 +125,11 @@ void CProgressDlg::PumpMessages() {
         }
 }
 
-// "Progress [n%]": an integer percentage of the range; anything but 100 wraps modulo 100.
+// "Progress [n%]": an integer percentage of the range; anything but 100 wraps modulo 100. A
+// range of no width, which callers don't set, shows 0 rather than dividing by it.
 void CProgressDlg::UpdatePercent(int pos) {
-    int percent = (pos - m_nLower) * 100 / (m_nUpper - m_nLower);
+    const long long width = static_cast<long long>(m_nUpper) - m_nLower;
+    int percent = width == 0 ? 0 : static_cast<int>((pos - m_nLower) * 100LL / width);
     if (percent != 100) percent %= 100;
     CString title;
     title.Format(L"%s [%d%%]", L"Progress", percent);

@@ -40,6 +40,7 @@ private:
     int m_nLower = 0;
     int m_nUpper = 100;
     int m_nStep = 1;
+    int m_nPos = 0; // in full: the bar's own position is cut to 16 bits
     BOOL m_bCancel = FALSE;
     CWnd* m_pParentWnd = nullptr;
     BOOL m_bParentDisabled = FALSE;

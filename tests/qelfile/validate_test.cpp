@@ -59,7 +59,7 @@ TEST_F(Validate, AMissingHeaderOrListIsReported) {
     auto findings = check(sampleWith(R"("class": "Header")", R"("class": "Trailer")"));
     EXPECT_EQ(texts(findings), "-1: the file has no Header object\n");
     findings = check(sampleWith(R"(["layerMgr", "uint", 23],)", ""));
-    EXPECT_EQ(texts(findings), "26: ModelSpace has no \"layerMgr\"\n");
+    EXPECT_EQ(texts(findings), "26: ModelSpace lacks the required \"layerMgr\"\n");
     findings = check(sampleWith(R"(["rootLocation", "uint", 26])", R"(["rootLocation", "string", "26"])"));
     EXPECT_NE(texts(findings).find("should hold reference numbers (uint or uint[]), not a string"),
               std::string::npos)

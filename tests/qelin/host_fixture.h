@@ -6,6 +6,7 @@
 #include "support.h"
 
 #include <arx/aced.h>
+#include <arx/arx.h>
 #include <arx/edhost.h>
 #include <win/scripted.h>
 
@@ -40,6 +41,21 @@ protected:
         std::string error;
         ASSERT_TRUE(presenter->parse(answers, error)) << error;
         win::setPresenter(presenter);
+    }
+
+    // A line appended to model space and closed, as the creators leave their entities.
+    AcDbLine* appendLine() {
+        AcDbDatabase* db = acdbHostApplicationServices()->workingDatabase();
+        AcDbBlockTable* table = nullptr;
+        EXPECT_EQ(db->getBlockTable(table, AcDb::kForRead), Acad::eOk);
+        AcDbBlockTableRecord* space = nullptr;
+        EXPECT_EQ(table->getAt(ACDB_MODEL_SPACE, space, AcDb::kForWrite), Acad::eOk);
+        table->close();
+        auto* line = new AcDbLine(AcGePoint3d(0, 0, 0), AcGePoint3d(1, 0, 0));
+        EXPECT_EQ(space->appendAcDbEntity(line), Acad::eOk);
+        line->close(); // an appended entity stays open for its creator
+        space->close();
+        return line;
     }
 
     std::vector<std::wstring> boxes() const { return boxesSince(m_mark); }

@@ -52,6 +52,20 @@ TEST(ProgressDialog, TitleShowsTheIntegerPercentWrappingPastTheTop) {
     EXPECT_EQ(status, CString(L"Cylinder"));
 }
 
+TEST(ProgressDialog, TheTitleCountsInFullPastTheBarsSixteenBits) {
+    Answers user("");
+    CProgressDlg dialog;
+    ASSERT_TRUE(dialog.Create());
+    dialog.SetRange(0, 70000);
+    dialog.SetStep(1);
+    EXPECT_EQ(dialog.SetPos(34999), 0);
+    EXPECT_EQ(dialog.StepIt(), 34999);
+    EXPECT_EQ(titleOf(dialog), CString(L"Progress [50%]"));
+    dialog.SetRange(5, 5);
+    dialog.StepIt();
+    EXPECT_EQ(titleOf(dialog), CString(L"Progress [0%]")) << "an empty range divides by nothing";
+}
+
 TEST(ProgressDialog, CancelSetsTheFlagAndLeavesTheDialogUp) {
     Answers user("progress cancel 2\n");
     CProgressDlg dialog;

@@ -1,6 +1,10 @@
 // The unit table and its conversions, exact to the bit where the table says so.
+#include "foundation/document_units.h"
 #include "foundation/units.h"
+#include "shell/doc_data.h"
 #include "support.h"
+
+#include <arx/edhost.h>
 
 #include <gtest/gtest.h>
 
@@ -78,4 +82,22 @@ TEST(Units, InsertUnitCodes) {
     double out = 0;
     EXPECT_FALSE(QelConvertByInsertUnits(2.0, &out, 17));
     EXPECT_EQ(qelintest::boxesSince(mark).size(), 1u);
+}
+
+TEST(Units, TheDocumentsUnitsAndScalesDecide) {
+    qelhost::newDocument();
+    CDocData& record = QelDocData();
+    record.importUnitIndex = QelUserDefinedUnit;
+    record.importScale = 2.5;
+    record.exportUnitIndex = QelUserDefinedUnit;
+    record.exportScale = 2.5;
+    double out = 0.0;
+    EXPECT_TRUE(QelMetresToDrawing(4.0, &out));
+    EXPECT_EQ(out, 10.0) << "the import multiplies";
+    EXPECT_TRUE(QelDrawingToMetres(10.0, &out));
+    EXPECT_EQ(out, 4.0) << "the export divides";
+    record.importUnitIndex = 7;
+    EXPECT_TRUE(QelMetresToDrawing(1.0, &out));
+    EXPECT_EQ(out, 3.2808333333333333);
+    qelhost::closeDocument(acDocManagerPtr()->curDocument());
 }

@@ -12,18 +12,7 @@ class Records : public HostTest {
 protected:
     // A line appended to model space; its entity name.
     void addLine(ads_name name) {
-        AcDbDatabase* db = acdbHostApplicationServices()->workingDatabase();
-        AcDbBlockTable* table = nullptr;
-        ASSERT_EQ(db->getBlockTable(table, AcDb::kForRead), Acad::eOk);
-        AcDbBlockTableRecord* space = nullptr;
-        ASSERT_EQ(table->getAt(ACDB_MODEL_SPACE, space, AcDb::kForWrite), Acad::eOk);
-        table->close();
-        AcDbObjectId id;
-        auto* line = new AcDbLine(AcGePoint3d(0, 0, 0), AcGePoint3d(1, 0, 0));
-        ASSERT_EQ(space->appendAcDbEntity(id, line), Acad::eOk);
-        line->close(); // an appended entity stays open for its creator
-        space->close();
-        ASSERT_EQ(acdbGetAdsName(name, id), Acad::eOk);
+        ASSERT_EQ(acdbGetAdsName(name, appendLine()->objectId()), Acad::eOk);
     }
 
     static std::vector<std::wstring> texts(resbuf* chain) {

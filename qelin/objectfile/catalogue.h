@@ -1,0 +1,58 @@
+// The schema of the object file as the plug-in reads and writes it: every class, every param
+// with its type, whether it must be there, what stands in when it is absent, and its unit. The
+// importer's tables and the file checker are built on it.
+#pragma once
+
+#include <qel/qel.h>
+
+#include <span>
+
+enum class QelParamStatus {
+    Required,    // a missing param ends the object's creation
+    Optional,    // the default applies
+    Written,     // the export writes it, the import never reads it
+    Conditional, // required in some forms of the class only (the default column says when)
+};
+
+struct QelParamSpec {
+    const char* name;
+    QelParamType type;
+    // For arrays, the element count: "3", "4", "3n", "2n", "n" (any count); "" for scalars.
+    const char* count;
+    QelParamStatus status;
+    // The value or rule that stands in when the param is absent; "" when none.
+    const char* fallback;
+    // "m" for lengths, which are converted between metres and drawing units; "rad" for angles;
+    // "" for values used as they stand.
+    const char* unit;
+};
+
+struct QelClassSpec {
+    const char* name;
+    // A geometric class: it may carry "pose", "appearance" and "annotations".
+    bool geometric;
+    std::span<const QelParamSpec> params;
+};
+
+// Every class of the file, structure, geometry, grouping and sub-objects.
+std::span<const QelClassSpec> QelCatalogue();
+// The class of that name (exact match), or null.
+const QelClassSpec* QelFindClass(const char* className);
+// The param of that name in the class (exact match), or null.
+const QelParamSpec* QelFindParam(const QelClassSpec& cls, const char* paramName);
+// The params every geometric class may carry beside its own.
+std::span<const QelParamSpec> QelCommonGeometricParams();
+// True when count elements fit the count rule of the spec ("3", "3n", ...).
+bool QelCountFits(const QelParamSpec& spec, unsigned count);
+
+// Object-type codes of the classes met on import, as member records keep them.
+struct QelTypeCode {
+    unsigned code;
+    const char* name;
+};
+std::span<const QelTypeCode> QelImportTypeCodes();
+
+// The hidden-class table: names of the view's "hiddenClasses" text and the numbers they turn
+// into, compared without regard to case. False for a name that isn't in the table.
+bool QelHiddenClassNumber(const char* name, unsigned& number);
+std::span<const QelTypeCode> QelHiddenClassTable();

@@ -1,0 +1,38 @@
+// The reading idiom of the importers, in thin wrappers: find the param by name, test its type
+// where it could hold several, copy the value out. Each returns false when the param is absent
+// (or of the wrong type, which counts as absent) and then leaves the output alone.
+#pragma once
+
+#include "foundation/growing_array.h"
+
+#include <qel/qel.h>
+#include <win/win.h>
+
+#include <memory>
+
+// An object that came from ReadObject or Create, released with UnRef when its handling ends.
+struct QelUnref {
+    void operator()(QelObject* object) const {
+        if (object) object->UnRef();
+    }
+};
+using QelObjectRef = std::unique_ptr<QelObject, QelUnref>;
+
+// A string param, turned wide.
+bool QelReadString(QelObject* object, const char* name, CString& out);
+// An unsigned param; a null object counts as absent.
+bool QelReadUnsigned(QelObject* object, const char* name, unsigned& out);
+bool QelReadInt(QelObject* object, const char* name, int& out);
+bool QelReadBool(QelObject* object, const char* name, bool& out);
+// The first three elements of a double array (fewer when it has fewer; the rest stay).
+bool QelReadDouble3(QelObject* object, const char* name, double out[3]);
+// The red, green and blue of "diffuseColor" in the nested object "appearance".
+bool QelReadColour(QelObject* object, unsigned char& red, unsigned char& green,
+                   unsigned char& blue);
+
+// Arrays, appended element by element to the plug-in's own array. The unsigned array of no
+// elements counts as absent; the others are present and empty.
+bool QelReadUnsignedArray(QelObject* object, const char* name, QelArray<unsigned>& out);
+bool QelReadIntArray(QelObject* object, const char* name, QelArray<int>& out);
+bool QelReadShortArray(QelObject* object, const char* name, QelArray<short>& out);
+bool QelReadByteArray(QelObject* object, const char* name, QelArray<unsigned char>& out);

@@ -1,0 +1,56 @@
+#include "commands.h"
+
+#include "import/import_commands.h"
+#include "shell/shell_constants.h"
+
+#include <arx/aced.h>
+#include <arx/rxregsvc.h>
+
+namespace {
+
+// The command stack as the system registry holds it, confirmed by its class.
+AcEdCommandStack* commandStack() {
+    AcRxObject* found = acrxSysRegistry()->at(ACRX_COMMAND_DOCK);
+    if (!found || !found->isKindOf(AcEdCommandStack::desc())) return nullptr;
+    return static_cast<AcEdCommandStack*>(found);
+}
+
+// Commands whose work arrives in later builds say so in one line.
+void notInThisBuild(const wchar_t* name) {
+    acutPrintf(L"\n%s is not in this build of QelIn.\n", name);
+}
+
+void QelOut() {
+    notInThisBuild(L"QELOUT");
+}
+void QelXplode() {
+    notInThisBuild(L"QELXPLODE");
+}
+void QelAnn() {
+    notInThisBuild(L"QELANN");
+}
+void QelMenu() {
+    notInThisBuild(L"QELMENU");
+}
+
+} // namespace
+
+const std::array<QelCommandRow, 6> QelCommandTable = {{
+    {L"QELIN", QelInCommand},   // import dialog
+    {L"QELOUT", QelOut},        // export dialog
+    {L"QELXPLODE", QelXplode},  // imported block references replaced by their objects
+    {L"QELINA", QelInaCommand}, // script form of the import
+    {L"QELANN", QelAnn},        // annotations restored or hidden
+    {L"QELMENU", QelMenu},      // menu loaded or unloaded
+}};
+
+void QelAddCommands() {
+    for (const QelCommandRow& row : QelCommandTable)
+        if (AcEdCommandStack* stack = commandStack())
+            stack->addCommand(QEL_COMMAND_GROUP, row.name, row.name, ACRX_CMD_MODAL, row.function,
+                              nullptr, -1, nullptr, nullptr);
+}
+
+void QelRemoveCommands() {
+    if (AcEdCommandStack* stack = commandStack()) stack->removeGroup(QEL_COMMAND_GROUP);
+}

@@ -1,0 +1,259 @@
+// The import from the user's side: qelcad with the module loaded, scripts and answers in, the
+// transcript, the log and the settings out.
+#include "shell/settings_store.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+struct Outcome {
+    int status = -1;
+    std::string out;
+};
+
+class QelinEndToEnd : public ::testing::Test {
+protected:
+    void SetUp() override {
+        dir = fs::temp_directory_path() /
+              ("qelin-e2e-" + std::to_string(::getpid()) + "-" +
+               ::testing::UnitTest::GetInstance()->current_test_info()->name());
+        fs::remove_all(dir);
+        fs::create_directories(dir / "logs");
+        registry = (dir / "registry.json").string();
+        ::setenv("QELCAD_REGISTRY", registry.c_str(), 1);
+        plant = (dir / "plant.qel").string();
+        fs::copy_file(QEL_SAMPLE_PLANT, plant);
+    }
+    void TearDown() override {
+        ::unsetenv("QELCAD_REGISTRY");
+        fs::remove_all(dir);
+    }
+    std::string write(const std::string& name, const std::string& text) {
+        std::ofstream(dir / name) << text;
+        return (dir / name).string();
+    }
+    static std::string read(const fs::path& path) {
+        std::ifstream in(path);
+        std::stringstream text;
+        text << in.rdbuf();
+        return text.str();
+    }
+    // qelcad on build/bin, where the module lies, in the test's folder, with the given input;
+    // stdout and stderr.
+    Outcome qelcad(const std::string& arguments, const std::string& input = "") {
+        const std::string command = "cd " + dir.string() + " && " + QELCAD + " " + arguments +
+                                    " < " + write("stdin.txt", input) + " 2>&1";
+        Outcome run;
+        FILE* pipe = popen(command.c_str(), "r");
+        if (!pipe) return run;
+        std::array<char, 4096> buffer;
+        std::size_t n;
+        while ((n = fread(buffer.data(), 1, buffer.size(), pipe)) > 0)
+            run.out.append(buffer.data(), n);
+        const int status = pclose(pipe);
+        run.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+        return run;
+    }
+    DWORD number(const wchar_t* name) {
+        DWORD value = 12345;
+        ReadNumber(QEL_SETTINGS_KEY, name, value);
+        return value;
+    }
+    std::wstring text(const wchar_t* name) {
+        CString value;
+        return ReadString(QEL_SETTINGS_KEY, name, value) ? std::wstring(value.GetString())
+                                                         : L"<unreadable>";
+    }
+    static bool has(const std::string& text, const std::string& part) {
+        return text.find(part) != std::string::npos;
+    }
+
+    fs::path dir;
+    std::string registry, plant;
+};
+
+} // namespace
+
+TEST_F(QelinEndToEnd, StartUpAnnouncesTheCommandsAfterTheCompanionsError) {
+    const Outcome run = qelcad("run --script " + write("s.scr", "QELOUT\nQELMENU\nQUIT\n"));
+    EXPECT_EQ(run.status, 0) << run.out;
+    const auto error = run.out.find("ERROR: Loading ToviQelOut.dll.\\nThis may cause errors if "
+                                    "you call QelOut.\\n\\n\\nSuppress all non-critical error "
+                                    "messages? | caption=qelcad type=36");
+    const auto banner = run.out.find("Loading Velmora QEL Plugin Version 6.1 (Build 170)...\n");
+    ASSERT_NE(error, std::string::npos) << run.out;
+    ASSERT_NE(banner, std::string::npos) << run.out;
+    EXPECT_LT(error, banner) << "the error comes first and start-up goes on";
+    EXPECT_TRUE(has(run.out, "  Commands added: QELIN, QELOUT, QELXPLODE, QELANN\n  If you do not "
+                             "see ribbon tab QEL, run QELMENU command twice to update it.\n"));
+    EXPECT_TRUE(has(run.out, "QELOUT is not in this build of QelIn."));
+    EXPECT_TRUE(has(run.out, "QELMENU is not in this build of QelIn."));
+}
+
+TEST_F(QelinEndToEnd, AFirstRunMakesTheKeyAndALaterRunKeepsTheChoices) {
+    ASSERT_FALSE(KeyExists(QEL_SETTINGS_KEY));
+    const std::string logs = (dir / "logs").string() + "/";
+    const std::string answers = write("first.txt", "dialog 1001\n  file = " + plant +
+                                                       "\n  blocks = on\n  points = on\n"
+                                                       "  default-path = off\n  log-folder = " +
+                                                       logs + "\n  units = Millimeters\n  ok\n");
+    const Outcome first =
+        qelcad("run --script " + write("s.scr", "QELIN\nQUIT\n") + " --answers " + answers);
+    EXPECT_EQ(first.status, 0) << first.out;
+    EXPECT_TRUE(has(first.out, "[dialog 1001 opened]")) << first.out;
+    EXPECT_EQ(text(L"LastOpenDir"), fs::path(plant).wstring());
+    EXPECT_EQ(text(L"ImportAcisSolids"), L"1") << "blocks";
+    EXPECT_EQ(number(L"ImportDwgUnits"), 1u);
+    EXPECT_EQ(text(L"LogFilePath"), fs::path(logs).wstring());
+    EXPECT_EQ(number(L"CreateLog"), 1u);
+    EXPECT_EQ(number(L"CheckBoxesState"), 1u);
+    EXPECT_EQ(number(L"SurpressErrorMessages"), 0u) << "the run writes a number over the text";
+    const std::string log = read(dir / "logs" / "Drawing1.log");
+    ASSERT_FALSE(log.empty()) << first.out;
+    EXPECT_TRUE(has(log, "\n Import units set to : Millimeters")) << log;
+    const std::string total =
+        "\n\n Total Errors Processing Objects: " + std::to_string(number(L"ImportErrorCount")) +
+        "\n\n";
+    EXPECT_EQ(log.substr(log.size() - total.size()), total) << "the total ends the log";
+
+    // A later run: the dialog opens with what the first left behind and nothing answered.
+    const Outcome later = qelcad("run --script " + write("s2.scr", "QELIN\nQUIT\n"));
+    EXPECT_EQ(later.status, 0) << later.out;
+    EXPECT_EQ(text(L"ImportAcisSolids"), L"1");
+    EXPECT_EQ(number(L"CheckBoxesState"), 1u);
+    EXPECT_EQ(number(L"ImportDwgUnits"), 0u) << "a new document starts from MEASUREINIT";
+}
+
+TEST_F(QelinEndToEnd, QelinaTakesTheFileFromTheScript) {
+    ASSERT_TRUE(CreateString(QEL_SETTINGS_KEY, L"", L""));
+    const std::string script = write("a.scr", "QELINA\n" + plant + "\nQUIT\n");
+    const Outcome run = qelcad("run --script " + script);
+    EXPECT_EQ(run.status, 0) << run.out;
+    EXPECT_TRUE(has(run.out, "QEL file name to load:" + plant)) << run.out;
+    EXPECT_TRUE(has(run.out, "\n Importing file:" + plant)) << run.out;
+    EXPECT_EQ(text(L"LastOpenDir"), fs::path(plant).wstring());
+
+    const Outcome cancelled = qelcad("run --script " + script + " --answers " +
+                                     write("c.txt", "dialog 1001\n  cancel\n"));
+    EXPECT_TRUE(has(cancelled.out, "\n Import script file cancelled.")) << cancelled.out;
+}
+
+TEST_F(QelinEndToEnd, ImportRefusesAScaleWithTheDialogsOwnMessage) {
+    const Outcome run = qelcad("import " + plant + " -o out.dxf --scale 0.000005");
+    EXPECT_EQ(run.status, 1) << run.out;
+    EXPECT_TRUE(has(run.out, "qelcad: Import Options...: Please enter a value greater than "
+                             "'0.000001'\n"))
+        << run.out;
+    EXPECT_FALSE(fs::exists(dir / "out.dxf"));
+}
+
+TEST_F(QelinEndToEnd, ImportRunsAndSaysThatSavingIsNotInThisBuild) {
+    const Outcome run = qelcad("import " + plant + " -o out.dxf --units 2 --points --log-dir " +
+                               (dir / "logs").string());
+    EXPECT_EQ(run.status, 3) << run.out;
+    EXPECT_TRUE(has(run.out, "\nLayers (4):\n  0  colour 7\n  Piping  colour 152\n  Equipment  "
+                             "colour 95\n  Steel  colour 22  off\n"))
+        << run.out;
+    EXPECT_TRUE(has(run.out, "Entities in model space (")) << run.out;
+    EXPECT_TRUE(has(run.out, "\nNamed UCSs (2): North Plant Pump Skid\n")) << run.out;
+    EXPECT_TRUE(has(run.out, "qelcad: saving drawings is not in this build")) << run.out;
+    EXPECT_EQ(number(L"ImportDwgUnits"), 2u);
+    EXPECT_EQ(number(L"CheckBoxesState"), 1u);
+    EXPECT_TRUE(fs::exists(dir / "logs" / "Drawing1.log"));
+}
+
+TEST_F(QelinEndToEnd, ImportChoosesTheCoordinateSystemByName) {
+    const Outcome run = qelcad("import " + plant + " -o out.dxf --cs \"Pump Skid\" --log-dir " +
+                               (dir / "logs").string());
+    EXPECT_EQ(run.status, 3) << run.out;
+    EXPECT_TRUE(has(run.out, "[dialog 1005 set: Coordinate system (1027) = Pump Skid (script)]"))
+        << run.out;
+    EXPECT_TRUE(
+        has(read(dir / "logs" / "Drawing1.log"), "\n User selected coordinate system : Pump Skid"));
+
+    const Outcome unknown = qelcad("import " + plant + " -o out.dxf --cs Nowhere --no-log");
+    EXPECT_EQ(unknown.status, 1) << unknown.out;
+    EXPECT_TRUE(has(unknown.out, "qelcad: ")) << unknown.out;
+}
+
+TEST_F(QelinEndToEnd, ContradictingOptionsAndDrawingsToOpenStopBeforeAnything) {
+    const Outcome both = qelcad("import " + plant + " -o out.dxf --blocks --solids");
+    EXPECT_EQ(both.status, 2);
+    EXPECT_TRUE(has(both.out, "qelcad: --blocks and --solids exclude each other")) << both.out;
+    const Outcome into = qelcad("import " + plant + " -o out.dxf --into base.dxf");
+    EXPECT_EQ(into.status, 2);
+    EXPECT_TRUE(has(into.out, "opening drawings (--into) is not in this build")) << into.out;
+    EXPECT_FALSE(has(into.out, "Loading Velmora")) << "the host didn't start";
+    EXPECT_FALSE(KeyExists(QEL_SETTINGS_KEY));
+}
+
+TEST_F(QelinEndToEnd, APersonAtTheTerminalIsToldWhatTheDialogRefusesAndAskedAgain) {
+    const std::string input = "No\n" // the companion's error: don't suppress
+                              "QELIN\n"
+                              "file = " +
+                              plant +
+                              "\n"
+                              "units = User defined\n"
+                              "scale = 0.000005\n"
+                              "OK\n"
+                              "\n" // the message box
+                              "scale = 2\n"
+                              "log = off\n"
+                              "OK\n"
+                              "OK\n" // the coordinate-system dialog as it opens
+                              "QUIT\n";
+    const Outcome run = qelcad("shell", input);
+    EXPECT_EQ(run.status, 0) << run.out;
+    const auto refused = run.out.find("Please enter a value greater than '0.000001'");
+    const auto again = run.out.find("Scale Factor: [2]");
+    const auto read = run.out.find("Reading Qel file... " + plant);
+    ASSERT_NE(refused, std::string::npos) << run.out;
+    ASSERT_NE(again, std::string::npos) << run.out;
+    ASSERT_NE(read, std::string::npos) << run.out;
+    EXPECT_LT(refused, again);
+    EXPECT_LT(again, read) << "the import starts after the second OK";
+    EXPECT_TRUE(has(run.out, "Browse for *.qel file to import")) << "tips are shown";
+    EXPECT_EQ(number(L"ImportDwgUnits"), 9u);
+    EXPECT_EQ(number(L"CreateLog"), 0u);
+}
+
+TEST_F(QelinEndToEnd, ACancelledImportEndsWithStatusOneAndItsReason) {
+    const Outcome choice = qelcad("import " + plant + " -o out.dxf --no-log --answers " +
+                                  write("cs.txt", "dialog 1005\n  cancel\n"));
+    EXPECT_EQ(choice.status, 1) << choice.out;
+    EXPECT_TRUE(has(choice.out, "\n User cancelled, import stopped."));
+    EXPECT_TRUE(has(choice.out, "qelcad: the choice of coordinate system was cancelled: nothing "
+                                "was imported\n"));
+
+    const Outcome progress =
+        qelcad("import " + plant + " -o out.dxf --log-dir " + (dir / "logs").string() +
+               " --answers " + write("p.txt", "progress cancel 3\n"));
+    EXPECT_EQ(progress.status, 1) << progress.out;
+    EXPECT_TRUE(has(progress.out, "qelcad: the import was cancelled from its progress dialog\n"));
+    EXPECT_TRUE(has(read(dir / "logs" / "Drawing1.log"), "\n User canceled, import stopped.\n"));
+    EXPECT_FALSE(has(progress.out, "saving drawings")) << "a cancelled import isn't saved";
+}
+
+TEST_F(QelinEndToEnd, AMissingOrCorruptFileIsRefusedByTheDialogAndNothingIsStored) {
+    const Outcome missing = qelcad("import nothing.qel -o out.dxf --no-log");
+    EXPECT_EQ(missing.status, 1);
+    EXPECT_TRUE(has(missing.out, "qelcad: Import Options...: Filename does not exist.\n"))
+        << missing.out;
+    const std::string corrupt = write("corrupt.qel", "not an object file");
+    const Outcome bad = qelcad("import " + corrupt + " -o out.dxf --no-log");
+    EXPECT_EQ(bad.status, 1);
+    EXPECT_TRUE(
+        has(bad.out, "qelcad: Import Options...: '" + corrupt + "' is not a QEL object file\n"))
+        << bad.out;
+    EXPECT_FALSE(KeyExists(QEL_SETTINGS_KEY)) << "a refused dialog stores nothing";
+}

@@ -1,0 +1,83 @@
+// The dispatcher on single objects: the lookup, unknown classes, and a creator that fails.
+#include "import/object_dispatch.h"
+#include "import_fixture.h"
+#include "objectfile/catalogue.h"
+#include "objectfile/param_read.h"
+
+namespace {
+
+using qelintest::ImportTest;
+
+int failingCreator(QelObject*, void*, int, unsigned char, unsigned, const CString*) {
+    return 3;
+}
+
+class DispatchTest : public ImportTest {
+protected:
+    void TearDown() override {
+        QelObjectNameTable[kSphereRow].creator = m_saved;
+        ImportTest::TearDown();
+    }
+    void dispatch(const char* className) {
+        QelObjectRef object(QelObject::Create(className));
+        DispatchObject(m_job, object.get(), nullptr, 1, 7, &m_job.fileName);
+    }
+    static constexpr int kSphereRow = 12;
+    QelCreator m_saved = QelObjectNameTable[kSphereRow].creator;
+    QelJob m_job;
+};
+
+TEST(DispatchTable, EveryRowIsAClassOfTheCatalogueWithArgumentZero) {
+    for (const QelObjectNameRow& row : QelObjectNameTable) {
+        EXPECT_NE(QelFindClass(row.className), nullptr) << row.className;
+        EXPECT_EQ(row.argument, 0) << row.className;
+        EXPECT_NE(row.creator, nullptr) << row.className;
+    }
+    // The five structure classes make nothing; the rest wait for their creators.
+    int nothing = 0;
+    for (const QelObjectNameRow& row : QelObjectNameTable)
+        nothing += row.creator == QelCreateNothing;
+    EXPECT_EQ(nothing, 5);
+}
+
+TEST_F(DispatchTest, ClassesAreFoundWithoutRegardToCase) {
+    answer("");
+    QelResetCreatorNotices();
+    dispatch("CYLINDER");
+    EXPECT_EQ(m_job.typeIndex, 9u);
+    EXPECT_NE(printed().find(L"\n Cylinder objects are not imported in this build: skipped.\n"),
+              std::wstring::npos);
+    dispatch("reducingelbow");
+    EXPECT_EQ(m_job.typeIndex, 29u);
+    dispatch("PipeBranch");
+    EXPECT_EQ(m_job.typeIndex, 30u);
+    EXPECT_EQ(printed().find(L"PipeBranch"), std::wstring::npos);
+    // An unknown class leaves the index of the object before, and shows the name's bytes as
+    // wide characters: "Ab" is one character.
+    m_mark = win::Transcript::instance().size();
+    dispatch("AbCd");
+    EXPECT_EQ(m_job.typeIndex, 30u);
+    const std::wstring skipped = std::wstring(L"\n Skipping unrecognized object: ") +
+                                 wchar_t(0x6241) + wchar_t(0x6443) + L"\n";
+    EXPECT_NE(printed().find(skipped), std::wstring::npos) << printed();
+    EXPECT_EQ(errorCount(), 0u);
+}
+
+TEST_F(DispatchTest, AFailingCreatorIsReportedCountedAndLogged) {
+    QelObjectNameTable[kSphereRow].creator = failingCreator;
+    QelDocData().createLog = 1;
+    m_job.logFilePath = QelLogFilePath();
+    QelLogCreate();
+    answer("box no\n");
+    dispatch("Sphere");
+    dispatch("Sphere");
+    // The first box offers silence, the user declines; the second asks again.
+    EXPECT_EQ(boxes(), (std::vector<std::wstring>(
+                           2, L"\nReturned Error Processing Object!\n\nSuppress all non-critical "
+                              L"error messages?|36")));
+    EXPECT_EQ(errorCount(), 2u);
+    EXPECT_EQ(logText(), "\n      Returned Error Processing Object!\n"
+                         "\n      Returned Error Processing Object!\n");
+}
+
+} // namespace
