@@ -1,0 +1,72 @@
+// Shared helpers of the SAT codec's tests: bodies to entities, entities through SAT and back,
+// and the measures that must survive.
+#pragma once
+
+#include <acis/sat.h>
+#include <arx/dbregion.h>
+#include <arx/dbsol3d.h>
+
+#include "checks.h"
+
+namespace acistest {
+
+using namespace solidstest;
+
+// SAT of a solid body, failing the test when the writer refuses it.
+inline std::string satOf(const Solid& body) {
+    AcDb3dSolid entity;
+    EXPECT_EQ(entity.setBody(body), Acad::eOk);
+    std::string sat, message;
+    EXPECT_EQ(acis::satFromEntity(&entity, sat, message), Acad::eOk) << message;
+    return sat;
+}
+
+inline std::string satOf(const Region& body) {
+    AcDbRegion entity;
+    EXPECT_EQ(entity.setBody(body), Acad::eOk);
+    std::string sat, message;
+    EXPECT_EQ(acis::satFromEntity(&entity, sat, message), Acad::eOk) << message;
+    return sat;
+}
+
+// The body a SAT text gives a fresh solid; empty (with a test failure) when it does not read.
+inline Solid solidFromSat(const std::string& sat) {
+    AcDb3dSolid entity;
+    std::string message;
+    EXPECT_EQ(acis::entityFromSat(sat, &entity, message), Acad::eOk) << message;
+    EXPECT_TRUE(entity.rawSat().empty()) << message;
+    return entity.body();
+}
+
+inline Region regionFromSat(const std::string& sat) {
+    AcDbRegion entity;
+    std::string message;
+    EXPECT_EQ(acis::entityFromSat(sat, &entity, message), Acad::eOk) << message;
+    EXPECT_TRUE(entity.rawSat().empty()) << message;
+    return entity.body();
+}
+
+// The measures and the topology a body keeps through SAT.
+inline void expectSameBody(const Solid& original, const Solid& copy, double size,
+                           double rel = kRelTol) {
+    MassProps a, b;
+    ASSERT_OK(original.getMassProp(a));
+    ASSERT_OK(copy.getMassProp(b));
+    EXPECT_TRUE(near(a.volume, b.volume, size * size * size, rel));
+    EXPECT_TRUE(samePoint(a.centroid, b.centroid, size, rel));
+    EXPECT_TRUE(near(areaOf(original), areaOf(copy), size * size, rel));
+    const TopologyCounts x = original.topology(), y = copy.topology();
+    EXPECT_EQ(x.solids, y.solids);
+    EXPECT_EQ(x.faces, y.faces);
+    EXPECT_EQ(x.edges, y.edges);
+    EXPECT_EQ(x.vertices, y.vertices);
+    EXPECT_EQ(x.loops, y.loops);
+    EXPECT_EQ(x.planar, y.planar);
+    EXPECT_EQ(x.cylindrical, y.cylindrical);
+    EXPECT_EQ(x.conical, y.conical);
+    EXPECT_EQ(x.spherical, y.spherical);
+    EXPECT_EQ(x.toroidal, y.toroidal);
+    EXPECT_EQ(x.other, y.other);
+}
+
+} // namespace acistest
