@@ -202,3 +202,39 @@ TEST(SatRoundTrip, RegionsWithHolesComeBackTheSame) {
 
 } // namespace
 } // namespace acistest
+
+namespace acistest {
+namespace {
+
+int reversedFaces(const std::string& sat) {
+    int n = 0;
+    for (std::size_t at = sat.find("\nface "); at != std::string::npos;
+         at = sat.find("\nface ", at + 1)) {
+        const std::string line = sat.substr(at + 1, sat.find('\n', at + 1) - at - 1);
+        n += line.ends_with(" reversed single #");
+    }
+    return n;
+}
+
+TEST(SatRoundTrip, FaceSensesFollowTheOutside) {
+    // Third-party readers take the sides of faces from their senses alone: a solid's curved
+    // faces are reversed exactly where the body lies on the side their normal points to.
+    const Matrix mirror{{-1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1}};
+    Solid cylinder, tube, bore, torus;
+    ASSERT_OK(cylinder.createFrustum(4, 1, 1, 1));
+    ASSERT_OK(tube.createFrustum(4, 1, 1, 1));
+    ASSERT_OK(bore.createFrustum(5, 0.5, 0.5, 0.5));
+    ASSERT_OK(tube.booleanOper(BoolOperType::kBoolSubtract, bore));
+    ASSERT_OK(torus.createTorus(3, 1));
+    EXPECT_EQ(reversedFaces(satOf(cylinder)), 0);
+    EXPECT_EQ(reversedFaces(satOf(tube)), 1);
+    EXPECT_EQ(reversedFaces(satOf(torus)), 0);
+    for (Solid* s : {&cylinder, &tube, &torus})
+        ASSERT_OK(s->transformBy(mirror));
+    EXPECT_EQ(reversedFaces(satOf(cylinder)), 0) << satOf(cylinder);
+    EXPECT_EQ(reversedFaces(satOf(tube)), 1);
+    EXPECT_EQ(reversedFaces(satOf(torus)), 0);
+}
+
+} // namespace
+} // namespace acistest

@@ -66,6 +66,25 @@ TEST(FromBrep, BoredAndSweptBodies) {
     }
 }
 
+TEST(FromBrep, MirroredBodiesAreDescribedFromTheOutside) {
+    // A mirror turns the surfaces' frames left-handed; the description stays right-handed, so
+    // plane axes still point out and only a bore's face is reversed.
+    const Matrix mirror{{1, 0, 0, 0, 0, -1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1}};
+    Solid tube, bore;
+    ASSERT_OK(tube.createFrustum(4.0, 1.0, 1.0, 1.0));
+    ASSERT_OK(bore.createFrustum(5.0, 0.6, 0.6, 0.6));
+    ASSERT_OK(tube.booleanOper(BoolOperType::kBoolSubtract, bore));
+    ASSERT_OK(tube.transformBy(mirror));
+    int reversed = 0;
+    for (const BrepFace& f : tube.brep().faces) {
+        reversed += f.reversed;
+        if (f.surface.kind == SurfaceKind::kPlane) {
+            EXPECT_GT(dot(f.surface.axis, f.surface.origin - Vec3{0, 0, 0}), 0.0);
+        }
+    }
+    EXPECT_EQ(reversed, 1);
+}
+
 TEST(FromBrep, RegionsAndRefusals) {
     Region plate = polygonRegion({{0, 0}, {4, 0}, {4, 4}, {0, 4}});
     Region hole = circleRegion({2, 2, 0}, {0, 0, 1}, 1.0);

@@ -165,20 +165,22 @@ SurfaceKind surfaceKind(const TopoDS_Face& face) {
     }
 }
 
-SurfaceDesc describeSurface(const TopoDS_Face& face) {
+SurfaceDesc describeSurface(const TopoDS_Face& face, bool* reversed) {
     BRepAdaptor_Surface s(face, false);
     SurfaceDesc out;
     out.kind = surfaceKind(face);
+    // A left-handed frame (a mirror makes them) turns the surface's normal: the description's
+    // frame is right-handed, so the turn goes into the plane's axis or the face's sense.
+    bool indirect = false;
     auto frame = [&](const gp_Ax3& ax) {
         out.origin = fromPnt(ax.Location());
         out.axis = fromDir(ax.Direction());
         out.refAxis = fromDir(ax.XDirection());
+        indirect = !ax.Direct();
     };
     switch (out.kind) {
     case SurfaceKind::kPlane:
         frame(s.Plane().Position());
-        if (face.Orientation() == TopAbs_REVERSED)
-            out.axis = {-out.axis.x, -out.axis.y, -out.axis.z};
         break;
     case SurfaceKind::kCylinder:
         frame(s.Cylinder().Position());
@@ -201,6 +203,10 @@ SurfaceDesc describeSurface(const TopoDS_Face& face) {
     case SurfaceKind::kOther:
         break;
     }
+    const bool against = (face.Orientation() == TopAbs_REVERSED) != indirect;
+    if (out.kind == SurfaceKind::kPlane && against)
+        out.axis = {-out.axis.x, -out.axis.y, -out.axis.z};
+    if (reversed) *reversed = out.kind != SurfaceKind::kPlane && against;
     return out;
 }
 

@@ -107,9 +107,7 @@ Brep walkBrep(const TopoDS_Shape& shape) {
     TopTools_IndexedMapOfShape edges, vertices;
     for (const TopoDS_Face& face : facesOf(shape)) {
         BrepFace out;
-        out.surface = describeSurface(face);
-        out.reversed =
-            out.surface.kind != SurfaceKind::kPlane && face.Orientation() == TopAbs_REVERSED;
+        out.surface = describeSurface(face, &out.reversed);
         const TopoDS_Wire outerWire = BRepTools::OuterWire(face);
         for (TopoDS_Iterator it(face); it.More(); it.Next()) {
             if (it.Value().ShapeType() != TopAbs_WIRE) continue;
