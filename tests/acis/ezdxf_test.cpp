@@ -26,12 +26,15 @@ int checked(const std::string& sat, const std::string& args) {
 TEST(SatThirdParty, EzdxfParsesWhatTheHostWrites) {
     if (std::system(QEL_PYTHON3 " -c 'import ezdxf.acis' >/dev/null 2>&1") != 0)
         GTEST_SKIP() << QEL_PYTHON3 << " with ezdxf is not installed";
-    Solid box, tube, torus, inner;
+    Solid box, tube, torus, inner, swept;
     ASSERT_OK(box.createBox(2, 3, 4));
     ASSERT_OK(tube.createFrustum(4, 1, 1, 1));
     ASSERT_OK(inner.createFrustum(5, 0.5, 0.5, 0.5));
     ASSERT_OK(tube.booleanOper(BoolOperType::kBoolSubtract, inner));
     ASSERT_OK(torus.createTorus(3, 1));
+    ASSERT_OK(swept.extrudeAlongPath(
+        circleRegion({0, 0, 0}, {0, 1, 0}, 0.2),
+        SplineCurve{2, {{0, 0, 0}, {0, 4, 0}, {4, 4, 0}}, {0, 0, 0, 1, 1, 1}, {}, false}, 0.0));
     Region plate = polygonRegion({{0, 0}, {4, 0}, {4, 4}, {0, 4}});
     Region hole = circleRegion({2, 2, 0}, {0, 0, 1}, 1.0);
     ASSERT_OK(plate.booleanOper(BoolOperType::kBoolSubtract, hole));
@@ -40,6 +43,8 @@ TEST(SatThirdParty, EzdxfParsesWhatTheHostWrites) {
     EXPECT_EQ(checked(satOf(tube), "4"), 0);
     EXPECT_EQ(checked(satOf(torus), "1"), 0);
     EXPECT_EQ(checked(satOf(plate), "1"), 0);
+    // A spline surface between two planar ends.
+    EXPECT_EQ(checked(satOf(swept), "3"), 0);
     // The checker does catch a broken file.
     EXPECT_NE(checked(satOf(box), "7"), 0);
 }

@@ -90,12 +90,12 @@ TEST(SatSamples, UnknownAttributesAndBothStringFormsAreRead) {
 TEST(SatSamples, WhatTheHostCannotRepresentIsKeptRaw) {
     std::string sat = fixture("sphere_700.sat");
     replaceFirst(sat, "sphere-surface $-1 -1 $-1 0 0 0 5 1 0 0 0 0 1 forward_v I I I I #",
-                 "spline-surface $-1 -1 $-1 forward { exactsur full nurbs 3 3 } I I I I #");
+                 "spline-surface $-1 -1 $-1 forward { rotsur straight 0 0 0 { ref 1 } } I I I I #");
     AcDb3dSolid solid;
     ASSERT_EQ(solid.createBox(1, 1, 1), Acad::eOk);
     std::string message, back;
     ASSERT_EQ(acis::entityFromSat(sat, &solid, message), Acad::eOk) << message;
-    EXPECT_NE(message.find("spline-surface"), std::string::npos) << message;
+    EXPECT_NE(message.find("spline surface of kind rotsur"), std::string::npos) << message;
     EXPECT_TRUE(solid.isNull()) << "a proxy has no body of the host's";
     ASSERT_EQ(acis::satFromEntity(&solid, back, message), Acad::eOk) << message;
     EXPECT_EQ(back, sat);

@@ -1,5 +1,6 @@
 #include "geometry.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <map>
@@ -104,13 +105,94 @@ SurfaceRead readTorus(Fields& f) {
     return out;
 }
 
+// ---- B-splines: knots as (value, multiplicity) pairs, the end knots once less than in the
+// full vector; poles as x y z, with the weight after each when rational ----
+
+constexpr int kMaxDegree = 25;
+
+struct SplineBlock {
+    int degree = 0;
+    bool rational = false;
+    std::vector<double> knots; // full vector
+};
+
+// The header words up to the knot count: "nurbs" or "nubs", the degree, then words (closure,
+// singularity) this reader does not need.
+SplineBlock readSplineHead(Fields& f, int degrees, int* second) {
+    SplineBlock b;
+    const std::string& form = f.token("spline form");
+    if (form != "nurbs" && form != "nubs")
+        f.fail("spline form must be nurbs or nubs, not '" + form + "'");
+    b.rational = form == "nurbs";
+    b.degree = f.count("degree", kMaxDegree);
+    if (degrees == 2) *second = f.count("degree", kMaxDegree);
+    while (f.remaining() > 0 && !f.nextIsNumber())
+        f.skip("spline form word");
+    return b;
+}
+
+std::vector<double> readKnots(Fields& f, int pairs, int degree) {
+    std::vector<double> full;
+    for (int i = 0; i < pairs; ++i) {
+        const double value = f.number("knot");
+        const int mult = f.count("knot multiplicity", degree + 1) + (i == 0 || i == pairs - 1);
+        if (!full.empty() && value < full.back()) f.fail("knots must not decrease");
+        full.insert(full.end(), mult, value);
+    }
+    if (pairs < 2 || full.size() < static_cast<std::size_t>(2 * degree + 2))
+        f.fail("too few knots for the degree");
+    return full;
+}
+
+void readPoles(Fields& f, std::size_t count, bool rational, std::vector<Vec3>& poles,
+               std::vector<double>& weights) {
+    if (count * (rational ? 4 : 3) > f.remaining()) f.fail("the record ends before its poles");
+    for (std::size_t i = 0; i < count; ++i) {
+        poles.push_back(readVec(f, "pole"));
+        if (rational) {
+            weights.push_back(f.number("weight"));
+            if (!(weights.back() > 0.0)) f.fail("weights must be positive");
+        }
+    }
+}
+
+// Past the rest of a subtype, to its closing brace.
+void skipSubtype(Fields& f) {
+    int depth = 1;
+    while (depth > 0) {
+        const std::string& t = f.token("closing brace");
+        depth += (t == "{") - (t == "}");
+    }
+}
+
+SurfaceRead readSpline(Fields& f) {
+    SurfaceRead out;
+    out.flipped = f.word("sense", "reversed", "forward");
+    if (f.token("subtype") != "{") f.fail("a spline surface's data must start with '{'");
+    const std::string& kind = f.token("subtype name");
+    if (kind != "exactsur") throw Unrepresentable("a spline surface of kind " + kind);
+    f.skip("save level");
+    arxsolids::SplineSurfaceDesc& d = out.desc.spline;
+    out.desc.kind = SurfaceKind::kOther;
+    const SplineBlock head = readSplineHead(f, 2, &d.vDegree);
+    d.uDegree = head.degree;
+    const int limit = static_cast<int>(f.remaining());
+    const int nu = f.count("u knot count", limit), nv = f.count("v knot count", limit);
+    d.uKnots = readKnots(f, nu, d.uDegree);
+    d.vKnots = readKnots(f, nv, d.vDegree);
+    d.uCount = static_cast<int>(d.uKnots.size()) - d.uDegree - 1;
+    d.vCount = static_cast<int>(d.vKnots.size()) - d.vDegree - 1;
+    readPoles(f, static_cast<std::size_t>(d.uCount) * d.vCount, head.rational, d.poles, d.weights);
+    skipSubtype(f);
+    return out;
+}
+
 using SurfaceReader = SurfaceRead (*)(Fields&);
 const std::map<std::string, SurfaceReader>& surfaceReaders() {
     static const std::map<std::string, SurfaceReader> table{
-        {"plane-surface", readPlane},
-        {"cone-surface", readCone},
-        {"sphere-surface", readSphere},
-        {"torus-surface", readTorus},
+        {"plane-surface", readPlane},   {"cone-surface", readCone},
+        {"sphere-surface", readSphere}, {"torus-surface", readTorus},
+        {"spline-surface", readSpline},
     };
     return table;
 }
@@ -144,11 +226,43 @@ Curve readEllipse(Fields& f, const EdgeRun& run) {
     return arxsolids::EllipseCurve{centre, n, major, ratio, run.t0, run.t1};
 }
 
+// The B-spline of an intcurve, run as the edge runs it; only edges over the whole of it.
+Curve readIntcurve(Fields& f, const EdgeRun& run) {
+    const bool curveReversed = f.word("sense", "reversed", "forward");
+    const bool backwards = curveReversed != run.reversed;
+    if (f.token("subtype") != "{") f.fail("an intcurve's data must start with '{'");
+    const std::string& kind = f.token("subtype name");
+    if (kind != "exactcur") throw Unrepresentable("an intcurve of kind " + kind);
+    f.skip("save level");
+    arxsolids::SplineCurve c;
+    const SplineBlock head = readSplineHead(f, 1, nullptr);
+    c.degree = head.degree;
+    c.knots = readKnots(f, f.count("knot count", static_cast<int>(f.remaining())), c.degree);
+    readPoles(f, c.knots.size() - c.degree - 1, head.rational, c.controlPoints, c.weights);
+    skipSubtype(f);
+    const double first = c.knots[c.degree], last = c.knots[c.knots.size() - c.degree - 1];
+    const double tol = 1e-9 * std::max(1.0, std::abs(last - first));
+    // Each reversal (of the edge against its curve, of the curve against its B-spline) negates
+    // the parameters.
+    const double t0 = backwards ? -run.t1 : run.t0, t1 = backwards ? -run.t0 : run.t1;
+    if (std::abs(t0 - first) > tol || std::abs(t1 - last) > tol)
+        throw Unrepresentable("an edge over part of its intcurve");
+    if (backwards) {
+        std::reverse(c.controlPoints.begin(), c.controlPoints.end());
+        std::reverse(c.weights.begin(), c.weights.end());
+        std::reverse(c.knots.begin(), c.knots.end());
+        for (double& k : c.knots)
+            k = first + last - k;
+    }
+    return c;
+}
+
 using CurveReader = Curve (*)(Fields&, const EdgeRun&);
 const std::map<std::string, CurveReader>& curveReaders() {
     static const std::map<std::string, CurveReader> table{
         {"straight-curve", readStraight},
         {"ellipse-curve", readEllipse},
+        {"intcurve-curve", readIntcurve},
     };
     return table;
 }
@@ -161,6 +275,53 @@ std::string vec(const Vec3& v) {
 
 std::string record(const std::string& name, const std::string& fields) {
     return name + " $-1 -1 $-1 " + fields + " #";
+}
+
+// Knot count and (value, multiplicity) pairs of a full knot vector, the end knots once less.
+std::string knotPairs(const std::vector<double>& full) {
+    std::vector<std::pair<double, int>> pairs;
+    for (double k : full) {
+        if (!pairs.empty() && pairs.back().first == k)
+            ++pairs.back().second;
+        else
+            pairs.push_back({k, 1});
+    }
+    if (pairs.size() < 2) throw Unrepresentable("a B-spline with fewer than two distinct knots");
+    --pairs.front().second;
+    --pairs.back().second;
+    std::string out = std::to_string(pairs.size());
+    for (const auto& [value, mult] : pairs)
+        out += " " + formatNumber(value) + " " + std::to_string(mult);
+    return out;
+}
+
+std::string poleList(const std::vector<Vec3>& poles, const std::vector<double>& weights) {
+    std::string out;
+    for (std::size_t i = 0; i < poles.size(); ++i) {
+        out += " " + vec(poles[i]);
+        if (!weights.empty()) out += " " + formatNumber(weights[i]);
+    }
+    return out;
+}
+
+std::string splineSurfaceRecord(const arxsolids::SplineSurfaceDesc& d) {
+    if (d.poles.empty() || d.poles.size() != static_cast<std::size_t>(d.uCount) * d.vCount ||
+        d.uKnots.size() != static_cast<std::size_t>(d.uCount + d.uDegree + 1) ||
+        d.vKnots.size() != static_cast<std::size_t>(d.vCount + d.vDegree + 1) ||
+        (!d.weights.empty() && d.weights.size() != d.poles.size()))
+        throw Unrepresentable("a free-form face without a whole B-spline");
+    const std::string u = knotPairs(d.uKnots), v = knotPairs(d.vKnots);
+    const std::string uCount = u.substr(0, u.find(' ')), vCount = v.substr(0, v.find(' '));
+    const auto range = [](const std::vector<double>& k, int degree) {
+        return "F " + formatNumber(k[k.size() - degree - 1]) + " F " + formatNumber(k[degree]);
+    };
+    return record("spline-surface",
+                  std::string("forward { exactsur full ") +
+                      (d.weights.empty() ? "nubs " : "nurbs ") + std::to_string(d.uDegree) + " " +
+                      std::to_string(d.vDegree) + " both open open none none " + uCount + " " +
+                      vCount + u.substr(u.find(' ')) + v.substr(v.find(' ')) +
+                      poleList(d.poles, d.weights) + " 0 0 0 0 0 0 0 " +
+                      range(d.uKnots, d.uDegree) + " " + range(d.vKnots, d.vDegree) + " } I I I I");
 }
 
 // refAxis made square to axis, as the records need.
@@ -226,9 +387,9 @@ std::string surfaceRecord(const SurfaceDesc& d) {
                       vec(d.origin) + " " + vec(axis) + " " + formatNumber(d.radius) + " " +
                           formatNumber(d.minorRadius) + " " + vec(ref) + " forward_v " + bounds);
     case SurfaceKind::kOther:
-        break;
+        return splineSurfaceRecord(d.spline);
     }
-    throw Unrepresentable("a free-form face (no exact form is written for it)");
+    throw Unrepresentable("a face of an unknown kind");
 }
 
 CurveRecord curveRecord(const Curve& curve, const Vec3& start) {
@@ -269,7 +430,22 @@ CurveRecord curveRecord(const Curve& curve, const Vec3& start) {
         }
         return ellipse(e->center, e->normal, e->majorAxis, e->radiusRatio, t0, t1);
     }
-    throw Unrepresentable("a free-form edge (no exact form is written for it)");
+    if (const auto* c = std::get_if<arxsolids::SplineCurve>(&curve)) {
+        if (c->degree < 1 || c->controlPoints.size() <= static_cast<std::size_t>(c->degree) ||
+            c->knots.size() != c->controlPoints.size() + c->degree + 1 ||
+            (!c->weights.empty() && c->weights.size() != c->controlPoints.size()))
+            throw Unrepresentable("a spline edge without a whole B-spline");
+        const double t0 = c->knots[c->degree], t1 = c->knots[c->controlPoints.size()];
+        return {record("intcurve-curve",
+                       std::string("forward { exactcur full ") +
+                           (c->weights.empty() ? "nubs " : "nurbs ") + std::to_string(c->degree) +
+                           (c->periodic ? " periodic " : " open ") + knotPairs(c->knots) +
+                           poleList(c->controlPoints, c->weights) +
+                           " 0 null_surface null_surface nullbs nullbs I I 0 0 0 F " +
+                           formatNumber(t1) + " F " + formatNumber(t0) + " } I I"),
+                t0, t1};
+    }
+    throw Unrepresentable("an edge of an unknown kind");
 }
 
 } // namespace acis

@@ -200,6 +200,20 @@ bool Fields::word(const char* field, const char* yes, const char* no) {
     fail(std::string(field) + " must be '" + yes + "' or '" + no + "', not '" + token + "'");
 }
 
+bool Fields::nextIsNumber() const {
+    double value = 0.0;
+    return at_ < record_->fields.size() && parseDouble(record_->fields[at_], value);
+}
+
+int Fields::count(const char* field, int max) {
+    const std::string& token = next(field);
+    int value = 0;
+    if (!parseInt(token, value) || value < 0 || value > max)
+        fail(std::string(field) + " must be a whole number from 0 to " + std::to_string(max) +
+             ", not '" + token + "'");
+    return value;
+}
+
 void Fields::bound(const char* field) {
     const std::string& token = next(field);
     if (token == "I") return;

@@ -47,6 +47,11 @@ public:
     // An interval end: "I" (unbounded) or "F value".
     void bound(const char* field);
     void skip(const char* field) { next(field); }
+    const std::string& token(const char* field) { return next(field); }
+    // Whether the next field reads as a number (false at the record's end).
+    bool nextIsNumber() const;
+    std::size_t remaining() const { return record_->fields.size() - at_; }
+    int count(const char* field, int max); // a whole number in [0, max]
     void skipCommon(); // attribute, history number and pattern, as every entity starts
     [[noreturn]] void fail(const std::string& what) const;
 

@@ -30,6 +30,7 @@
 #include <TopoDS_Vertex.hxx>
 #include <gp_Circ.hxx>
 
+#include <algorithm>
 #include <cmath>
 
 namespace arxsolids {
@@ -242,8 +243,12 @@ Status buildFaces(const Brep& brep, std::vector<TopoDS_Face>& faces) {
             // A closed surface with no boundary: a sphere, a whole torus.
             face = BRepBuilderAPI_MakeFace(surface, Precision::Confusion());
         } else if (wholeSurfaceFace(f, surface, brep)) {
-            // Boundaries that collapse to a point (a cap's pole) become degenerated edges.
-            ShapeFix_Face fix(BRepBuilderAPI_MakeFace(surface, Precision::Confusion()).Face());
+            // Boundaries that collapse to a point (a cap's crown, even one a hair past the axis
+            // in single precision) become degenerated edges.
+            double size = 1.0;
+            for (const Vec3& p : f.surface.spline.poles)
+                size = std::max({size, std::abs(p.x), std::abs(p.y), std::abs(p.z)});
+            ShapeFix_Face fix(BRepBuilderAPI_MakeFace(surface, 1e-6 * size).Face());
             fix.SetPrecision(Precision::Confusion());
             fix.Perform();
             face = fix.Face();
