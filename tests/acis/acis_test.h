@@ -46,27 +46,4 @@ inline Region regionFromSat(const std::string& sat) {
     return entity.body();
 }
 
-// The measures and the topology a body keeps through SAT.
-inline void expectSameBody(const Solid& original, const Solid& copy, double size,
-                           double rel = kRelTol) {
-    MassProps a, b;
-    ASSERT_OK(original.getMassProp(a));
-    ASSERT_OK(copy.getMassProp(b));
-    EXPECT_TRUE(near(a.volume, b.volume, size * size * size, rel));
-    EXPECT_TRUE(samePoint(a.centroid, b.centroid, size, rel));
-    EXPECT_TRUE(near(areaOf(original), areaOf(copy), size * size, rel));
-    const TopologyCounts x = original.topology(), y = copy.topology();
-    EXPECT_EQ(x.solids, y.solids);
-    EXPECT_EQ(x.faces, y.faces);
-    EXPECT_EQ(x.edges, y.edges);
-    EXPECT_EQ(x.vertices, y.vertices);
-    EXPECT_EQ(x.loops, y.loops);
-    EXPECT_EQ(x.planar, y.planar);
-    EXPECT_EQ(x.cylindrical, y.cylindrical);
-    EXPECT_EQ(x.conical, y.conical);
-    EXPECT_EQ(x.spherical, y.spherical);
-    EXPECT_EQ(x.toroidal, y.toroidal);
-    EXPECT_EQ(x.other, y.other);
-}
-
 } // namespace acistest

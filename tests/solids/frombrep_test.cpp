@@ -16,21 +16,7 @@ constexpr double kRationalPole = 2e-2;
 void expectRoundTrip(const Solid& original, double size, double rel = kRelTol) {
     Solid copy;
     ASSERT_OK(copy.createFromBrep(original.brep()));
-    MassProps a, b;
-    ASSERT_OK(original.getMassProp(a));
-    ASSERT_OK(copy.getMassProp(b));
-    EXPECT_TRUE(near(a.volume, b.volume, size * size * size, rel));
-    EXPECT_TRUE(samePoint(a.centroid, b.centroid, size, rel));
-    EXPECT_TRUE(near(areaOf(original), areaOf(copy), size * size, rel));
-    const TopologyCounts x = original.topology(), y = copy.topology();
-    EXPECT_EQ(x.faces, y.faces);
-    EXPECT_EQ(x.edges, y.edges);
-    EXPECT_EQ(x.loops, y.loops);
-    EXPECT_EQ(x.planar, y.planar);
-    EXPECT_EQ(x.cylindrical, y.cylindrical);
-    EXPECT_EQ(x.conical, y.conical);
-    EXPECT_EQ(x.spherical, y.spherical);
-    EXPECT_EQ(x.toroidal, y.toroidal);
+    expectSameBody(original, copy, size, rel);
 }
 
 TEST(FromBrep, PrimitivesComeBackWhole) {
@@ -118,6 +104,34 @@ TEST(FromBrep, MirroredBodiesAreDescribedFromTheOutside) {
         }
     }
     EXPECT_EQ(reversed, 1);
+}
+
+TEST(FromBrep, RingsSplitWhereSeamsInterruptThem) {
+    const auto ring = [](std::initializer_list<int> edges) {
+        std::vector<RingCoedge> out;
+        for (int e : edges)
+            out.push_back(RingCoedge{{e, false}, e * 10, e >= 0});
+        return out;
+    };
+    const auto edgesOf = [](const BrepLoop& loop) {
+        std::vector<int> out;
+        for (const BrepCoedge& c : loop.coedges)
+            out.push_back(c.edge);
+        return out;
+    };
+    // A cylinder's side run with its seam both ways: the two rims.
+    const auto rims = loopsOfRing(ring({0, -1, 1, -1}), true);
+    ASSERT_EQ(rims.size(), 2u);
+    EXPECT_EQ(edgesOf(rims[0]), std::vector<int>{0});
+    EXPECT_EQ(edgesOf(rims[1]), std::vector<int>{1});
+    EXPECT_TRUE(rims[1].outer);
+    // A run past the ring's end joins its start, vertices along.
+    const auto wrapped = loopsOfRing(ring({2, -1, 3, 4}), false);
+    ASSERT_EQ(wrapped.size(), 1u);
+    EXPECT_EQ(edgesOf(wrapped[0]), (std::vector<int>{3, 4, 2}));
+    EXPECT_EQ(wrapped[0].vertices, (std::vector<int>{30, 40, 20}));
+    EXPECT_TRUE(loopsOfRing(ring({-1, -1}), false).empty());
+    EXPECT_TRUE(loopsOfRing({}, false).empty());
 }
 
 TEST(FromBrep, RegionsAndRefusals) {

@@ -134,34 +134,22 @@ private:
     }
 
     // A loop without its seams (edges the face runs twice) and collapsed edges (no curve),
-    // split where those interrupt it: the kernel's boundary leaves them out.
+    // as the kernel's boundary leaves them out.
     void addLoops(const std::vector<CoedgeRecord>& ring, const std::map<int, int>& uses,
                   std::vector<BrepLoop>& out) {
-        std::vector<BrepLoop> chains(1);
-        bool firstKept = false, lastKept = false;
-        for (std::size_t i = 0; i < ring.size(); ++i) {
-            const CoedgeRecord& c = ring[i];
-            const int edge = uses.at(c.edge) > 1 ? -1 : edgeIndex(c.edge);
-            lastKept = edge >= 0;
-            if (i == 0) firstKept = lastKept;
-            if (edge < 0) {
-                if (!chains.back().coedges.empty()) chains.emplace_back();
-                continue;
+        std::vector<arxsolids::RingCoedge> kept;
+        for (const CoedgeRecord& c : ring) {
+            arxsolids::RingCoedge r;
+            r.coedge.edge = uses.at(c.edge) > 1 ? -1 : edgeIndex(c.edge);
+            r.kept = r.coedge.edge >= 0;
+            if (r.kept) {
+                r.coedge.reversed = c.reversed;
+                const auto& e = brep_.edges[r.coedge.edge];
+                r.vertex = c.reversed ? e.endVertex : e.startVertex;
             }
-            chains.back().coedges.push_back(BrepCoedge{edge, c.reversed});
-            const auto& e = brep_.edges[edge];
-            chains.back().vertices.push_back(c.reversed ? e.endVertex : e.startVertex);
+            kept.push_back(r);
         }
-        if (chains.back().coedges.empty()) chains.pop_back();
-        if (chains.size() > 1 && firstKept && lastKept) {
-            BrepLoop& tail = chains.back();
-            tail.coedges.insert(tail.coedges.end(), chains.front().coedges.begin(),
-                                chains.front().coedges.end());
-            tail.vertices.insert(tail.vertices.end(), chains.front().vertices.begin(),
-                                 chains.front().vertices.end());
-            chains.erase(chains.begin());
-        }
-        for (BrepLoop& loop : chains)
+        for (BrepLoop& loop : arxsolids::loopsOfRing(kept, false))
             out.push_back(std::move(loop));
     }
 

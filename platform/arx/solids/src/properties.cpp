@@ -63,31 +63,41 @@ double roughSizeOf(const TopoDS_Shape& shape) {
 
 namespace {
 
-// Coedges of one wire in the order the face runs them, split into loops where a seam or a
-// collapsed edge interrupts the boundary.
+// Coedges of one wire in the order the face runs them; seams and collapsed edges are left out.
 void addWireLoops(const TopoDS_Wire& wire, const TopoDS_Face& face, bool outer,
                   TopTools_IndexedMapOfShape& edges, TopTools_IndexedMapOfShape& vertices,
                   std::vector<BrepLoop>& loops) {
-    std::vector<BrepLoop> chains(1);
-    chains.back().outer = outer;
-    bool firstIsBoundary = false, lastIsBoundary = false, started = false;
+    std::vector<RingCoedge> ring;
     for (const TopoDS_Shape& shape : runningEdges(wire, face)) {
         const TopoDS_Edge& edge = TopoDS::Edge(shape);
-        lastIsBoundary = isBoundaryEdge(edge, face);
-        if (!started) firstIsBoundary = lastIsBoundary, started = true;
-        if (!lastIsBoundary) {
+        RingCoedge c;
+        c.kept = isBoundaryEdge(edge, face);
+        if (c.kept) {
+            c.coedge.edge = edges.Add(edge) - 1;
+            c.coedge.reversed = edge.Orientation() == TopAbs_REVERSED;
+            c.vertex = vertices.Add(TopExp::FirstVertex(edge, true)) - 1;
+        }
+        ring.push_back(c);
+    }
+    for (BrepLoop& loop : loopsOfRing(ring, outer))
+        loops.push_back(std::move(loop));
+}
+
+} // namespace
+
+std::vector<BrepLoop> loopsOfRing(const std::vector<RingCoedge>& ring, bool outer) {
+    std::vector<BrepLoop> chains(1, BrepLoop{outer, {}, {}});
+    for (const RingCoedge& c : ring) {
+        if (!c.kept) {
             if (!chains.back().coedges.empty()) chains.push_back(BrepLoop{outer, {}, {}});
             continue;
         }
-        BrepCoedge coedge;
-        coedge.edge = edges.Add(edge) - 1;
-        coedge.reversed = edge.Orientation() == TopAbs_REVERSED;
-        chains.back().coedges.push_back(coedge);
-        chains.back().vertices.push_back(vertices.Add(TopExp::FirstVertex(edge, true)) - 1);
+        chains.back().coedges.push_back(c.coedge);
+        chains.back().vertices.push_back(c.vertex);
     }
     if (chains.back().coedges.empty()) chains.pop_back();
-    // A run that wraps past the wire's end and start is one loop.
-    if (chains.size() > 1 && firstIsBoundary && lastIsBoundary) {
+    // A run that wraps past the ring's end and start is one loop.
+    if (chains.size() > 1 && ring.front().kept && ring.back().kept) {
         BrepLoop& tail = chains.back();
         tail.coedges.insert(tail.coedges.end(), chains.front().coedges.begin(),
                             chains.front().coedges.end());
@@ -95,11 +105,8 @@ void addWireLoops(const TopoDS_Wire& wire, const TopoDS_Face& face, bool outer,
                              chains.front().vertices.end());
         chains.erase(chains.begin());
     }
-    for (BrepLoop& loop : chains)
-        loops.push_back(std::move(loop));
+    return chains;
 }
-
-} // namespace
 
 Brep walkBrep(const TopoDS_Shape& shape) {
     Brep brep;

@@ -220,6 +220,18 @@ struct Brep {
     std::vector<BrepVertex> vertices;
 };
 
+// One coedge of a ring as a face runs it, with the vertex it starts at; `kept` false for a seam
+// or a collapsed edge, which the description leaves out.
+struct RingCoedge {
+    BrepCoedge coedge;
+    int vertex = -1;
+    bool kept = true;
+};
+// The loops of a ring without its left-out coedges: the ring splits where they interrupt it, and
+// a piece that wraps past the ring's end joins the first. (A cylinder's side, run with its seam,
+// gives its two rims.)
+std::vector<BrepLoop> loopsOfRing(const std::vector<RingCoedge>& ring, bool outer);
+
 enum class BoolOperType { kBoolUnite, kBoolIntersect, kBoolSubtract };
 
 } // namespace arxsolids
