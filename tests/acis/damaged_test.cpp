@@ -92,6 +92,24 @@ TEST(SatDamaged, WrongCountsAndBrokenRings) {
                   {"no body record"});
 }
 
+TEST(SatDamaged, BrokenSplinesNameTheirField) {
+    Solid tube;
+    ASSERT_OK(tube.extrudeAlongPath(
+        circleRegion({0, 0, 0}, {0, 1, 0}, 0.2),
+        SplineCurve{2, {{0, 0, 0}, {0, 4, 0}, {4, 4, 0}}, {0, 0, 0, 1, 1, 1}, {}, false}, 0.0));
+    const std::string sat = satOf(tube);
+    const std::string line = "line " + std::to_string(lineOf(sat, "spline-surface"));
+    expectRefused(replaced(sat, "(none none \\d+ \\d+) \\S+", "$1 99"),
+                  {line, "spline-surface $", "knots must not decrease"});
+    expectRefused(replaced(sat, "(none none) \\d+", "$1 999999"),
+                  {line, "u knot count must be a whole number from 0 to"});
+    expectRefused(replaced(sat, "nurbs (\\d+) (\\d+)", "nurbs 40 $2"),
+                  {line, "degree must be a whole number from 0 to 25"});
+    expectRefused(replaced(sat, "forward \\{ exactsur", "forward exactsur"),
+                  {line, "must start with '{'"});
+    expectRefused(replaced(sat, " 0 0 0 0 0 0 0 F [^#]*#", " #"), {line, "closing brace"});
+}
+
 TEST(SatDamaged, OtherEntitiesAreRefused) {
     AcDbCircle circle;
     std::string sat, message;
