@@ -49,6 +49,22 @@ TEST(SatSamples, OtherWritersBodiesReadWithTheirMeasures) {
     }
 }
 
+TEST(SatSamples, TheBodysTransformPlacesIt) {
+    // A quarter turn about Z, twice the size, then 5 along X: rows of the linear part act on
+    // row vectors, the translation comes last and is not scaled.
+    std::string sat = fixture("cyl_700.sat");
+    replaceFirst(sat, "transform $-1 -1 1 0 0 0 1 0 0 0 1 0 0 0 1 no_rotate",
+                 "transform $-1 -1 0 1 0 -1 0 0 0 0 1 5 0 0 2 rotate");
+    const Solid solid = solidFromSat(sat);
+    MassProps props;
+    ASSERT_OK(solid.getMassProp(props));
+    EXPECT_TRUE(near(8 * kPi * 100 * 20, props.volume, 8 * kPi * 100 * 20));
+    EXPECT_TRUE(samePoint({5, 0, 20}, props.centroid, 40));
+    Extents box;
+    ASSERT_OK(solid.getGeomExtents(box));
+    EXPECT_TRUE(samePoint({-15, -20, 0}, box.min, 40, 1e-6));
+}
+
 TEST(SatSamples, ReopenedCylinderExplodesIntoTwoCirclesAndASurface) {
     const Solid solid = solidFromSat(fixture("cyl_700.sat"));
     std::vector<Piece> pieces;
