@@ -18,10 +18,10 @@ struct BodyCase {
 
 constexpr double kMitred = 1e-7;
 // Free-form faces come back as their exact B-splines, with surface curves fitted anew; a
-// revolved profile is a rational B-spline, which the mass properties integrate least well at a
+// revolved profile is a rational B-spline, measured by the adaptive rule, least exactly near a
 // pole (the crown of a cap).
 constexpr double kFreeForm = 1e-6;
-constexpr double kRationalPole = 2e-2;
+constexpr double kRationalPole = 2e-7;
 
 Solid built(const std::function<Status(Solid&)>& build) {
     Solid s;

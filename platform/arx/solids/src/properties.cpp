@@ -1,6 +1,8 @@
 // Measures of shapes: volume, area, extents, topology counts and the boundary walk.
 #include "internal.h"
 
+#include <BRepAdaptor_Curve.hxx>
+#include <BRepAdaptor_Surface.hxx>
 #include <BRepBndLib.hxx>
 #include <BRepGProp.hxx>
 #include <BRepTools.hxx>
@@ -9,6 +11,7 @@
 #include <Bnd_Box.hxx>
 #include <GProp_GProps.hxx>
 #include <TopExp.hxx>
+#include <TopExp_Explorer.hxx>
 #include <TopTools_IndexedMapOfShape.hxx>
 #include <TopoDS.hxx>
 #include <TopoDS_Edge.hxx>
@@ -18,10 +21,50 @@
 
 namespace arxsolids {
 
+namespace {
+
+// Relative error the adaptive rule works to.
+constexpr double kAdaptiveError = 1e-12;
+
+bool rationalCurve(const TopoDS_Edge& edge) {
+    if (BRep_Tool::Degenerated(edge)) return false;
+    const BRepAdaptor_Curve curve(edge);
+    return curve.GetType() == GeomAbs_BSplineCurve && curve.IsRational();
+}
+
+// A face on a rational B-spline, or bounded by one: what a body read back from a drawing has
+// where the original had a revolved profile.
+bool rationalFace(const TopoDS_Face& face) {
+    const BRepAdaptor_Surface surface(face, false);
+    if (surface.GetType() == GeomAbs_BSplineSurface &&
+        (surface.IsURational() || surface.IsVRational()))
+        return true;
+    for (TopExp_Explorer it(face, TopAbs_EDGE); it.More(); it.Next())
+        if (rationalCurve(TopoDS::Edge(it.Current()))) return true;
+    return false;
+}
+
+// Properties of a shape by the rule that suits it. The fixed Gauss rule is exact for analytic
+// faces and for extrusions of conics, and fast, but off by parts in a thousand on rational
+// B-splines; bodies with such faces take the adaptive rule (elsewhere it is the worse of the
+// two, so only they).
+template <typename Rule>
+void byRule(const TopoDS_Shape& shape, GProp_GProps& props, Rule rule) {
+    bool anyRational = false;
+    for (TopExp_Explorer it(shape, TopAbs_FACE); it.More() && !anyRational; it.Next())
+        anyRational = rationalFace(TopoDS::Face(it.Current()));
+    rule(shape, props, anyRational);
+}
+
+} // namespace
+
 void volumeProperties(const TopoDS_Shape& shape, GProp_GProps& props) {
-    // The fixed Gauss rule is exact for analytic faces and for extrusions of conics; the
-    // adaptive rules are no better on free-form faces and far slower.
-    BRepGProp::VolumeProperties(shape, props, true);
+    byRule(shape, props, [](const TopoDS_Shape& s, GProp_GProps& p, bool adaptive) {
+        if (adaptive)
+            BRepGProp::VolumeProperties(s, p, kAdaptiveError, true);
+        else
+            BRepGProp::VolumeProperties(s, p, true);
+    });
 }
 
 double volumeOf(const TopoDS_Shape& shape) {
@@ -34,7 +77,12 @@ double volumeOf(const TopoDS_Shape& shape) {
 double areaOf(const TopoDS_Shape& shape) {
     if (shape.IsNull()) return 0.0;
     GProp_GProps props;
-    BRepGProp::SurfaceProperties(shape, props);
+    byRule(shape, props, [](const TopoDS_Shape& s, GProp_GProps& p, bool adaptive) {
+        if (adaptive)
+            BRepGProp::SurfaceProperties(s, p, kAdaptiveError);
+        else
+            BRepGProp::SurfaceProperties(s, p);
+    });
     return props.Mass();
 }
 
