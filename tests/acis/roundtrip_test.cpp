@@ -217,6 +217,29 @@ TEST(SatRoundTrip, EverySolidComesBackTheSame) {
     }
 }
 
+TEST(SatRoundTrip, ReopenedElbowKeepsItsEndCircles) {
+    const Solid elbow = solidFromSat(
+        satOf(swept(kPipe, ArcCurve{{0, 0, 0}, {0, 0, 1}, {1, 0, 0}, 3.0, 0, kPi / 2})));
+    std::vector<Piece> pieces;
+    ASSERT_OK(elbow.explode(pieces));
+    std::vector<Curve> ends;
+    int regions = 0;
+    for (const Piece& p : pieces) {
+        if (const auto* bend = std::get_if<Surface>(&p)) {
+            EXPECT_EQ(bend->description().kind, SurfaceKind::kTorus);
+            ASSERT_OK(bend->explode(ends));
+        } else {
+            ++regions;
+        }
+    }
+    EXPECT_EQ(regions, 2);
+    ASSERT_EQ(ends.size(), 2u);
+    for (const Curve& end : ends) {
+        ASSERT_TRUE(std::holds_alternative<CircleCurve>(end));
+        EXPECT_TRUE(near(0.5, std::get<CircleCurve>(end).radius, 0.5));
+    }
+}
+
 TEST(SatRoundTrip, RegionsWithHolesComeBackTheSame) {
     Region tilted = plateWithHoles();
     ASSERT_OK(tilted.transformBy(Matrix::rotation(1.1, {1, -1, 0.3}, {2, 2, 0})));
