@@ -75,6 +75,30 @@ inline double areaOf(const Solid& solid) {
     return area;
 }
 
+// A body rebuilt from a description of another (its boundary walk, its SAT text) is the same
+// body: volume, centroid and area to `rel` of its size, the same topology and face kinds.
+inline void expectSameBody(const Solid& original, const Solid& copy, double size,
+                           double rel = kRelTol) {
+    MassProps a, b;
+    ASSERT_TRUE(statusIs(Status::eOk, original.getMassProp(a)));
+    ASSERT_TRUE(statusIs(Status::eOk, copy.getMassProp(b)));
+    EXPECT_TRUE(near(a.volume, b.volume, size * size * size, rel));
+    EXPECT_TRUE(samePoint(a.centroid, b.centroid, size, rel));
+    EXPECT_TRUE(near(areaOf(original), areaOf(copy), size * size, rel));
+    const TopologyCounts x = original.topology(), y = copy.topology();
+    EXPECT_EQ(x.solids, y.solids);
+    EXPECT_EQ(x.faces, y.faces);
+    EXPECT_EQ(x.edges, y.edges);
+    EXPECT_EQ(x.vertices, y.vertices);
+    EXPECT_EQ(x.loops, y.loops);
+    EXPECT_EQ(x.planar, y.planar);
+    EXPECT_EQ(x.cylindrical, y.cylindrical);
+    EXPECT_EQ(x.conical, y.conical);
+    EXPECT_EQ(x.spherical, y.spherical);
+    EXPECT_EQ(x.toroidal, y.toroidal);
+    EXPECT_EQ(x.other, y.other);
+}
+
 inline double areaOf(const Region& region) {
     double area = 0.0;
     EXPECT_STATUS(Status::eOk, region.getArea(area));

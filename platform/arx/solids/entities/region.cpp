@@ -31,6 +31,14 @@ Acad::ErrorStatus AcDbRegion::createFromCurves(const AcDbVoidPtrArray& curveSegm
 Acad::ErrorStatus AcDbRegion::setBody(arxsolids::Region body) {
     if (Acad::ErrorStatus es = assertWriteEnabled(); es != Acad::eOk) return es;
     body_ = std::move(body);
+    rawSat_.clear();
+    return Acad::eOk;
+}
+
+Acad::ErrorStatus AcDbRegion::setRawSat(std::string sat) {
+    if (Acad::ErrorStatus es = assertWriteEnabled(); es != Acad::eOk) return es;
+    body_ = arxsolids::Region();
+    rawSat_ = std::move(sat);
     return Acad::eOk;
 }
 
@@ -38,8 +46,10 @@ Acad::ErrorStatus AcDbRegion::booleanOper(AcDb::BoolOperType operation, AcDbRegi
     if (Acad::ErrorStatus es = assertWriteEnabled(); es != Acad::eOk) return es;
     if (otherRegion == nullptr || otherRegion == this) return Acad::eInvalidInput;
     if (!otherRegion->isWriteEnabled()) return Acad::eNotOpenForWrite;
-    return solident::toAcad(
-        body_.booleanOper(arxsolids::BoolOperType(operation), otherRegion->body_));
+    const Acad::ErrorStatus es =
+        solident::toAcad(body_.booleanOper(arxsolids::BoolOperType(operation), otherRegion->body_));
+    if (es == Acad::eOk) rawSat_.clear();
+    return es;
 }
 
 Acad::ErrorStatus AcDbRegion::getArea(double& area) const {

@@ -21,7 +21,20 @@ using solident::toVec;
 Acad::ErrorStatus AcDb3dSolid::setBody(arxsolids::Solid body) {
     SOLID_WRITE_CHECK();
     body_ = std::move(body);
+    rawSat_.clear();
     return Acad::eOk;
+}
+
+Acad::ErrorStatus AcDb3dSolid::setRawSat(std::string sat) {
+    SOLID_WRITE_CHECK();
+    body_ = arxsolids::Solid();
+    rawSat_ = std::move(sat);
+    return Acad::eOk;
+}
+
+Acad::ErrorStatus AcDb3dSolid::rebuilt(Acad::ErrorStatus es) {
+    if (es == Acad::eOk) rawSat_.clear();
+    return es;
 }
 
 Acad::ErrorStatus AcDb3dSolid::setRecordHistory(bool record) {
@@ -35,28 +48,28 @@ Acad::ErrorStatus AcDb3dSolid::setRecordHistory(bool record) {
 Acad::ErrorStatus AcDb3dSolid::createFrustum(double height, double xRadius, double yRadius,
                                              double topXRadius) {
     SOLID_WRITE_CHECK();
-    return builtOrThrow(body_.createFrustum(height, xRadius, yRadius, topXRadius));
+    return rebuilt(builtOrThrow(body_.createFrustum(height, xRadius, yRadius, topXRadius)));
 }
 
 Acad::ErrorStatus AcDb3dSolid::createBox(double xLen, double yLen, double zLen) {
     SOLID_WRITE_CHECK();
-    return builtOrThrow(body_.createBox(xLen, yLen, zLen));
+    return rebuilt(builtOrThrow(body_.createBox(xLen, yLen, zLen)));
 }
 
 Acad::ErrorStatus AcDb3dSolid::createSphere(double radius) {
     SOLID_WRITE_CHECK();
-    return builtOrThrow(body_.createSphere(radius));
+    return rebuilt(builtOrThrow(body_.createSphere(radius)));
 }
 
 Acad::ErrorStatus AcDb3dSolid::createTorus(double majorRadius, double minorRadius) {
     SOLID_WRITE_CHECK();
-    return builtOrThrow(body_.createTorus(majorRadius, minorRadius));
+    return rebuilt(builtOrThrow(body_.createTorus(majorRadius, minorRadius)));
 }
 
 Acad::ErrorStatus AcDb3dSolid::extrude(const AcDbRegion* region, double height, double taperAngle) {
     SOLID_WRITE_CHECK();
     if (region == nullptr) return Acad::eInvalidInput;
-    return builtOrThrow(body_.extrude(region->body(), height, taperAngle));
+    return rebuilt(builtOrThrow(body_.extrude(region->body(), height, taperAngle)));
 }
 
 Acad::ErrorStatus AcDb3dSolid::extrudeAlongPath(const AcDbRegion* region, const AcDbCurve* path,
@@ -65,15 +78,15 @@ Acad::ErrorStatus AcDb3dSolid::extrudeAlongPath(const AcDbRegion* region, const 
     if (region == nullptr || path == nullptr) return Acad::eInvalidInput;
     arxsolids::Curve curve;
     if (Acad::ErrorStatus es = solident::toCurve(path, curve); es != Acad::eOk) return es;
-    return builtOrThrow(body_.extrudeAlongPath(region->body(), curve, taperAngle));
+    return rebuilt(builtOrThrow(body_.extrudeAlongPath(region->body(), curve, taperAngle)));
 }
 
 Acad::ErrorStatus AcDb3dSolid::revolve(const AcDbRegion* region, const AcGePoint3d& axisPoint,
                                        const AcGeVector3d& axisDir, double angleOfRevolution) {
     SOLID_WRITE_CHECK();
     if (region == nullptr) return Acad::eInvalidInput;
-    return builtOrThrow(
-        body_.revolve(region->body(), toVec(axisPoint), toVec(axisDir), angleOfRevolution));
+    return rebuilt(builtOrThrow(
+        body_.revolve(region->body(), toVec(axisPoint), toVec(axisDir), angleOfRevolution)));
 }
 
 // ---- Operations ----
@@ -82,7 +95,7 @@ Acad::ErrorStatus AcDb3dSolid::booleanOper(AcDb::BoolOperType operation, AcDb3dS
     SOLID_WRITE_CHECK();
     if (solid == nullptr || solid == this) return Acad::eInvalidInput;
     if (!solid->isWriteEnabled()) return Acad::eNotOpenForWrite;
-    return toAcad(body_.booleanOper(arxsolids::BoolOperType(operation), solid->body_));
+    return rebuilt(toAcad(body_.booleanOper(arxsolids::BoolOperType(operation), solid->body_)));
 }
 
 Acad::ErrorStatus AcDb3dSolid::getSlice(const AcGePlane& plane, Adesk::Boolean getNegHalfToo,

@@ -2,16 +2,20 @@
 #include "internal.h"
 
 #include <BRepAdaptor_Surface.hxx>
+#include <BRepTools.hxx>
 #include <BRepTools_WireExplorer.hxx>
 #include <BRep_Tool.hxx>
 #include <ElCLib.hxx>
 #include <GC_MakeCircle.hxx>
 #include <GeomConvert.hxx>
 #include <GeomConvert_ApproxCurve.hxx>
+#include <GeomConvert_ApproxSurface.hxx>
 #include <Geom_BSplineCurve.hxx>
+#include <Geom_BSplineSurface.hxx>
 #include <Geom_Circle.hxx>
 #include <Geom_Ellipse.hxx>
 #include <Geom_Line.hxx>
+#include <Geom_RectangularTrimmedSurface.hxx>
 #include <Geom_TrimmedCurve.hxx>
 #include <TopLoc_Location.hxx>
 #include <TopoDS.hxx>
@@ -100,6 +104,49 @@ Curve splineOf(const Handle(Geom_Curve) & curve, double first, double last, bool
     return out;
 }
 
+// A free-form face's surface as a B-spline, cut to the face's bounds (surfaces of extrusion run
+// to infinity). Surfaces of revolution and extrusion convert exactly; others are fitted.
+SplineSurfaceDesc splineSurfaceOf(const TopoDS_Face& face) {
+    TopLoc_Location location;
+    Handle(Geom_Surface) surface = BRep_Tool::Surface(face, location);
+    if (!location.IsIdentity())
+        surface = Handle(Geom_Surface)::DownCast(surface->Transformed(location.Transformation()));
+    double u0, u1, v0, v1;
+    BRepTools::UVBounds(face, u0, u1, v0, v1);
+    Handle(Geom_BSplineSurface) spline = Handle(Geom_BSplineSurface)::DownCast(surface);
+    if (spline.IsNull()) {
+        Handle(Geom_Surface) trimmed = new Geom_RectangularTrimmedSurface(surface, u0, u1, v0, v1);
+        try {
+            spline = GeomConvert::SurfaceToBSplineSurface(trimmed);
+        } catch (const Standard_Failure&) {
+            GeomConvert_ApproxSurface approx(trimmed, 1e-7, GeomAbs_C2, GeomAbs_C2, 9, 9, 200, 1);
+            spline = approx.Surface();
+        }
+    } else {
+        spline = Handle(Geom_BSplineSurface)::DownCast(spline->Copy());
+    }
+    if (spline->IsUPeriodic()) spline->SetUNotPeriodic();
+    if (spline->IsVPeriodic()) spline->SetVNotPeriodic();
+    SplineSurfaceDesc out;
+    out.uDegree = spline->UDegree();
+    out.vDegree = spline->VDegree();
+    out.uCount = spline->NbUPoles();
+    out.vCount = spline->NbVPoles();
+    const bool rational = spline->IsURational() || spline->IsVRational();
+    for (int v = 1; v <= out.vCount; ++v)
+        for (int u = 1; u <= out.uCount; ++u) {
+            out.poles.push_back(fromPnt(spline->Pole(u, v)));
+            if (rational) out.weights.push_back(spline->Weight(u, v));
+        }
+    for (int i = 1; i <= spline->NbUKnots(); ++i)
+        for (int m = 0; m < spline->UMultiplicity(i); ++m)
+            out.uKnots.push_back(spline->UKnot(i));
+    for (int i = 1; i <= spline->NbVKnots(); ++i)
+        for (int m = 0; m < spline->VMultiplicity(i); ++m)
+            out.vKnots.push_back(spline->VKnot(i));
+    return out;
+}
+
 } // namespace
 
 Curve describeEdge(const TopoDS_Shape& shape, bool oriented) {
@@ -165,20 +212,22 @@ SurfaceKind surfaceKind(const TopoDS_Face& face) {
     }
 }
 
-SurfaceDesc describeSurface(const TopoDS_Face& face) {
+SurfaceDesc describeSurface(const TopoDS_Face& face, bool* reversed) {
     BRepAdaptor_Surface s(face, false);
     SurfaceDesc out;
     out.kind = surfaceKind(face);
+    // A left-handed frame (a mirror makes them) turns the surface's normal: the description's
+    // frame is right-handed, so the turn goes into the plane's axis or the face's sense.
+    bool indirect = false;
     auto frame = [&](const gp_Ax3& ax) {
         out.origin = fromPnt(ax.Location());
         out.axis = fromDir(ax.Direction());
         out.refAxis = fromDir(ax.XDirection());
+        indirect = !ax.Direct();
     };
     switch (out.kind) {
     case SurfaceKind::kPlane:
         frame(s.Plane().Position());
-        if (face.Orientation() == TopAbs_REVERSED)
-            out.axis = {-out.axis.x, -out.axis.y, -out.axis.z};
         break;
     case SurfaceKind::kCylinder:
         frame(s.Cylinder().Position());
@@ -199,8 +248,14 @@ SurfaceDesc describeSurface(const TopoDS_Face& face) {
         out.minorRadius = s.Torus().MinorRadius();
         break;
     case SurfaceKind::kOther:
+        // The B-spline's own normal: the face's orientation alone says which side is out.
+        out.spline = splineSurfaceOf(face);
         break;
     }
+    const bool against = (face.Orientation() == TopAbs_REVERSED) != indirect;
+    if (out.kind == SurfaceKind::kPlane && against)
+        out.axis = {-out.axis.x, -out.axis.y, -out.axis.z};
+    if (reversed) *reversed = out.kind != SurfaceKind::kPlane && against;
     return out;
 }
 

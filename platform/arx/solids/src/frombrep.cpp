@@ -10,6 +10,7 @@
 #include <ElCLib.hxx>
 #include <ElSLib.hxx>
 #include <GeomLib_Tool.hxx>
+#include <Geom_BSplineSurface.hxx>
 #include <Geom_ConicalSurface.hxx>
 #include <Geom_CylindricalSurface.hxx>
 #include <Geom_Plane.hxx>
@@ -18,6 +19,10 @@
 #include <Precision.hxx>
 #include <ShapeFix_Face.hxx>
 #include <ShapeFix_Shape.hxx>
+#include <TColStd_Array1OfInteger.hxx>
+#include <TColStd_Array1OfReal.hxx>
+#include <TColStd_Array2OfReal.hxx>
+#include <TColgp_Array2OfPnt.hxx>
 #include <TopoDS.hxx>
 #include <TopoDS_Edge.hxx>
 #include <TopoDS_Shell.hxx>
@@ -25,6 +30,7 @@
 #include <TopoDS_Vertex.hxx>
 #include <gp_Circ.hxx>
 
+#include <algorithm>
 #include <cmath>
 
 namespace arxsolids {
@@ -39,7 +45,60 @@ std::optional<gp_Ax3> frameOf(const SurfaceDesc& d) {
     return gp_Ax3(toPnt(d.origin), *n, gp_Dir(ref));
 }
 
+// Distinct knots and their multiplicities from a flat knot vector of `poles + degree + 1`
+// non-decreasing values; false when it is not one.
+bool knotsOf(const std::vector<double>& flat, int poles, int degree,
+             std::vector<std::pair<double, int>>& out) {
+    if (degree < 1 || degree > Geom_BSplineSurface::MaxDegree() || poles <= degree ||
+        flat.size() != static_cast<std::size_t>(poles + degree + 1))
+        return false;
+    for (std::size_t i = 0; i < flat.size(); ++i) {
+        if (!std::isfinite(flat[i]) || (i > 0 && flat[i] < flat[i - 1])) return false;
+        if (!out.empty() && flat[i] - out.back().first <= 1e-12 * std::max(1.0, std::abs(flat[i])))
+            ++out.back().second;
+        else
+            out.push_back({flat[i], 1});
+    }
+    return out.size() >= 2;
+}
+
+Handle(Geom_Surface) splineSurfaceOf(const SplineSurfaceDesc& d) {
+    std::vector<std::pair<double, int>> uk, vk;
+    if (!knotsOf(d.uKnots, d.uCount, d.uDegree, uk) ||
+        !knotsOf(d.vKnots, d.vCount, d.vDegree, vk) ||
+        d.poles.size() != static_cast<std::size_t>(d.uCount) * d.vCount ||
+        (!d.weights.empty() && d.weights.size() != d.poles.size()))
+        return {};
+    TColgp_Array2OfPnt poles(1, d.uCount, 1, d.vCount);
+    TColStd_Array2OfReal weights(1, d.uCount, 1, d.vCount);
+    for (int v = 0; v < d.vCount; ++v)
+        for (int u = 0; u < d.uCount; ++u) {
+            const std::size_t i = static_cast<std::size_t>(v) * d.uCount + u;
+            if (!isFinite(d.poles[i])) return {};
+            poles(u + 1, v + 1) = toPnt(d.poles[i]);
+            const double w = d.weights.empty() ? 1.0 : d.weights[i];
+            if (!(w > 0.0) || !std::isfinite(w)) return {};
+            weights(u + 1, v + 1) = w;
+        }
+    const auto arrays = [](const std::vector<std::pair<double, int>>& k,
+                           TColStd_Array1OfReal& knots, TColStd_Array1OfInteger& mults) {
+        for (std::size_t i = 0; i < k.size(); ++i) {
+            knots(static_cast<int>(i) + 1) = k[i].first;
+            mults(static_cast<int>(i) + 1) = k[i].second;
+        }
+    };
+    TColStd_Array1OfReal uKnots(1, static_cast<int>(uk.size())),
+        vKnots(1, static_cast<int>(vk.size()));
+    TColStd_Array1OfInteger uMults(1, static_cast<int>(uk.size())),
+        vMults(1, static_cast<int>(vk.size()));
+    arrays(uk, uKnots, uMults);
+    arrays(vk, vKnots, vMults);
+    return new Geom_BSplineSurface(poles, weights, uKnots, vKnots, uMults, vMults, d.uDegree,
+                                   d.vDegree);
+}
+
 Handle(Geom_Surface) surfaceOf(const SurfaceDesc& d) {
+    if (d.kind == SurfaceKind::kOther) return splineSurfaceOf(d.spline);
     const auto frame = frameOf(d);
     if (!frame) return {};
     switch (d.kind) {
@@ -118,6 +177,23 @@ std::optional<TopoDS_Face> bandFace(const BrepFace& f, const Handle(Geom_Surface
                                    Precision::Confusion());
 }
 
+// A free-form face closed on itself (the side of a tube swept along a spline, a revolved cap)
+// with rims of one closed edge each: its surface was described cut to the face's bounds, so the
+// face is the whole surface, seams and collapsed edges included; sewing joins the rims. A face
+// that is not (an oblique cut) leaves the shell open and the body is refused.
+bool wholeSurfaceFace(const BrepFace& f, const Handle(Geom_Surface) & surface, const Brep& brep) {
+    if (f.surface.kind != SurfaceKind::kOther || f.loops.empty()) return false;
+    if (!surface->IsUClosed() && !surface->IsVClosed()) return false;
+    for (const BrepLoop& loop : f.loops) {
+        if (loop.coedges.size() != 1) return false;
+        const int e = loop.coedges.front().edge;
+        if (e < 0 || e >= static_cast<int>(brep.edges.size()) ||
+            brep.edges[e].startVertex != brep.edges[e].endVertex)
+            return false;
+    }
+    return true;
+}
+
 // The faces of a boundary, sharing their edges and vertices.
 Status buildFaces(const Brep& brep, std::vector<TopoDS_Face>& faces) {
     BRep_Builder builder;
@@ -156,8 +232,9 @@ Status buildFaces(const Brep& brep, std::vector<TopoDS_Face>& faces) {
     }
     const int nEdges = static_cast<int>(edges.size());
     for (const BrepFace& f : brep.faces) {
+        if (f.surface.kind == SurfaceKind::kOther && f.surface.spline.poles.empty())
+            return Status::eNotApplicable;
         const Handle(Geom_Surface) surface = surfaceOf(f.surface);
-        if (f.surface.kind == SurfaceKind::kOther) return Status::eNotApplicable;
         if (surface.IsNull()) return Status::eInvalidInput;
         TopoDS_Face face;
         if (auto band = bandFace(f, surface, brep)) {
@@ -165,6 +242,16 @@ Status buildFaces(const Brep& brep, std::vector<TopoDS_Face>& faces) {
         } else if (f.loops.empty()) {
             // A closed surface with no boundary: a sphere, a whole torus.
             face = BRepBuilderAPI_MakeFace(surface, Precision::Confusion());
+        } else if (wholeSurfaceFace(f, surface, brep)) {
+            // Boundaries that collapse to a point (a cap's crown, even one a hair past the axis
+            // in single precision) become degenerated edges.
+            double size = 1.0;
+            for (const Vec3& p : f.surface.spline.poles)
+                size = std::max({size, std::abs(p.x), std::abs(p.y), std::abs(p.z)});
+            ShapeFix_Face fix(BRepBuilderAPI_MakeFace(surface, 1e-6 * size).Face());
+            fix.SetPrecision(Precision::Confusion());
+            fix.Perform();
+            face = fix.Face();
         } else {
             builder.MakeFace(face, surface, Precision::Confusion());
             for (const BrepLoop& loop : f.loops) {

@@ -113,7 +113,10 @@ Status buildPathWire(const Curve& path, TopoDS_Wire& wire);
 // ---- Descriptions (describe.cpp) ----
 // An edge as a curve; with `oriented`, in the direction the edge runs in its shape.
 Curve describeEdge(const TopoDS_Shape& edge, bool oriented);
-SurfaceDesc describeSurface(const TopoDS_Face& face);
+// The surface under a face, in a right-handed frame. A plane's axis is the face's normal; for
+// other kinds, `reversed` (when given) tells whether the face's outside lies against the normal
+// of that frame (a bore, or any face of a mirrored body whose frame the mirror turned).
+SurfaceDesc describeSurface(const TopoDS_Face& face, bool* reversed = nullptr);
 SurfaceKind surfaceKind(const TopoDS_Face& face);
 // Edges of a wire of a face (as the face holds it) in the order the face runs them, each
 // oriented as it is run.

@@ -1,6 +1,8 @@
 // Measures of shapes: volume, area, extents, topology counts and the boundary walk.
 #include "internal.h"
 
+#include <BRepAdaptor_Curve.hxx>
+#include <BRepAdaptor_Surface.hxx>
 #include <BRepBndLib.hxx>
 #include <BRepGProp.hxx>
 #include <BRepTools.hxx>
@@ -9,6 +11,7 @@
 #include <Bnd_Box.hxx>
 #include <GProp_GProps.hxx>
 #include <TopExp.hxx>
+#include <TopExp_Explorer.hxx>
 #include <TopTools_IndexedMapOfShape.hxx>
 #include <TopoDS.hxx>
 #include <TopoDS_Edge.hxx>
@@ -18,10 +21,50 @@
 
 namespace arxsolids {
 
+namespace {
+
+// Relative error the adaptive rule works to.
+constexpr double kAdaptiveError = 1e-12;
+
+bool rationalCurve(const TopoDS_Edge& edge) {
+    if (BRep_Tool::Degenerated(edge)) return false;
+    const BRepAdaptor_Curve curve(edge);
+    return curve.GetType() == GeomAbs_BSplineCurve && curve.IsRational();
+}
+
+// A face on a rational B-spline, or bounded by one: what a body read back from a drawing has
+// where the original had a revolved profile.
+bool rationalFace(const TopoDS_Face& face) {
+    const BRepAdaptor_Surface surface(face, false);
+    if (surface.GetType() == GeomAbs_BSplineSurface &&
+        (surface.IsURational() || surface.IsVRational()))
+        return true;
+    for (TopExp_Explorer it(face, TopAbs_EDGE); it.More(); it.Next())
+        if (rationalCurve(TopoDS::Edge(it.Current()))) return true;
+    return false;
+}
+
+// Properties of a shape by the rule that suits it. The fixed Gauss rule is exact for analytic
+// faces and for extrusions of conics, and fast, but off by parts in a thousand on rational
+// B-splines; bodies with such faces take the adaptive rule (elsewhere it is the worse of the
+// two, so only they).
+template <typename Rule>
+void byRule(const TopoDS_Shape& shape, GProp_GProps& props, Rule rule) {
+    bool anyRational = false;
+    for (TopExp_Explorer it(shape, TopAbs_FACE); it.More() && !anyRational; it.Next())
+        anyRational = rationalFace(TopoDS::Face(it.Current()));
+    rule(shape, props, anyRational);
+}
+
+} // namespace
+
 void volumeProperties(const TopoDS_Shape& shape, GProp_GProps& props) {
-    // The fixed Gauss rule is exact for analytic faces and for extrusions of conics; the
-    // adaptive rules are no better on free-form faces and far slower.
-    BRepGProp::VolumeProperties(shape, props, true);
+    byRule(shape, props, [](const TopoDS_Shape& s, GProp_GProps& p, bool adaptive) {
+        if (adaptive)
+            BRepGProp::VolumeProperties(s, p, kAdaptiveError, true);
+        else
+            BRepGProp::VolumeProperties(s, p, true);
+    });
 }
 
 double volumeOf(const TopoDS_Shape& shape) {
@@ -34,7 +77,12 @@ double volumeOf(const TopoDS_Shape& shape) {
 double areaOf(const TopoDS_Shape& shape) {
     if (shape.IsNull()) return 0.0;
     GProp_GProps props;
-    BRepGProp::SurfaceProperties(shape, props);
+    byRule(shape, props, [](const TopoDS_Shape& s, GProp_GProps& p, bool adaptive) {
+        if (adaptive)
+            BRepGProp::SurfaceProperties(s, p, kAdaptiveError);
+        else
+            BRepGProp::SurfaceProperties(s, p);
+    });
     return props.Mass();
 }
 
@@ -63,31 +111,41 @@ double roughSizeOf(const TopoDS_Shape& shape) {
 
 namespace {
 
-// Coedges of one wire in the order the face runs them, split into loops where a seam or a
-// collapsed edge interrupts the boundary.
+// Coedges of one wire in the order the face runs them; seams and collapsed edges are left out.
 void addWireLoops(const TopoDS_Wire& wire, const TopoDS_Face& face, bool outer,
                   TopTools_IndexedMapOfShape& edges, TopTools_IndexedMapOfShape& vertices,
                   std::vector<BrepLoop>& loops) {
-    std::vector<BrepLoop> chains(1);
-    chains.back().outer = outer;
-    bool firstIsBoundary = false, lastIsBoundary = false, started = false;
+    std::vector<RingCoedge> ring;
     for (const TopoDS_Shape& shape : runningEdges(wire, face)) {
         const TopoDS_Edge& edge = TopoDS::Edge(shape);
-        lastIsBoundary = isBoundaryEdge(edge, face);
-        if (!started) firstIsBoundary = lastIsBoundary, started = true;
-        if (!lastIsBoundary) {
+        RingCoedge c;
+        c.kept = isBoundaryEdge(edge, face);
+        if (c.kept) {
+            c.coedge.edge = edges.Add(edge) - 1;
+            c.coedge.reversed = edge.Orientation() == TopAbs_REVERSED;
+            c.vertex = vertices.Add(TopExp::FirstVertex(edge, true)) - 1;
+        }
+        ring.push_back(c);
+    }
+    for (BrepLoop& loop : loopsOfRing(ring, outer))
+        loops.push_back(std::move(loop));
+}
+
+} // namespace
+
+std::vector<BrepLoop> loopsOfRing(const std::vector<RingCoedge>& ring, bool outer) {
+    std::vector<BrepLoop> chains(1, BrepLoop{outer, {}, {}});
+    for (const RingCoedge& c : ring) {
+        if (!c.kept) {
             if (!chains.back().coedges.empty()) chains.push_back(BrepLoop{outer, {}, {}});
             continue;
         }
-        BrepCoedge coedge;
-        coedge.edge = edges.Add(edge) - 1;
-        coedge.reversed = edge.Orientation() == TopAbs_REVERSED;
-        chains.back().coedges.push_back(coedge);
-        chains.back().vertices.push_back(vertices.Add(TopExp::FirstVertex(edge, true)) - 1);
+        chains.back().coedges.push_back(c.coedge);
+        chains.back().vertices.push_back(c.vertex);
     }
     if (chains.back().coedges.empty()) chains.pop_back();
-    // A run that wraps past the wire's end and start is one loop.
-    if (chains.size() > 1 && firstIsBoundary && lastIsBoundary) {
+    // A run that wraps past the ring's end and start is one loop.
+    if (chains.size() > 1 && ring.front().kept && ring.back().kept) {
         BrepLoop& tail = chains.back();
         tail.coedges.insert(tail.coedges.end(), chains.front().coedges.begin(),
                             chains.front().coedges.end());
@@ -95,11 +153,8 @@ void addWireLoops(const TopoDS_Wire& wire, const TopoDS_Face& face, bool outer,
                              chains.front().vertices.end());
         chains.erase(chains.begin());
     }
-    for (BrepLoop& loop : chains)
-        loops.push_back(std::move(loop));
+    return chains;
 }
-
-} // namespace
 
 Brep walkBrep(const TopoDS_Shape& shape) {
     Brep brep;
@@ -107,9 +162,7 @@ Brep walkBrep(const TopoDS_Shape& shape) {
     TopTools_IndexedMapOfShape edges, vertices;
     for (const TopoDS_Face& face : facesOf(shape)) {
         BrepFace out;
-        out.surface = describeSurface(face);
-        out.reversed =
-            out.surface.kind != SurfaceKind::kPlane && face.Orientation() == TopAbs_REVERSED;
+        out.surface = describeSurface(face, &out.reversed);
         const TopoDS_Wire outerWire = BRepTools::OuterWire(face);
         for (TopoDS_Iterator it(face); it.More(); it.Next()) {
             if (it.Value().ShapeType() != TopAbs_WIRE) continue;

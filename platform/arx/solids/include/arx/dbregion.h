@@ -3,6 +3,8 @@
 
 #include <arxsolids/region.h>
 
+#include <string>
+
 #include "arx/dbmain.h"
 
 class AcDbRegion : public AcDbEntity {
@@ -37,6 +39,14 @@ public:
     // Replaces the geometry; needs the region open for write.
     Acad::ErrorStatus setBody(arxsolids::Region body);
 
+    // A region the host cannot represent, kept as the SAT text it was read from (its body is
+    // empty); written back unchanged. Empty otherwise; setBody or a boolean that succeeds
+    // clears it.
+    const std::string& rawSat() const { return rawSat_; }
+    // Empties the body and keeps the text; needs the region open for write.
+    Acad::ErrorStatus setRawSat(std::string sat);
+
 private:
     arxsolids::Region body_;
+    std::string rawSat_;
 };

@@ -3,6 +3,8 @@
 
 #include <arxsolids/solid.h>
 
+#include <string>
+
 #include "arx/dbmain.h"
 
 class AcDbRegion;
@@ -74,6 +76,16 @@ public:
     const arxsolids::Solid& body() const { return body_; }
     Acad::ErrorStatus setBody(arxsolids::Solid body);
 
+    // A body the host cannot represent, kept as the SAT text it was read from: the solid shows
+    // as a proxy (its body is empty) and is written back unchanged. Empty otherwise; a builder,
+    // a boolean or setBody that succeeds clears it.
+    const std::string& rawSat() const { return rawSat_; }
+    // Empties the body and keeps the text; needs the solid open for write.
+    Acad::ErrorStatus setRawSat(std::string sat);
+
 private:
+    Acad::ErrorStatus rebuilt(Acad::ErrorStatus es);
+
     arxsolids::Solid body_;
+    std::string rawSat_;
 };

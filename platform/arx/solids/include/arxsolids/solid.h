@@ -54,9 +54,11 @@ public:
     Status revolve(const Region& region, const Vec3& axisPoint, const Vec3& axisDir, double angle);
 
     // A closed body from its boundary, as brep() describes it (the way back from a stored
-    // drawing). Faces on planes, cylinders, cones, spheres and tori; a free-form face gives
-    // eNotApplicable, a boundary that does not close into a solid eGeneralModelingFailure,
-    // indices out of range eInvalidInput.
+    // drawing). Faces on planes, cylinders, cones, spheres and tori, and free-form faces by
+    // their B-spline (a closed one whose rims are single closed edges is the whole of it); a
+    // free-form face without a B-spline gives eNotApplicable, a malformed B-spline or indices
+    // out of range eInvalidInput, a boundary that does not close into a solid
+    // eGeneralModelingFailure.
     Status createFromBrep(const Brep& brep);
 
     // ---- Operations ----

@@ -132,10 +132,24 @@ Vec3 polylinePoint(const PolylineCurve& polyline, std::size_t index);
 
 enum class SurfaceKind { kPlane, kCylinder, kCone, kSphere, kTorus, kOther };
 
+// A free-form surface as a B-spline: poles row by row with u running fastest (uCount x vCount),
+// full (flat) knot vectors, weights empty unless rational. Never periodic: a closed surface is
+// given clamped.
+struct SplineSurfaceDesc {
+    int uDegree = 0, vDegree = 0;
+    int uCount = 0, vCount = 0;
+    std::vector<Vec3> poles;
+    std::vector<double> weights;
+    std::vector<double> uKnots, vKnots;
+};
+
 // Parameters of a face's underlying surface, in world coordinates. `axis` is the plane's normal
 // or the axis of revolution; `refAxis` marks the zero of the angular parameter.
 // Cylinder: radius. Cone: radius at origin and halfAngle. Sphere: radius. Torus: radius (major)
 // and minorRadius. A plane's normal points out of the solid when the face is one of a solid.
+// Anything else (kOther) is `spline`: the surface exactly where it is a B-spline already or
+// converts to one (surfaces of revolution and extrusion), within the face's bounds; else the
+// kernel's closest fit. The frame fields are unused then.
 struct SurfaceDesc {
     SurfaceKind kind = SurfaceKind::kOther;
     Vec3 origin;
@@ -144,6 +158,7 @@ struct SurfaceDesc {
     double radius = 0.0;
     double minorRadius = 0.0;
     double halfAngle = 0.0;
+    SplineSurfaceDesc spline;
 };
 
 // ---- Properties ----------------------------------------------------------------------------
@@ -204,6 +219,18 @@ struct Brep {
     std::vector<BrepEdge> edges;
     std::vector<BrepVertex> vertices;
 };
+
+// One coedge of a ring as a face runs it, with the vertex it starts at; `kept` false for a seam
+// or a collapsed edge, which the description leaves out.
+struct RingCoedge {
+    BrepCoedge coedge;
+    int vertex = -1;
+    bool kept = true;
+};
+// The loops of a ring without its left-out coedges: the ring splits where they interrupt it, and
+// a piece that wraps past the ring's end joins the first. (A cylinder's side, run with its seam,
+// gives its two rims.)
+std::vector<BrepLoop> loopsOfRing(const std::vector<RingCoedge>& ring, bool outer);
 
 enum class BoolOperType { kBoolUnite, kBoolIntersect, kBoolSubtract };
 
