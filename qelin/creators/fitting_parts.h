@@ -1,0 +1,48 @@
+// What the fittings and caps share: a solid built under the host's exceptions, and a part
+// placed, coloured and appended with its own failure texts.
+#pragma once
+
+#include "records/member_record.h"
+
+#include <arx/arx.h>
+#include <arx/dbsol3d.h>
+#include <qel/qel.h>
+#include <win/win.h>
+
+#include <functional>
+
+// A new solid that records its history, shaped by build. A status other than eOk from build,
+// an integer the host throws ("Caught arx exception error:%d" in a message box, arxLogText in
+// the log) and any other exception ("\nCaught unknown exception!" reported) all delete the solid
+// and give null; the caller tells its own failure then.
+AcDb3dSolid* QelBuildSolid(const std::function<Acad::ErrorStatus(AcDb3dSolid&)>& build,
+                           const wchar_t* arxLogText);
+
+struct QelPartTexts {
+    const wchar_t* noModelSpace; // after "Could not get block table"; null for nothing more
+    const wchar_t* appendFailed;
+};
+
+// Moves the entity by local, then translation, rotation and the import transform, colours it
+// and appends it to model space, where it is closed. On failure the entity is deleted, the
+// text reported, and the id is null.
+AcDbObjectId QelPlacePart(QelObject* object, AcDbEntity* entity, const AcGeMatrix3d& local,
+                          const AcGeMatrix3d& translation, const AcGeMatrix3d& rotation,
+                          const QelPartTexts& texts);
+
+// A frustum about Z (base radius at -height/2, top radius at +height/2) placed as QelPlacePart
+// does; the solid in model space (closed), or null. One the host could not make is logged as
+// notMade and counted, and the fitting goes on without it; one that could not be appended is
+// reported as notAppended and sets failed.
+AcDbEntity* QelRoundPart(QelObject* object, double height, double baseRadius, double topRadius,
+                         const AcGeMatrix3d& local, const AcGeMatrix3d& translation,
+                         const AcGeMatrix3d& rotation, const wchar_t* notMade,
+                         const wchar_t* notAppended, bool& failed);
+
+// One part of a fitting into the group and tagged: the record with partIndex, radius0 and
+// length set for it. Nothing for a null part.
+void QelTagPart(AcDbGroup* group, QelMemberRecord& record, AcDbEntity* part, int index,
+                double radius0, double length);
+
+// The name of the group, empty without one.
+CString QelGroupName(AcDbGroup* group);
