@@ -1,5 +1,6 @@
 #include "import/object_dispatch.h"
 
+#include "creators/fittings.h"
 #include "foundation/error_report.h"
 #include "foundation/log_file.h"
 #include "foundation/state_guards.h"
@@ -53,10 +54,10 @@ QelObjectNameRow QelObjectNameTable[QelObjectNameRowCount] = {
     {"Sphere", Later, 0},                  // 12
     {"Torus", Later, 0},                   // 13
     {"Elbow", Later, 0},                   // 14
-    {"Valve", Later, 0},                   // 15
+    {"Valve", CreateValve, 0},             // 15
     {"RectangularBox", Later, 0},          // 16
-    {"Flange", Later, 0},                  // 17
-    {"Tee", Later, 0},                     // 18
+    {"Flange", CreateFlange, 0},           // 17
+    {"Tee", CreateTee, 0},                 // 18
     {"Vertex3d", Later, 0},                // 19
     {"GeometricGroup", Later, 0},          // 20
     {"ExclusionVolume", Later, 0},         // 21

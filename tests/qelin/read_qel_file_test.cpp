@@ -2,6 +2,8 @@
 // objects dispatched once each, the ways a read stops, and the host's state afterwards.
 #include "import_fixture.h"
 
+#include "import/object_dispatch.h"
+
 #include <arx/edhost.h>
 
 namespace {
@@ -24,6 +26,41 @@ std::size_t count(const std::string& text, const std::string& part) {
     return n;
 }
 
+// For its lifetime every row of the dispatcher that makes something calls a recorder instead of
+// its creator, so that the walk is seen whichever creators the build has.
+class DispatchRecorder {
+public:
+    DispatchRecorder() {
+        s_classes.clear();
+        for (int row = 0; row < QelObjectNameRowCount; ++row) {
+            m_saved[row] = QelObjectNameTable[row].creator;
+            if (m_saved[row] != QelCreateNothing) QelObjectNameTable[row].creator = record;
+        }
+    }
+    ~DispatchRecorder() {
+        for (int row = 0; row < QelObjectNameRowCount; ++row)
+            QelObjectNameTable[row].creator = m_saved[row];
+    }
+    DispatchRecorder(const DispatchRecorder&) = delete;
+    DispatchRecorder& operator=(const DispatchRecorder&) = delete;
+    // The classes of the objects dispatched since the last call, in order, blank separated.
+    static std::string take() {
+        std::string out;
+        for (const std::string& name : s_classes)
+            out += name + " ";
+        s_classes.clear();
+        return out;
+    }
+
+private:
+    static int record(QelObject* object, void*, int, unsigned char, unsigned, const CString*) {
+        s_classes.push_back(object->GetName());
+        return 0;
+    }
+    static inline std::vector<std::string> s_classes;
+    QelCreator m_saved[QelObjectNameRowCount] = {};
+};
+
 constexpr const wchar_t* kBadNamesBox =
     L"Some layer names in the qel file have invalid characters\nThe invalid characters were "
     L"replaced with '_'\n\nRefer to Log file for layer names that were changed.|64";
@@ -44,6 +81,7 @@ FileSpec plantWithOddLayers() {
 }
 
 TEST_F(ImportTest, LayersAreMadeWithTheirColoursNamesAndViewState) {
+    DispatchRecorder dispatched;
     answer("");
     qelhost::setSystemVariable(L"OSMODE", L"7", false);
     run(plantWithOddLayers());
@@ -84,10 +122,8 @@ TEST_F(ImportTest, LayersAreMadeWithTheirColoursNamesAndViewState) {
     EXPECT_EQ(count(log, "\n  Processing Qel ref # 1 Flange"), 2u);
     EXPECT_TRUE(has(log, "\n Removing temporary  layers\n Restoring cad settings"));
 
+    EXPECT_EQ(DispatchRecorder::take(), "Cylinder Flange Sphere ");
     const std::wstring shown = printed();
-    EXPECT_EQ(count(std::string(shown.begin(), shown.end()), "Flange objects are not imported"),
-              1u);
-    EXPECT_TRUE(has(shown, L"\n Cylinder objects are not imported in this build: skipped.\n"));
     EXPECT_TRUE(has(shown, L"\n Skipping unrecognized object: "));
     EXPECT_FALSE(has(shown, L"Spaceship"));      // shown garbled, as the host does
     EXPECT_FALSE(has(shown, L"Header objects")); // known, makes nothing, says nothing
@@ -110,18 +146,10 @@ TEST_F(ImportTest, HiddenClassesAreFilteredByTheirNumbersAgainstTheRows) {
         spec.objects.push_back(object(name));
     spec.layers = {{R"("Piping")", "[0, 1, 2, 3, 4, 5, 6, 7]", ""}};
     const std::wstring file = build(spec.json());
+    DispatchRecorder dispatched;
     auto shownClasses = [&] {
-        const auto mark = win::Transcript::instance().size();
         run(file);
-        std::wstring shown = win::Transcript::instance().printed(mark), classes;
-        for (const char* name : {"Flange", "Reducer", "Sphere", "RectangularBox", "Valve",
-                                 "Vertex3d", "TriMesh", "Torus"}) {
-            const std::string n = name;
-            if (has(shown, L" " + std::wstring(n.begin(), n.end()) + L" objects")) {
-                classes += std::wstring(n.begin(), n.end()) + L" ";
-            }
-        }
-        return classes;
+        return DispatchRecorder::take();
     };
     answer("");
     CDocData& doc = QelDocData();
@@ -130,14 +158,12 @@ TEST_F(ImportTest, HiddenClassesAreFilteredByTheirNumbersAgainstTheRows) {
     for (unsigned number : {11u, 16u, 17u, 36u})
         doc.hiddenClasses.Append(number);
     doc.suppressHiddenClasses = 1;
-    EXPECT_EQ(shownClasses(), L"Sphere Valve Vertex3d TriMesh Torus ");
+    EXPECT_EQ(shownClasses(), "Sphere Valve Vertex3d TriMesh Torus ");
     doc.suppressHiddenClasses = 0;
-    EXPECT_EQ(shownClasses(),
-              L"Flange Reducer Sphere RectangularBox Valve Vertex3d TriMesh Torus ");
+    EXPECT_EQ(shownClasses(), "Flange Reducer Sphere RectangularBox Valve Vertex3d TriMesh Torus ");
     doc.suppressHiddenClasses = 1;
     doc.hiddenClasses.RemoveAll();
-    EXPECT_EQ(shownClasses(),
-              L"Flange Reducer Sphere RectangularBox Valve Vertex3d TriMesh Torus ");
+    EXPECT_EQ(shownClasses(), "Flange Reducer Sphere RectangularBox Valve Vertex3d TriMesh Torus ");
     EXPECT_EQ(errorCount(), 0u);
 }
 
