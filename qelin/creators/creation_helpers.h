@@ -45,6 +45,10 @@ double GetDepth(QelObject* object);
 double GetFlangeThickness(QelObject* object);
 double GetWebThickness(QelObject* object);
 double GetLength(QelObject* object);
+// A required length, converted: when absent the class's message is reported and false returned.
+bool QelRequireLength(QelObject* object, const char* name, double& value, const wchar_t* message);
+// The same for a value used as it stands (angles).
+bool QelRequireValue(QelObject* object, const char* name, double& value, const wchar_t* message);
 
 // ---- Placement.
 
@@ -112,6 +116,19 @@ void QelFillRecordOrigin(QelMemberRecord& record, unsigned objIndex, const CStri
 void QelTagEntity(AcDbEntity* entity, QelMemberRecord& record, const ACHAR* text);
 // Opens the entity for write to append one extended data text, then closes it.
 void QelAddXDataById(AcDbObjectId id, const ACHAR* text);
+// The group of an object with its one entity: the group made, the entity (when not null)
+// appended to it, and the record, filled with where the object came from, stored on the entity
+// with the extended data text. The group stays open for write (null if it could not be made).
+AcDbGroup* QelGroupAndTag(AcDbEntity* entity, const ACHAR* groupName, const ACHAR* key,
+                          QelMemberRecord& record, unsigned objIndex, const CString* filePath,
+                          const ACHAR* text);
+// The whole end of the recipe for an object of one entity: QelGroupAndTag without the text, the
+// annotations placed by the two matrices and tied to the group, the group closed, then the
+// extended data text on the entity.
+void QelGroupTagAnnotate(QelObject* object, AcDbEntity* entity, const ACHAR* groupName,
+                         const ACHAR* key, QelMemberRecord& record, unsigned objIndex,
+                         const CString* filePath, const AcGeMatrix3d& translation,
+                         const AcGeMatrix3d& rotation, const ACHAR* text);
 
 // ---- Centre lines: a line coloured, placed by both matrices and the import transform, appended
 // to model space and tagged with memberType 28 and "Center Line". Not a member of any group. The

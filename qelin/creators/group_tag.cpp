@@ -1,5 +1,6 @@
 #include "creators/creation_helpers.h"
 
+#include "records/import_annotations.h"
 #include "records/xrecords.h"
 #include "shell/doc_data.h"
 
@@ -51,6 +52,28 @@ void QelAddXDataById(AcDbObjectId id, const ACHAR* text) {
     if (acdbOpenAcDbEntity(entity, id, AcDb::kForRead) != Acad::eOk) return;
     entity->close();
     AddXData(entity, text);
+}
+
+AcDbGroup* QelGroupAndTag(AcDbEntity* entity, const ACHAR* groupName, const ACHAR* key,
+                          QelMemberRecord& record, unsigned objIndex, const CString* filePath,
+                          const ACHAR* text) {
+    CString name;
+    AcDbGroup* group = QelMakeObjectGroup(groupName, key, name);
+    QelFillRecordOrigin(record, objIndex, filePath, name);
+    if (!entity) return group;
+    QelGroupAppend(group, entity->objectId());
+    QelTagEntity(entity, record, text);
+    return group;
+}
+
+void QelGroupTagAnnotate(QelObject* object, AcDbEntity* entity, const ACHAR* groupName,
+                         const ACHAR* key, QelMemberRecord& record, unsigned objIndex,
+                         const CString* filePath, const AcGeMatrix3d& translation,
+                         const AcGeMatrix3d& rotation, const ACHAR* text) {
+    AcDbGroup* group = QelGroupAndTag(entity, groupName, key, record, objIndex, filePath, nullptr);
+    ImportAnnotations(object, translation, rotation, group);
+    QelCloseGroup(group);
+    if (entity) AddXData(entity, text);
 }
 
 AcDbObjectId AddCenterLine(QelObject* object, const AcGePoint3d& from, const AcGePoint3d& to,

@@ -168,3 +168,15 @@ double GetWebThickness(QelObject* object) {
 double GetLength(QelObject* object) {
     return namedDimension(object, "length", L"\nError getting Length of object.");
 }
+
+bool QelRequireLength(QelObject* object, const char* name, double& value, const wchar_t* message) {
+    if (GetDoubleParam(object, name, value, true)) return true;
+    QelReportError(message);
+    return false;
+}
+
+bool QelRequireValue(QelObject* object, const char* name, double& value, const wchar_t* message) {
+    if (GetDoubleParam(object, name, value, false)) return true;
+    QelReportError(message);
+    return false;
+}

@@ -256,6 +256,11 @@ std::vector<Token> tokens(const std::string& line) {
             char* end = nullptr;
             t.value = std::strtod(line.c_str() + i, &end);
             const std::size_t stop = std::size_t(end - line.c_str());
+            if (stop == i) { // a dot or a sign that starts no number
+                out.push_back({std::string(1, c)});
+                ++i;
+                continue;
+            }
             t.text = line.substr(i, stop - i);
             t.isNumber = true;
             i = stop;
