@@ -63,12 +63,14 @@ AcDbEntity* hemisphericCap(double radius, int end) {
 }
 
 // The quarter ellipse of half height turned about the Y axis, then tipped about X so that the
-// dome points out of the end along Z.
+// dome points out of the end along Z. The end angle of a quarter in single precision leaves the
+// ellipse's end 4.4e-8 of the radius across the axis; the kernel closes such a gap only below its
+// own fixed tolerance, so the dome is turned at unit radius and then scaled to the radius.
 AcDbEntity* semiEllipticCap(double radius, int end) {
-    auto* base = new AcDbLine(AcGePoint3d(0, 0, 0), AcGePoint3d(radius, 0, 0));
-    auto* arc = new AcDbEllipse(AcGePoint3d::kOrigin, AcGeVector3d(0, 0, 1),
-                                AcGeVector3d(radius, 0, 0), 0.5, 0.0, kQuarterTurn);
-    auto* axis = new AcDbLine(AcGePoint3d(0, radius * 0.5, 0), AcGePoint3d(0, 0, 0));
+    auto* base = new AcDbLine(AcGePoint3d(0, 0, 0), AcGePoint3d(1, 0, 0));
+    auto* arc = new AcDbEllipse(AcGePoint3d::kOrigin, AcGeVector3d(0, 0, 1), AcGeVector3d(1, 0, 0),
+                                0.5, 0.0, kQuarterTurn);
+    auto* axis = new AcDbLine(AcGePoint3d(0, 0.5, 0), AcGePoint3d(0, 0, 0));
     AcDbBlockTableRecord* space = OpenModelSpace(AcDb::kForWrite);
     AcDbRegion* region = nullptr;
     if (space) {
@@ -103,7 +105,8 @@ AcDbEntity* semiEllipticCap(double radius, int end) {
         QelReportError(L"\nError creating Cap object");
         return nullptr;
     }
-    solid->transformBy(AcGeMatrix3d::rotation(end == 1 ? kQuarterTurn : -kQuarterTurn,
+    solid->transformBy(AcGeMatrix3d::scaling(radius) *
+                       AcGeMatrix3d::rotation(end == 1 ? kQuarterTurn : -kQuarterTurn,
                                               AcGeVector3d::kXAxis, AcGePoint3d::kOrigin));
     return solid;
 }

@@ -147,3 +147,21 @@ TEST_F(Caps, WhichCapsAreDrawn) {
 }
 
 } // namespace
+
+// Sizes of drawings in millimetres: the quarter ellipse ends a hair across the axis.
+TEST_F(Caps, DomesOfMillimetreSizes) {
+    for (const char* kind : {"SemiEllipticCap", "HemiSphericCap"}) {
+        SCOPED_TRACE(kind);
+        qelhost::closeDocument(m_document);
+        m_document = qelhost::newDocument();
+        const double r = 150.0, h = 3000.0;
+        const std::vector<AcDbObjectId> ids = draw(cap("cap1", kind), r, h, 0, true);
+        EXPECT_TRUE(m_drawn);
+        ASSERT_EQ(ids.size(), 1u);
+        const double dome = std::string(kind) == "HemiSphericCap" ? r : r / 2;
+        const MassProps mass = massOf(ids[0]);
+        EXPECT_NEAR(mass.volume, 2.0 / 3.0 * kPi * r * r * dome, 1e-3 * r * r * r);
+        expectNear(mass.centroid, AcGePoint3d(0, 0, h + 3.0 / 8.0 * dome), 1e-3 * r, "centroid");
+    }
+    EXPECT_TRUE(boxes().empty());
+}
