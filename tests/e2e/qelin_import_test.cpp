@@ -2,6 +2,8 @@
 // transcript, the log and the settings out.
 #include "shell/settings_store.h"
 
+#include <qel/qel_json.h>
+
 #include <gtest/gtest.h>
 
 #include <array>
@@ -223,4 +225,43 @@ TEST_F(QelinEndToEnd, APersonAtTheTerminalIsToldWhatTheDialogRefusesAndAskedAgai
     EXPECT_TRUE(has(run.out, "Browse for *.qel file to import")) << "tips are shown";
     EXPECT_EQ(number(L"ImportDwgUnits"), 9u);
     EXPECT_EQ(number(L"CreateLog"), 0u);
+}
+
+// QELANN on an import: the tee's texts hidden with Enter, then shown again after Escape at the
+// keyword prompt; the last entity (the tee's second text) is listed after each.
+TEST_F(QelinEndToEnd, QelannHidesWithEnterAndRestoresAfterEscape) {
+    const std::string value =
+        R"("object", {"class": "StrAnnotation", "params": [["value", "string", "L-7"]]})";
+    const std::string file = (dir / "tee.qel").string();
+    QelInit(0, 0, QelInitWords);
+    qeljson::build(
+        R"({"format": "qel-json-1", "objects": [
+        {"class": "Tee", "params": [["radius", "double", 0.1], ["height", "double", 0.4],
+            ["branchradius", "double", 0.08], ["branchheight", "double", 0.3],
+            ["annotations", "object", {"class": "A", "params": [["Line", )" +
+            value + R"(], ["Spec", )" + value + R"(]]}]]},
+        {"class": "Layer", "params": [["name", "string", "Piping"], ["objectList", "uint[]", [0]]]},
+        {"class": "LayerMgr", "params": [["layerList", "uint[]", [1]]]},
+        {"class": "ModelSpace", "params": [["layerMgr", "uint", 2], ["objectList", "uint[]", [0]]]},
+        {"class": "Header", "params": [["rootLocation", "uint", 3]]}]})",
+        "tee", file);
+    const std::string answers = write("a.txt", "dialog 1001\n  file = " + file + "\n  ok\n");
+    const Outcome run = qelcad("run --script " +
+                               write("s.scr", "QELIN\nQELANN\nALL\n\n\nLIST\n\n"
+                                              "QELANN\nALL\n\n\x1b\nLIST\n\nQUIT\n") +
+                               " --answers " + answers);
+    EXPECT_EQ(run.status, 0) << run.out;
+    const auto hidden = run.out.find("\nCommand: LIST");
+    const auto cancelled = run.out.find("\n User canceled");
+    const auto shown = run.out.find("\nCommand: LIST", hidden + 1);
+    ASSERT_NE(shown, std::string::npos) << run.out;
+    ASSERT_NE(cancelled, std::string::npos) << run.out;
+    ASSERT_LT(cancelled, shown);
+    const std::string first = run.out.substr(hidden, cancelled - hidden);
+    const std::string second = run.out.substr(shown);
+    EXPECT_TRUE(has(first, "\"Spec: L-7\"")) << run.out;
+    EXPECT_TRUE(has(first, "(60) 1")) << "invisible after Enter: " << first;
+    EXPECT_TRUE(has(second, "\"Spec: L-7\"")) << run.out;
+    EXPECT_FALSE(has(second, "(60) 1")) << "visible again after Escape: " << second;
+    EXPECT_TRUE(has(run.out, "Restore or Hide annotations - [Restore/Hide]<Hide>: ")) << run.out;
 }
