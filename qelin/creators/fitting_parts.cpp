@@ -7,11 +7,12 @@
 #include <arx/dbdict.h>
 
 AcDb3dSolid* QelBuildSolid(const std::function<Acad::ErrorStatus(AcDb3dSolid&)>& build,
-                           const wchar_t* arxLogText) {
+                           const wchar_t* arxLogText, const wchar_t* refused) {
     auto* solid = new AcDb3dSolid;
     solid->setRecordHistory(true);
     try {
         if (build(*solid) == Acad::eOk) return solid;
+        if (refused) QelReportError(refused);
     } catch (int code) {
         QelLogAppend(arxLogText);
         // The format is shown as it stands, the code going in as the box's type.

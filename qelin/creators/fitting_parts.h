@@ -11,12 +11,12 @@
 
 #include <functional>
 
-// A new solid that records its history, shaped by build. A status other than eOk from build,
-// an integer the host throws ("Caught arx exception error:%d" in a message box, arxLogText in
-// the log) and any other exception ("\nCaught unknown exception!" reported) all delete the solid
-// and give null; the caller tells its own failure then.
+// A new solid that records its history, shaped by build. A status other than eOk from build
+// (sizes the host refuses: refused is reported when given), an integer the host throws
+// ("Caught arx exception error:%d" in a message box, arxLogText in the log) and any other
+// exception ("\nCaught unknown exception!" reported) all delete the solid and give null.
 AcDb3dSolid* QelBuildSolid(const std::function<Acad::ErrorStatus(AcDb3dSolid&)>& build,
-                           const wchar_t* arxLogText);
+                           const wchar_t* arxLogText, const wchar_t* refused = nullptr);
 
 struct QelPartTexts {
     const wchar_t* noModelSpace; // after "Could not get block table"; null for nothing more

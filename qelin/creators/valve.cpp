@@ -86,7 +86,7 @@ AcDb3dSolid* cone(const ValveSizes& v) {
     solid->setRecordHistory(true);
     if (solid->createFrustum(v.length * 0.5, v.coneRadius, v.coneRadius, 0.0) != Acad::eOk) {
         delete solid;
-        QelReportError(L"\nError allocating memory");
+        QelReportError(L"\nError creating cone of valve.");
         return nullptr;
     }
     return solid;
@@ -117,14 +117,12 @@ int CreateValve(QelObject* object, void*, int subtype, unsigned char, unsigned o
     };
     parts[2].solid = QelBuildSolid(
         [&](AcDb3dSolid& s) { return s.createFrustum(S, stemRadius, stemRadius, stemRadius); },
-        L"\nCaught arx exception error.");
-    if (!parts[2].solid) QelReportError(L"\nError allocating memory.");
+        L"\nCaught arx exception error.", L"\nError creating stem of valve.");
     parts[3].solid = QelBuildSolid(
         [&](AcDb3dSolid& s) {
             return s.createTorus(v.handwheelRadius, v.handwheelThickness * 0.5);
         },
-        L"\nCaught arx exception error");
-    if (!parts[3].solid) QelReportError(L"\nError allocating memory for torus.");
+        L"\nCaught arx exception error", L"\nError creating hand wheel of valve.");
 
     CString groupName;
     AcDbGroup* group = QelMakeObjectGroup(L"ValveGroup", L"VALVE_GROUP", groupName);

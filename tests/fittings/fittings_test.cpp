@@ -78,13 +78,15 @@ protected:
     std::vector<AcDbObjectId> m_ids;
 };
 
-std::string valve(const std::vector<std::string>& extra, double stemThickness = 0.04) {
+std::string valve(const std::vector<std::string>& extra, double stemThickness = 0.04,
+                  double handwheelThickness = 0.03) {
     std::vector<std::string> params = extra;
     for (const std::string& p :
          {d("coneRadius", 0.2), d("valveLength", 0.6), d("stemLength", 0.5),
           d("handwheelRadius", 0.25), d("handwheelOffset", 0.05),
           R"(["velmoraParam", "object", {"class": "VelmoraParam", "params": [)" +
-              d("stemThickness", stemThickness) + ", " + d("handwheelThickness", 0.03) + "]}]"})
+              d("stemThickness", stemThickness) + ", " +
+              d("handwheelThickness", handwheelThickness) + "]}]"})
         params.push_back(p);
     return withParams("Valve", params);
 }
@@ -150,18 +152,22 @@ TEST_F(Fittings, AValveTurnsAboutItsOrigin) {
 }
 
 // A valve needs its pose and every size; each refusal has its message, counts, and the walk
-// goes on to a valve whose stem has no thickness, which gets one of 0.0001.
+// goes on to a valve whose stem has no thickness, which gets one of 0.0001. A part the host
+// refuses is told and counted; the parts made stay.
 TEST_F(Fittings, ValveRefusalsAreToldAndTheWalkGoesOn) {
     std::string noOffset = valve({pose("[5, 0, 0]")});
     const std::string offset = d("handwheelOffset", 0.05) + ", ";
     noOffset.erase(noOffset.find(offset), offset.size());
-    import({valve({}), noOffset, valve({pose("[10, 0, 0]")}, 0.0)});
+    import({valve({}), noOffset, valve({pose("[10, 0, 0]")}, 0.0),
+            valve({pose("[20, 0, 0]")}, 0.04, 0.0)});
     const std::string log = logText();
     EXPECT_NE(log.find("\nError getting translation info."), std::string::npos);
     EXPECT_NE(log.find("\nError getting handwheelOffset of valve."), std::string::npos);
-    EXPECT_EQ(errorCount(), 2u);
+    EXPECT_NE(log.find("\nError creating hand wheel of valve."), std::string::npos);
+    EXPECT_EQ(errorCount(), 3u);
     const std::vector<AcDbObjectId> solids = of<AcDb3dSolid>();
-    ASSERT_EQ(solids.size(), 4u);
+    ASSERT_EQ(solids.size(), 7u);
+    EXPECT_EQ(recordOf(solids[6]).partIndex, 3) << "the wheelless valve ends with its stem";
     const double r = 0.00005, S = 0.5;
     expectSolid(solids[2], kPi * r * r * S, AcGePoint3d(10, S / 2, 0), S, "thin stem");
     EXPECT_DOUBLE_EQ(recordOf(solids[2]).stemThickness, 0.0);
