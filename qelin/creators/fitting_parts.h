@@ -2,6 +2,8 @@
 // placed, coloured and appended with its own failure texts.
 #pragma once
 
+#include "creators/creation_helpers.h"
+#include "foundation/error_report.h"
 #include "records/member_record.h"
 
 #include <arx/arx.h>
@@ -9,6 +11,7 @@
 #include <qel/qel.h>
 #include <win/win.h>
 
+#include <cstddef>
 #include <functional>
 
 // A new solid that records its history, shaped by build. A status other than eOk from build
@@ -43,6 +46,31 @@ AcDbEntity* QelRoundPart(QelObject* object, double height, double baseRadius, do
 // length set for it. Nothing for a null part.
 void QelTagPart(AcDbGroup* group, QelMemberRecord& record, AcDbEntity* part, int index,
                 double radius0, double length);
+
+// One size of a fitting: a length of the object, or of the object held in param inObject, read
+// in drawing units into field; missing is reported when it is absent.
+template <typename Sizes>
+struct QelSizeRow {
+    const char* name;
+    double Sizes::*field;
+    const wchar_t* missing;
+    const char* inObject = nullptr;
+};
+
+// The sizes in the order of the rows; false after the message of the first one missing.
+template <typename Sizes, std::size_t N>
+bool QelReadSizes(QelObject* object, const QelSizeRow<Sizes> (&rows)[N], Sizes& sizes) {
+    for (const QelSizeRow<Sizes>& row : rows) {
+        double& value = sizes.*row.field;
+        const bool found = row.inObject ? GetSubObjectDouble(object, row.inObject, row.name, value)
+                                        : GetDoubleParam(object, row.name, value, true);
+        if (!found) {
+            QelReportError(row.missing);
+            return false;
+        }
+    }
+    return true;
+}
 
 // The name of the group, empty without one.
 CString QelGroupName(AcDbGroup* group);

@@ -17,25 +17,12 @@ struct TeeSizes {
     double branchHeight = 0.0;
 };
 
-bool readSizes(QelObject* object, TeeSizes& t) {
-    struct Size {
-        const char* name;
-        double TeeSizes::*field;
-        const wchar_t* missing;
-    };
-    static const Size kSizes[] = {
-        {"radius", &TeeSizes::radius, L"Error getting radius of piping tee."},
-        {"height", &TeeSizes::height, L"Error getting height of piping tee."},
-        {"branchradius", &TeeSizes::branchRadius, L"Error getting branch radius of piping tee."},
-        {"branchheight", &TeeSizes::branchHeight, L"Error getting branch height of piping tee."},
-    };
-    for (const Size& size : kSizes)
-        if (!GetDoubleParam(object, size.name, t.*size.field, true)) {
-            QelReportError(size.missing);
-            return false;
-        }
-    return true;
-}
+const QelSizeRow<TeeSizes> kTeeSizes[] = {
+    {"radius", &TeeSizes::radius, L"Error getting radius of piping tee."},
+    {"height", &TeeSizes::height, L"Error getting height of piping tee."},
+    {"branchradius", &TeeSizes::branchRadius, L"Error getting branch radius of piping tee."},
+    {"branchheight", &TeeSizes::branchHeight, L"Error getting branch height of piping tee."},
+};
 
 // A branch may be wider than the run, or the run shorter than the branch's width, or the branch
 // shorter than the run's radius, only by the factor 1.001.
@@ -50,7 +37,7 @@ bool sizesFit(const TeeSizes& t) {
 int CreateTee(QelObject* object, void*, int, unsigned char, unsigned objIndex,
               const CString* filePath) {
     TeeSizes t;
-    if (!readSizes(object, t)) return 1;
+    if (!QelReadSizes(object, kTeeSizes, t)) return 1;
     if (!sizesFit(t)) {
         QelReportError(L"Invalid tee parameter values.");
         return 1;

@@ -22,40 +22,18 @@ struct ValveSizes {
     double handwheelThickness = 0.0; // W
 };
 
-// The sizes in drawing units, in the order they are asked for; false after the first one's
-// message that is missing.
-bool readSizes(QelObject* object, ValveSizes& v) {
-    struct Size {
-        const char* name;
-        double ValveSizes::*field;
-        const wchar_t* missing;
-    };
-    static const Size kTop[] = {
-        {"coneRadius", &ValveSizes::coneRadius, L"\nError getting coneRadius of valve."},
-        {"valveLength", &ValveSizes::length, L"\nError getting Length of valve."},
-        {"stemLength", &ValveSizes::stemLength, L"\nError getting stemLength of valve."},
-        {"handwheelRadius", &ValveSizes::handwheelRadius,
-         L"\nError getting handwheelRadius of valve."},
-        {"handwheelOffset", &ValveSizes::handwheelOffset,
-         L"\nError getting handwheelOffset of valve."},
-    };
-    static const Size kVelmora[] = {
-        {"stemThickness", &ValveSizes::stemThickness, L"\nError getting stemThickness."},
-        {"handwheelThickness", &ValveSizes::handwheelThickness,
-         L"\nError getting handwheelThickness."},
-    };
-    for (const Size& size : kTop)
-        if (!GetDoubleParam(object, size.name, v.*size.field, true)) {
-            QelReportError(size.missing);
-            return false;
-        }
-    for (const Size& size : kVelmora)
-        if (!GetSubObjectDouble(object, "velmoraParam", size.name, v.*size.field)) {
-            QelReportError(size.missing);
-            return false;
-        }
-    return true;
-}
+// The sizes in drawing units, in the order they are asked for.
+const QelSizeRow<ValveSizes> kValveSizes[] = {
+    {"coneRadius", &ValveSizes::coneRadius, L"\nError getting coneRadius of valve."},
+    {"valveLength", &ValveSizes::length, L"\nError getting Length of valve."},
+    {"stemLength", &ValveSizes::stemLength, L"\nError getting stemLength of valve."},
+    {"handwheelRadius", &ValveSizes::handwheelRadius, L"\nError getting handwheelRadius of valve."},
+    {"handwheelOffset", &ValveSizes::handwheelOffset, L"\nError getting handwheelOffset of valve."},
+    {"stemThickness", &ValveSizes::stemThickness, L"\nError getting stemThickness.",
+     "velmoraParam"},
+    {"handwheelThickness", &ValveSizes::handwheelThickness, L"\nError getting handwheelThickness.",
+     "velmoraParam"},
+};
 
 AcGeMatrix3d move(double x, double y, double z) {
     return AcGeMatrix3d::translation(AcGeVector3d(x, y, z));
@@ -102,7 +80,7 @@ int CreateValve(QelObject* object, void*, int subtype, unsigned char, unsigned o
         return 1;
     }
     ValveSizes v;
-    if (!readSizes(object, v)) return 1;
+    if (!QelReadSizes(object, kValveSizes, v)) return 1;
     AcGeMatrix3d translation, rotation;
     PoseMatrices(object, translation, rotation);
 
