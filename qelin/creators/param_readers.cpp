@@ -26,6 +26,27 @@ double maybeConverted(double value, bool convert) {
     return convert ? QelToDrawing(value) : value;
 }
 
+// n points from 3n doubles; with dropClosing, a last point within 1e-5 of the first in each of
+// x, y and z (as the file has them) is left out.
+bool readPoints(QelObject* object, const char* name, AcGePoint3dArray& points, bool convert,
+                bool dropClosing) {
+    double* read = nullptr;
+    unsigned count = 0;
+    if (!doubleArray(object, name, read, count)) return false;
+    unsigned used = count - count % 3;
+    if (dropClosing && used >= 6) {
+        const double* last = read + used - 3;
+        if (std::fabs(last[0] - read[0]) <= 1e-5 && std::fabs(last[1] - read[1]) <= 1e-5 &&
+            std::fabs(last[2] - read[2]) <= 1e-5)
+            used -= 3;
+    }
+    for (unsigned i = 0; i < used; i += 3)
+        points.append(AcGePoint3d(maybeConverted(read[i], convert),
+                                  maybeConverted(read[i + 1], convert),
+                                  maybeConverted(read[i + 2], convert)));
+    return true;
+}
+
 QelObject* nestedObject(QelObject* object, const char* name) {
     QelParam* param = findParam(object, name);
     if (!param) return nullptr;
@@ -93,34 +114,13 @@ bool GetDoubleArrayParam(QelObject* object, const char* name, AcGeDoubleArray& v
 
 bool GetPoint3dArrayParam(QelObject* object, const char* name, AcGePoint3dArray& points,
                           bool convert) {
-    double* read = nullptr;
-    unsigned count = 0;
-    if (!doubleArray(object, name, read, count)) return false;
-    for (unsigned i = 0; i + 3 <= count; i += 3)
-        points.append(AcGePoint3d(maybeConverted(read[i], convert),
-                                  maybeConverted(read[i + 1], convert),
-                                  maybeConverted(read[i + 2], convert)));
-    return true;
+    return readPoints(object, name, points, convert, false);
 }
 
 bool GetFitPointArrayParam(QelObject* object, const char* name, AcGePoint3dArray& points,
                            bool convert) {
-    double* read = nullptr;
-    unsigned count = 0;
-    if (!doubleArray(object, name, read, count)) return false;
-    unsigned used = count - count % 3;
     // A closed list repeats its first point at the end: the curve closes itself.
-    if (convert && used >= 6) {
-        const double* last = read + used - 3;
-        if (std::fabs(last[0] - read[0]) <= 1e-5 && std::fabs(last[1] - read[1]) <= 1e-5 &&
-            std::fabs(last[2] - read[2]) <= 1e-5)
-            used -= 3;
-    }
-    for (unsigned i = 0; i < used; i += 3)
-        points.append(AcGePoint3d(maybeConverted(read[i], convert),
-                                  maybeConverted(read[i + 1], convert),
-                                  maybeConverted(read[i + 2], convert)));
-    return true;
+    return readPoints(object, name, points, convert, convert);
 }
 
 bool GetPoint2dArrayParam(QelObject* object, const char* name, AcGePoint2dArray& points,

@@ -25,6 +25,35 @@ AcDbEntity* placeSolid(QelObject* object, AcDb3dSolid* solid, const AcGeMatrix3d
                                                                                      : solid;
 }
 
+// A sphere or a torus: the solid about the origin, posed, in its group, its record's length the
+// (major) radius.
+struct RoundKind {
+    const wchar_t* noModelSpace;
+    const wchar_t* appendFailed;
+    const wchar_t* groupName;
+    const wchar_t* key;
+    const wchar_t* xdata;
+    int memberType;
+    bool groupedWhenNotAppended;
+};
+
+int roundSolid(QelObject* object, const std::function<Acad::ErrorStatus(AcDb3dSolid&)>& build,
+               const RoundKind& kind, double length, unsigned objIndex, const CString* filePath) {
+    AcGeMatrix3d translation, rotation;
+    PoseMatrices(object, translation, rotation);
+    AcDb3dSolid* solid = QelBuildSolid(build, kCaught);
+    if (!solid) return 1;
+    AcDbEntity* placed = placeSolid(object, solid, AcGeMatrix3d::kIdentity, translation, rotation,
+                                    {kind.noModelSpace, kind.appendFailed});
+    if (!placed && !kind.groupedWhenNotAppended) return 1;
+    QelMemberRecord record;
+    record.memberType = kind.memberType;
+    record.length = length;
+    QelGroupTagAnnotate(object, placed, kind.groupName, kind.key, record, objIndex, filePath,
+                        translation, rotation, kind.xdata);
+    return 0;
+}
+
 } // namespace
 
 int CreateCone(QelObject* object, void*, int, unsigned char, unsigned objIndex,
@@ -79,20 +108,11 @@ int CreateSphere(QelObject* object, void*, int, unsigned char, unsigned objIndex
                  const CString* filePath) {
     double radius = 0.0;
     if (!QelRequireLength(object, "radius", radius, L"\nError getting radius of sphere.")) return 1;
-    AcGeMatrix3d translation, rotation;
-    PoseMatrices(object, translation, rotation);
-    AcDb3dSolid* solid =
-        QelBuildSolid([&](AcDb3dSolid& s) { return s.createSphere(radius); }, kCaught);
-    if (!solid) return 1;
-    AcDbEntity* sphere = placeSolid(object, solid, AcGeMatrix3d::kIdentity, translation, rotation,
-                                    {nullptr, L"\nCould not append Sphere to ACAD Database."});
-    if (!sphere) return 1;
-    QelMemberRecord record;
-    record.memberType = 13;
-    record.length = radius;
-    QelGroupTagAnnotate(object, sphere, L"SphereGroup", L"SPHERE_GROUP", record, objIndex, filePath,
-                        translation, rotation, L"Sphere");
-    return 0;
+    return roundSolid(
+        object, [&](AcDb3dSolid& s) { return s.createSphere(radius); },
+        {nullptr, L"\nCould not append Sphere to ACAD Database.", L"SphereGroup", L"SPHERE_GROUP",
+         L"Sphere", 13, false},
+        radius, objIndex, filePath);
 }
 
 int CreateTorus(QelObject* object, void*, int, unsigned char, unsigned objIndex,
@@ -101,21 +121,12 @@ int CreateTorus(QelObject* object, void*, int, unsigned char, unsigned objIndex,
     if (!QelRequireLength(object, "majorRadius", major, L"\nError getting majorRadius of torus.") ||
         !QelRequireLength(object, "minorRadius", minor, L"\nError getting minorRadius of torus."))
         return 1;
-    AcGeMatrix3d translation, rotation;
-    PoseMatrices(object, translation, rotation);
-    AcDb3dSolid* solid =
-        QelBuildSolid([&](AcDb3dSolid& s) { return s.createTorus(major, minor); }, kCaught);
-    if (!solid) return 1;
     // A torus that could not be appended still gets its group, empty, and its annotations.
-    AcDbEntity* torus = placeSolid(
-        object, solid, AcGeMatrix3d::kIdentity, translation, rotation,
-        {L"\nError getting BlockTableRecord", L"\nCould not append Torus to ACAD Database."});
-    QelMemberRecord record;
-    record.memberType = 14;
-    record.length = major;
-    QelGroupTagAnnotate(object, torus, L"TorusGroup", L"TORUS_GROUP", record, objIndex, filePath,
-                        translation, rotation, L"Torus");
-    return 0;
+    return roundSolid(
+        object, [&](AcDb3dSolid& s) { return s.createTorus(major, minor); },
+        {L"\nError getting BlockTableRecord", L"\nCould not append Torus to ACAD Database.",
+         L"TorusGroup", L"TORUS_GROUP", L"Torus", 14, true},
+        major, objIndex, filePath);
 }
 
 int CreateRectangularBox(QelObject* object, void*, int, unsigned char, unsigned objIndex,
