@@ -12,7 +12,14 @@
 
 namespace {
 
-constexpr const wchar_t* kNoMemory = L"Could not allocate memory for new Spline.";
+// The host leaves a spline empty when it refuses its data: such a spline counts as not made
+// (deleted, after the text of a spline that could not be allocated).
+bool made(AcDbSpline* spline) {
+    if (spline->numControlPoints() > 0) return true;
+    delete spline;
+    QelReportError(L"Could not allocate memory for new Spline.");
+    return false;
+}
 
 void tagSpline(QelObject* object, AcDbEntity* spline, const AcGePoint3d& first, int partIndex,
                unsigned objIndex, const CString* filePath) {
@@ -114,16 +121,11 @@ int poleForm(QelObject* object, unsigned objIndex, const CString* filePath) {
         QelReportError(L"\nError getting knots of Spline.");
         return 1;
     }
-    // The file's order goes in as the degree and the closed flag follows periodic. The host
-    // leaves the spline empty when the knots don't fit that degree (it wants poles + order + 1
-    // of them): such a spline counts as not made.
+    // The file's order goes in as the degree and the closed flag follows periodic, so the host
+    // takes only knots of poles + order + 1.
     auto* spline =
         new AcDbSpline(order, rational, periodic, periodic, poles, knots, weights, 0.0, 0.0);
-    if (spline->numControlPoints() == 0) {
-        delete spline;
-        QelReportError(kNoMemory);
-        return 1;
-    }
+    if (!made(spline)) return 1;
     if (!appendSpline(object, spline, L"\nError creating Spline.")) return 1;
     tagSpline(object, spline, poles[0], 0, objIndex, filePath);
     return 0;
@@ -152,7 +154,7 @@ int CreateBSplineCurve3d(QelObject* object, void*, int, unsigned char, unsigned 
     AcDbEntity* spline = nullptr;
     if (tangents) {
         auto* fitted = new AcDbSpline(points, startVec.asVector(), endVec.asVector(), order, 0.0);
-        if (!appendSpline(object, fitted, L"Error creating Spline.")) return 1;
+        if (!made(fitted) || !appendSpline(object, fitted, L"Error creating Spline.")) return 1;
         spline = fitted;
     } else if (!drawnSpline(object, points, periodic, spline)) {
         return 0;

@@ -15,7 +15,8 @@
 
 namespace {
 
-// Subtype 1 is a flange of flat caps on both ends; no row of the dispatcher passes it.
+// Subtype 1 is a flange of flat caps on both ends; no row of the dispatcher passes it. The solid
+// form tags it as one.
 int memberTypeOf(int subtype) {
     return subtype == 1 ? 11 : 9;
 }
@@ -147,8 +148,9 @@ int blockCylinder(QelObject* object, int subtype, unsigned objIndex, const CStri
         QelReportError(L"\nError adding Cylinder block to database.");
         return 1;
     }
+    // The block form tags a plain cylinder whatever the subtype; only its caps follow it.
     QelMemberRecord record;
-    record.memberType = memberTypeOf(subtype);
+    record.memberType = 9;
     record.length = height;
     record.radius0 = radius;
     AcDbGroup* group = QelGroupAndTag(reference, L"CylinderGroup", L"CYLINDER_GROUP", record,
@@ -158,7 +160,7 @@ int blockCylinder(QelObject* object, int subtype, unsigned objIndex, const CStri
     DrawCaps(object, radius, height, translation, rotation, subtype, objIndex, filePath, group,
              false);
     QelCloseGroup(group);
-    AddXData(reference, xdataOf(subtype));
+    AddXData(reference, L"Cylinder");
     AddXData(reference, name);
     return 0;
 }
