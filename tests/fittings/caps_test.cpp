@@ -133,8 +133,7 @@ TEST_F(Caps, WhichCapsAreDrawn) {
         draw(cap("cap0", "flatcap") + ", " + cap("cap1", "ConicalCap"), r, h, 0, true);
     ASSERT_EQ(kinds(odd), (Kinds{"circle", "circle"}));
     EXPECT_EQ(recordOf(odd[1]).memberType, 25);
-    Open<AcDbCircle> far(odd[1]);
-    EXPECT_NEAR(far->center().z, h * 0.5, 1e-9 * h);
+    EXPECT_NEAR(Open<AcDbCircle>(odd[1])->center().z, h * 0.5, 1e-9 * h);
 
     qelhost::closeDocument(m_document);
     m_document = qelhost::newDocument();
