@@ -239,7 +239,7 @@ TEST_F(QelinEndToEnd, QelannHidesWithEnterAndRestoresAfterEscape) {
         {"class": "Tee", "params": [["radius", "double", 0.1], ["height", "double", 0.4],
             ["branchradius", "double", 0.08], ["branchheight", "double", 0.3],
             ["annotations", "object", {"class": "A", "params": [["Line", )" +
-            value + R"(], ["Spec", )" + value + R"(]]}]]},
+            value + R"(], ["Class", )" + value + R"(]]}]]},
         {"class": "Layer", "params": [["name", "string", "Piping"], ["objectList", "uint[]", [0]]]},
         {"class": "LayerMgr", "params": [["layerList", "uint[]", [1]]]},
         {"class": "ModelSpace", "params": [["layerMgr", "uint", 2], ["objectList", "uint[]", [0]]]},
@@ -259,9 +259,9 @@ TEST_F(QelinEndToEnd, QelannHidesWithEnterAndRestoresAfterEscape) {
     ASSERT_LT(cancelled, shown);
     const std::string first = run.out.substr(hidden, cancelled - hidden);
     const std::string second = run.out.substr(shown);
-    EXPECT_TRUE(has(first, "\"Spec: L-7\"")) << run.out;
+    EXPECT_TRUE(has(first, "\"Class: L-7\"")) << run.out;
     EXPECT_TRUE(has(first, "(60) 1")) << "invisible after Enter: " << first;
-    EXPECT_TRUE(has(second, "\"Spec: L-7\"")) << run.out;
+    EXPECT_TRUE(has(second, "\"Class: L-7\"")) << run.out;
     EXPECT_FALSE(has(second, "(60) 1")) << "visible again after Escape: " << second;
     EXPECT_TRUE(has(run.out, "Restore or Hide annotations - [Restore/Hide]<Hide>: ")) << run.out;
 }
