@@ -1,6 +1,7 @@
 // The shared recipe on its own: reading in drawing units, the pose and the import transform,
 // colour, groups and tags, regions and centre lines, on entities of a real drawing.
 #include "creators/creation_helpers.h"
+#include "drawing_summary.h"
 #include "foundation/error_report.h"
 #include "host_fixture.h"
 #include "records/xrecords.h"
@@ -249,6 +250,28 @@ TEST_F(Helpers, ARegionThatCannotBeMadeIsToldAndCounted) {
     EXPECT_NE(win::Transcript::instance().printed(m_mark).find(
                   L"\n Couldn't create Region - check for self-intersecting shapes."),
               std::wstring::npos);
+}
+
+} // namespace
+
+namespace {
+
+// The fixtures' comparison itself: a difference the fixtures are there to catch must fail.
+TEST(SummaryLines, NumbersWithinTheirToleranceTextsExactly) {
+    using creatorstest::LineMatches;
+    std::string why;
+    EXPECT_TRUE(LineMatches("AcDbLine from=(1,2,3) r=1000",
+                            "AcDbLine from=(1,2,3.0000001) r=1000.0009", why));
+    EXPECT_FALSE(LineMatches("r=1000", "r=1000.002", why));
+    EXPECT_NE(why.find("1000.002"), std::string::npos);
+    EXPECT_TRUE(LineMatches("vol=12.5~1e-2", "vol=12.509", why));
+    EXPECT_FALSE(LineMatches("vol=12.5~1e-3", "vol=12.509", why));
+    EXPECT_FALSE(LineMatches("xdata=\"0.500000 (lg)\"", "xdata=\"0.5 (lg)\"", why));
+    EXPECT_TRUE(LineMatches("a=0..1e-06 group=*", R"(a=0..1e-06 group="LineGroup")", why));
+    EXPECT_TRUE(LineMatches("AcDbLine * colour=7", "AcDbLine layer colour=7", why));
+    EXPECT_FALSE(LineMatches("errors 0", "errors 0 more", why));
+    EXPECT_FALSE(LineMatches("errors 0 more", "errors 0", why));
+    EXPECT_FALSE(LineMatches("colour=-1", "colour=1", why));
 }
 
 } // namespace
