@@ -265,3 +265,37 @@ TEST_F(QelinEndToEnd, QelannHidesWithEnterAndRestoresAfterEscape) {
     EXPECT_FALSE(has(second, "(60) 1")) << "visible again after Escape: " << second;
     EXPECT_TRUE(has(run.out, "Restore or Hide annotations - [Restore/Hide]<Hide>: ")) << run.out;
 }
+
+// The creators' fixtures through qelcad: what each makes, by layer and kind, and the error total
+// the import tells, with cylinders in both forms.
+TEST_F(QelinEndToEnd, ImportMakesTheEntitiesOfTheCreatorFixtures) {
+    struct Case {
+        const char* fixture;
+        const char* form;
+        const char* entities;
+        const char* errors; // null: none
+    };
+    const Case cases[] = {
+        {"cylinder_solid", "--solids", "Pipes: AcDb3dSolid x3 AcDbLine x2 AcDbText x1", nullptr},
+        {"cylinder_blocks", "--blocks", "Pipes: AcDbBlockReference x4 AcDbCircle x1 AcDbLine x4",
+         nullptr},
+        {"cone", "--solids", "Model: AcDb3dSolid x2 AcDbLine x2", "Processing Objects: 1\\n"},
+        {"line_polyline", "--blocks", "Model: AcDb3dPolyline x1 AcDbLine x1 AcDbText x2",
+         "Processing Objects: 2\\n"},
+        {"bspline_fit", "--solids", "Model: AcDbSpline x4", "Processing Objects: 1\\n"},
+    };
+    QelInit(0, 0, QelInitWords);
+    for (const Case& c : cases) {
+        const std::string name = c.fixture;
+        const std::string file = (dir / (name + ".qel")).string();
+        qeljson::build(read(fs::path(QEL_CREATOR_FIXTURE_DIR) / (name + ".json")), name, file);
+        const Outcome run = qelcad("import " + file + " -o out.dxf " + c.form + " --log-dir " +
+                                   (dir / "logs").string());
+        EXPECT_EQ(run.status, 3) << run.out;
+        EXPECT_TRUE(has(run.out, c.entities)) << name << ":\n" << run.out;
+        EXPECT_EQ(has(run.out, "Total Errors Processing Objects"), c.errors != nullptr) << run.out;
+        if (c.errors) {
+            EXPECT_TRUE(has(run.out, c.errors)) << name << ":\n" << run.out;
+        }
+    }
+}
