@@ -252,6 +252,26 @@ TEST_F(Helpers, ARegionThatCannotBeMadeIsToldAndCounted) {
               std::wstring::npos);
 }
 
+TEST_F(Helpers, ACurveInModelSpaceBecomesARegionAndEntitiesGoToTheCurrentSpace) {
+    AcDbBlockTableRecord* space = OpenModelSpace(AcDb::kForWrite);
+    ASSERT_NE(space, nullptr);
+    auto* circle = new AcDbCircle(AcGePoint3d(1, 1, 0), AcGeVector3d::kZAxis, 2.0);
+    ASSERT_EQ(space->appendAcDbEntity(circle), Acad::eOk);
+    AcDbRegion* region = RegionFromCurve(circle, space);
+    space->close();
+    ASSERT_NE(region, nullptr);
+    double area = 0.0;
+    EXPECT_EQ(region->getArea(area), Acad::eOk);
+    EXPECT_NEAR(area, 4.0 * 3.141592653589793, 1e-9 * 4.0);
+    region->close();
+    EXPECT_FALSE(circle->isWriteEnabled()); // closed by the helper
+
+    auto* line = new AcDbLine(AcGePoint3d(0, 0, 0), AcGePoint3d(1, 0, 0));
+    EXPECT_EQ(AddToCurrentSpace(line), Acad::eOk);
+    EXPECT_EQ(line->ownerId(), acdbHostApplicationServices()->workingDatabase()->currentSpaceId());
+    line->close();
+}
+
 } // namespace
 
 namespace {
