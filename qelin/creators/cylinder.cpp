@@ -13,6 +13,8 @@
 
 #include <arx/aced.h>
 
+#include <algorithm>
+
 namespace {
 
 // Subtype 1 is a flange of flat caps on both ends; no row of the dispatcher passes it. The solid

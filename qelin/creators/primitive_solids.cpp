@@ -9,6 +9,8 @@
 
 #include <arx/aced.h>
 
+#include <algorithm>
+
 namespace {
 
 constexpr const wchar_t* kCaught = L"\nCaught arx exception error";
