@@ -1,5 +1,7 @@
 #include "import/object_dispatch.h"
 
+#include "creators/fittings.h"
+#include "creators/primitives.h"
 #include "foundation/error_report.h"
 #include "foundation/log_file.h"
 #include "foundation/state_guards.h"
@@ -38,37 +40,37 @@ std::wstring NarrowAsWide(const char* name) {
 } // namespace
 
 QelObjectNameRow QelObjectNameTable[QelObjectNameRowCount] = {
-    {"Line3d", Later, 0},                  // 0
-    {"CircularArc3d", Later, 0},           // 1
-    {"EllipticArc3d", Later, 0},           // 2
-    {"Polyline3d", Later, 0},              // 3
-    {"StdShape", Later, 0},                // 4
-    {"BSplineCurve3d", Later, 0},          // 5
-    {"PlanarPatch", Later, 0},             // 6
-    {"PlanarPolylineExtrusion", Later, 0}, // 7
-    {"StdShapeExtrusion", Later, 0},       // 8
-    {"Cylinder", Later, 0},                // 9
-    {"Cone", Later, 0},                    // 10
-    {"Reducer", Later, 0},                 // 11
-    {"Sphere", Later, 0},                  // 12
-    {"Torus", Later, 0},                   // 13
-    {"Elbow", Later, 0},                   // 14
-    {"Valve", Later, 0},                   // 15
-    {"RectangularBox", Later, 0},          // 16
-    {"Flange", Later, 0},                  // 17
-    {"Tee", Later, 0},                     // 18
-    {"Vertex3d", Later, 0},                // 19
-    {"GeometricGroup", Later, 0},          // 20
-    {"ExclusionVolume", Later, 0},         // 21
-    {"Pointset", Later, 0},                // 22
-    {"TriMesh", Later, 0},                 // 23
-    {"ContourObj", Later, 0},              // 24
-    {"Layer", None, 0},                    // 25
-    {"LayerMgr", None, 0},                 // 26
-    {"ModelSpace", None, 0},               // 27
-    {"Header", None, 0},                   // 28
-    {"ReducingElbow", Later, 0},           // 29
-    {"PipeBranch", None, 0},               // 30
+    {"Line3d", CreateLine3d, 0},                 // 0
+    {"CircularArc3d", CreateCircularArc3d, 0},   // 1
+    {"EllipticArc3d", CreateEllipticArc3d, 0},   // 2
+    {"Polyline3d", CreatePolyline3d, 0},         // 3
+    {"StdShape", Later, 0},                      // 4
+    {"BSplineCurve3d", CreateBSplineCurve3d, 0}, // 5
+    {"PlanarPatch", Later, 0},                   // 6
+    {"PlanarPolylineExtrusion", Later, 0},       // 7
+    {"StdShapeExtrusion", Later, 0},             // 8
+    {"Cylinder", CreateCylinder, 0},             // 9
+    {"Cone", CreateCone, 0},                     // 10
+    {"Reducer", Later, 0},                       // 11
+    {"Sphere", CreateSphere, 0},                 // 12
+    {"Torus", CreateTorus, 0},                   // 13
+    {"Elbow", Later, 0},                         // 14
+    {"Valve", CreateValve, 0},                   // 15
+    {"RectangularBox", CreateRectangularBox, 0}, // 16
+    {"Flange", CreateFlange, 0},                 // 17
+    {"Tee", CreateTee, 0},                       // 18
+    {"Vertex3d", Later, 0},                      // 19
+    {"GeometricGroup", Later, 0},                // 20
+    {"ExclusionVolume", Later, 0},               // 21
+    {"Pointset", Later, 0},                      // 22
+    {"TriMesh", Later, 0},                       // 23
+    {"ContourObj", Later, 0},                    // 24
+    {"Layer", None, 0},                          // 25
+    {"LayerMgr", None, 0},                       // 26
+    {"ModelSpace", None, 0},                     // 27
+    {"Header", None, 0},                         // 28
+    {"ReducingElbow", Later, 0},                 // 29
+    {"PipeBranch", None, 0},                     // 30
 };
 
 int QelCreateNothing(QelObject*, void*, int, unsigned char, unsigned, const CString*) {

@@ -1,6 +1,7 @@
 #include "commands.h"
 
 #include "import/import_commands.h"
+#include "records/annotation_command.h"
 #include "shell/shell_constants.h"
 
 #include <arx/aced.h>
@@ -26,9 +27,6 @@ void QelOut() {
 void QelXplode() {
     notInThisBuild(L"QELXPLODE");
 }
-void QelAnn() {
-    notInThisBuild(L"QELANN");
-}
 void QelMenu() {
     notInThisBuild(L"QELMENU");
 }
@@ -40,7 +38,7 @@ const std::array<QelCommandRow, 6> QelCommandTable = {{
     {L"QELOUT", QelOut},        // export dialog
     {L"QELXPLODE", QelXplode},  // imported block references replaced by their objects
     {L"QELINA", QelInaCommand}, // script form of the import
-    {L"QELANN", QelAnn},        // annotations restored or hidden
+    {L"QELANN", QelAnnCommand}, // annotations restored or hidden
     {L"QELMENU", QelMenu},      // menu loaded or unloaded
 }};
 

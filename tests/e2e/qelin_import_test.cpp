@@ -2,6 +2,8 @@
 // transcript, the log and the settings out.
 #include "shell/settings_store.h"
 
+#include <qel/qel_json.h>
+
 #include <gtest/gtest.h>
 
 #include <array>
@@ -270,4 +272,77 @@ TEST_F(QelinEndToEnd, AMissingOrCorruptFileIsRefusedByTheDialogAndNothingIsStore
         has(bad.out, "qelcad: Import Options...: '" + corrupt + "' is not a QEL object file\n"))
         << bad.out;
     EXPECT_FALSE(KeyExists(QEL_SETTINGS_KEY)) << "a refused dialog stores nothing";
+}
+
+// QELANN on an import: the tee's texts hidden with Enter, then shown again after Escape at the
+// keyword prompt; the last entity (the tee's second text) is listed after each.
+TEST_F(QelinEndToEnd, QelannHidesWithEnterAndRestoresAfterEscape) {
+    const std::string value =
+        R"("object", {"class": "StrAnnotation", "params": [["value", "string", "L-7"]]})";
+    const std::string file = (dir / "tee.qel").string();
+    QelInit(0, 0, QelInitWords);
+    qeljson::build(
+        R"({"format": "qel-json-1", "objects": [
+        {"class": "Tee", "params": [["radius", "double", 0.1], ["height", "double", 0.4],
+            ["branchradius", "double", 0.08], ["branchheight", "double", 0.3],
+            ["annotations", "object", {"class": "A", "params": [["Line", )" +
+            value + R"(], ["Class", )" + value + R"(]]}]]},
+        {"class": "Layer", "params": [["name", "string", "Piping"], ["objectList", "uint[]", [0]]]},
+        {"class": "LayerMgr", "params": [["layerList", "uint[]", [1]]]},
+        {"class": "ModelSpace", "params": [["layerMgr", "uint", 2], ["objectList", "uint[]", [0]]]},
+        {"class": "Header", "params": [["rootLocation", "uint", 3]]}]})",
+        "tee", file);
+    const std::string answers = write("a.txt", "dialog 1001\n  file = " + file + "\n  ok\n");
+    const Outcome run = qelcad("run --script " +
+                               write("s.scr", "QELIN\nQELANN\nALL\n\n\nLIST\n\n"
+                                              "QELANN\nALL\n\n\x1b\nLIST\n\nQUIT\n") +
+                               " --answers " + answers);
+    EXPECT_EQ(run.status, 0) << run.out;
+    const auto hidden = run.out.find("\nCommand: LIST");
+    const auto cancelled = run.out.find("\n User canceled");
+    const auto shown = run.out.find("\nCommand: LIST", hidden + 1);
+    ASSERT_NE(shown, std::string::npos) << run.out;
+    ASSERT_NE(cancelled, std::string::npos) << run.out;
+    ASSERT_LT(cancelled, shown);
+    const std::string first = run.out.substr(hidden, cancelled - hidden);
+    const std::string second = run.out.substr(shown);
+    EXPECT_TRUE(has(first, "\"Class: L-7\"")) << run.out;
+    EXPECT_TRUE(has(first, "(60) 1")) << "invisible after Enter: " << first;
+    EXPECT_TRUE(has(second, "\"Class: L-7\"")) << run.out;
+    EXPECT_FALSE(has(second, "(60) 1")) << "visible again after Escape: " << second;
+    EXPECT_TRUE(has(run.out, "Restore or Hide annotations - [Restore/Hide]<Hide>: ")) << run.out;
+}
+
+// The creators' fixtures through qelcad: what each makes, by layer and kind, and the error total
+// the import tells, with cylinders in both forms.
+TEST_F(QelinEndToEnd, ImportMakesTheEntitiesOfTheCreatorFixtures) {
+    struct Case {
+        const char* fixture;
+        const char* form;
+        const char* entities;
+        const char* errors; // null: none
+    };
+    const Case cases[] = {
+        {"cylinder_solid", "--solids", "Pipes: AcDb3dSolid x3 AcDbLine x2 AcDbText x1", nullptr},
+        {"cylinder_blocks", "--blocks", "Pipes: AcDbBlockReference x5 AcDbCircle x1 AcDbLine x5",
+         nullptr},
+        {"cone", "--solids", "Model: AcDb3dSolid x2 AcDbLine x2", "Processing Objects: 1\\n"},
+        {"line_polyline", "--blocks", "Model: AcDb3dPolyline x1 AcDbLine x1 AcDbText x2",
+         "Processing Objects: 2\\n"},
+        {"bspline_fit", "--solids", "Model: AcDbSpline x4", "Processing Objects: 1\\n"},
+    };
+    QelInit(0, 0, QelInitWords);
+    for (const Case& c : cases) {
+        const std::string name = c.fixture;
+        const std::string file = (dir / (name + ".qel")).string();
+        qeljson::build(read(fs::path(QEL_CREATOR_FIXTURE_DIR) / (name + ".json")), name, file);
+        const Outcome run = qelcad("import " + file + " -o out.dxf " + c.form + " --log-dir " +
+                                   (dir / "logs").string());
+        EXPECT_EQ(run.status, 3) << run.out;
+        EXPECT_TRUE(has(run.out, c.entities)) << name << ":\n" << run.out;
+        EXPECT_EQ(has(run.out, "Total Errors Processing Objects"), c.errors != nullptr) << run.out;
+        if (c.errors) {
+            EXPECT_TRUE(has(run.out, c.errors)) << name << ":\n" << run.out;
+        }
+    }
 }

@@ -1,0 +1,165 @@
+// Cone, Sphere, Torus and RectangularBox: one solid each, built about the local origin, placed
+// by the pose and the import transform, in a group of its own.
+#include "creators/creation_helpers.h"
+#include "creators/fitting_parts.h"
+#include "creators/primitives.h"
+#include "foundation/error_report.h"
+#include "foundation/log_file.h"
+#include "records/import_annotations.h"
+
+#include <arx/aced.h>
+
+#include <algorithm>
+
+namespace {
+
+constexpr const wchar_t* kCaught = L"\nCaught arx exception error";
+
+AcGeMatrix3d liftBy(double height) {
+    return AcGeMatrix3d::translation(AcGeVector3d(0.0, 0.0, height / 2.0));
+}
+
+// The solid placed and appended; the solid itself (closed) or null after the class's text.
+AcDbEntity* placeSolid(QelObject* object, AcDb3dSolid* solid, const AcGeMatrix3d& local,
+                       const AcGeMatrix3d& translation, const AcGeMatrix3d& rotation,
+                       const QelPartTexts& texts) {
+    return QelPlacePart(object, solid, local, translation, rotation, texts).isNull() ? nullptr
+                                                                                     : solid;
+}
+
+// A sphere or a torus: the solid about the origin, posed, in its group, its record's length the
+// (major) radius.
+struct RoundKind {
+    const wchar_t* noModelSpace;
+    const wchar_t* appendFailed;
+    const wchar_t* groupName;
+    const wchar_t* key;
+    const wchar_t* xdata;
+    int memberType;
+    bool groupedWhenNotAppended;
+};
+
+int roundSolid(QelObject* object, const std::function<Acad::ErrorStatus(AcDb3dSolid&)>& build,
+               const RoundKind& kind, double length, unsigned objIndex, const CString* filePath) {
+    AcGeMatrix3d translation, rotation;
+    PoseMatrices(object, translation, rotation);
+    AcDb3dSolid* solid = QelBuildSolid(build, kCaught);
+    if (!solid) return 1;
+    AcDbEntity* placed = placeSolid(object, solid, AcGeMatrix3d::kIdentity, translation, rotation,
+                                    {kind.noModelSpace, kind.appendFailed});
+    if (!placed && !kind.groupedWhenNotAppended) return 1;
+    QelMemberRecord record;
+    record.memberType = kind.memberType;
+    record.length = length;
+    QelGroupTagAnnotate(object, placed, kind.groupName, kind.key, record, objIndex, filePath,
+                        translation, rotation, kind.xdata);
+    return 0;
+}
+
+} // namespace
+
+int CreateCone(QelObject* object, void*, int, unsigned char, unsigned objIndex,
+               const CString* filePath) {
+    double radius0 = 0.0, radius1 = 0.0, height = 0.0;
+    if (!QelRequireLength(object, "radius0", radius0, L"\nError getting radius0 of Cone.") ||
+        !QelRequireLength(object, "radius1", radius1, L"\nError getting radius1 of Cone.") ||
+        !QelRequireLength(object, "height", height, L"\nError getting height of Cone."))
+        return 1;
+    radius0 = std::max(radius0, 1e-5);
+    radius1 = std::max(radius1, 1e-5);
+    // The limit is 1e-5 and the message says 1e-6: both as they have always been.
+    if (1e-5 >= height) {
+        QelReportError(L"\nHeight of cone out of range. (< 1e-6)");
+        return 1;
+    }
+    AcGeMatrix3d translation, rotation;
+    PoseMatrices(object, translation, rotation);
+    Acad::ErrorStatus status = Acad::eOk;
+    AcDb3dSolid* solid = QelBuildSolid(
+        [&](AcDb3dSolid& s) { return status = s.createFrustum(height, radius0, radius0, radius1); },
+        kCaught);
+    if (!solid) {
+        if (status != Acad::eOk) QelReportError(L"\nError creating cone");
+        return 1;
+    }
+    // The centroid is taken with the base at local z = 0, before the pose.
+    solid->transformBy(liftBy(height));
+    double volume = 0.0, moments[3], products[3], principal[3], gyration[3];
+    AcGePoint3d centroid;
+    AcGeVector3d axes[3];
+    AcDbExtents extents;
+    solid->getMassProp(volume, centroid, moments, products, principal, axes, gyration, extents);
+    AcDbEntity* cone = placeSolid(object, solid, AcGeMatrix3d::kIdentity, translation, rotation,
+                                  {nullptr, L"\nCould not append Cone to ACAD Database."});
+    if (!cone) return 1;
+    QelMemberRecord record;
+    record.memberType = 10;
+    record.length = height;
+    record.radius0 = radius0;
+    record.radius1 = radius1;
+    record.centroid = centroid.z;
+    AcDbGroup* group =
+        QelGroupAndTag(cone, L"ConeGroup", L"CONE_GROUP", record, objIndex, filePath, L"Cone");
+    AddAxisCenterLine(object, height, translation, rotation, objIndex, filePath);
+    ImportAnnotations(object, translation, rotation, group);
+    QelCloseGroup(group);
+    return 0;
+}
+
+int CreateSphere(QelObject* object, void*, int, unsigned char, unsigned objIndex,
+                 const CString* filePath) {
+    double radius = 0.0;
+    if (!QelRequireLength(object, "radius", radius, L"\nError getting radius of sphere.")) return 1;
+    return roundSolid(
+        object, [&](AcDb3dSolid& s) { return s.createSphere(radius); },
+        {nullptr, L"\nCould not append Sphere to ACAD Database.", L"SphereGroup", L"SPHERE_GROUP",
+         L"Sphere", 13, false},
+        radius, objIndex, filePath);
+}
+
+int CreateTorus(QelObject* object, void*, int, unsigned char, unsigned objIndex,
+                const CString* filePath) {
+    double major = 0.0, minor = 0.0;
+    if (!QelRequireLength(object, "majorRadius", major, L"\nError getting majorRadius of torus.") ||
+        !QelRequireLength(object, "minorRadius", minor, L"\nError getting minorRadius of torus."))
+        return 1;
+    // A torus that could not be appended still gets its group, empty, and its annotations.
+    return roundSolid(
+        object, [&](AcDb3dSolid& s) { return s.createTorus(major, minor); },
+        {L"\nError getting BlockTableRecord", L"\nCould not append Torus to ACAD Database.",
+         L"TorusGroup", L"TORUS_GROUP", L"Torus", 14, true},
+        major, objIndex, filePath);
+}
+
+int CreateRectangularBox(QelObject* object, void*, int, unsigned char, unsigned objIndex,
+                         const CString* filePath) {
+    double height = 0.0, width = 0.0, depth = 0.0;
+    if (!QelRequireLength(object, "height", height,
+                          L"\nError getting height of Rectangular Box.") ||
+        !QelRequireLength(object, "width", width, L"\nError getting width of Rectangular Box.") ||
+        !QelRequireLength(object, "depth", depth, L"\nError getting depth of Rectangular Box."))
+        return 1;
+    AcGeMatrix3d translation, rotation;
+    PoseMatrices(object, translation, rotation);
+    // Depth along local X, width along Y, height along Z. A box the host refuses is dropped
+    // without a word.
+    Acad::ErrorStatus status = Acad::eOk;
+    AcDb3dSolid* solid = QelBuildSolid(
+        [&](AcDb3dSolid& s) { return status = s.createBox(depth, width, height); }, kCaught);
+    if (!solid) return status == Acad::eOk ? 1 : 0;
+    AcDbEntity* box = placeSolid(object, solid, liftBy(height), translation, rotation,
+                                 {L"\n Error reading RectBox BlockTableRecord.",
+                                  L"Could not append RectBox to ACAD Database."});
+    if (!box) {
+        acutPrintf(L"\n End process RectBox\n");
+        return 1;
+    }
+    QelMemberRecord record;
+    record.memberType = 35;
+    record.length = height;
+    record.width = width;
+    record.depth = depth;
+    QelGroupTagAnnotate(object, box, L"RectBoxGroup", L"RECTBOX_GROUP", record, objIndex, filePath,
+                        translation, rotation, L"RectangularBox");
+    return 0;
+}

@@ -1,0 +1,325 @@
+#include "drawing_summary.h"
+
+#include "foundation/error_report.h"
+#include "records/member_record.h"
+#include "records/xrecords.h"
+
+#include <arx/arx.h>
+#include <arx/dbsol3d.h>
+
+#include <algorithm>
+#include <cctype>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <sstream>
+
+namespace creatorstest {
+namespace {
+
+std::string narrow(const wchar_t* text) {
+    std::string out;
+    for (; text && *text; ++text)
+        out += *text < 128 ? char(*text) : '?';
+    return out;
+}
+
+std::string number(double value) {
+    if (std::fabs(value) < 1e-12) value = 0.0;
+    char buffer[64];
+    std::snprintf(buffer, sizeof buffer, "%.10g", value);
+    return buffer;
+}
+
+std::string point(const AcGePoint3d& p) {
+    return "(" + number(p.x) + "," + number(p.y) + "," + number(p.z) + ")";
+}
+std::string vector(const AcGeVector3d& v) {
+    return point(AcGePoint3d(v.x, v.y, v.z));
+}
+
+std::string groupOf(const AcDbEntity* entity, std::string& name) {
+    const AcDbVoidPtrArray* reactors = entity->reactors();
+    for (int i = 0; reactors && i < reactors->length(); ++i) {
+        if (!acdbIsPersistentReactor((*reactors)[i])) continue;
+        AcDbGroup* group = nullptr;
+        if (acdbOpenObject(group, acdbPersistentReactorObjectId((*reactors)[i])) != Acad::eOk)
+            continue;
+        name = narrow(group->name());
+        std::string description = "\"" + narrow(group->description()) + "\"";
+        group->close();
+        return description;
+    }
+    return "-";
+}
+
+std::string recordOf(AcDbEntity* entity, const std::string& groupName) {
+    ads_name name;
+    if (acdbGetAdsName(name, entity->objectId()) != Acad::eOk) return "";
+    QelMemberRecord r;
+    if (!r.Load(name)) return "";
+    std::string out = " rec=" + std::to_string(r.memberType) + "/" + std::to_string(r.objectIndex) +
+                      "/" + std::to_string(r.partIndex) + "/" + std::to_string(r.context) + "/" +
+                      std::to_string(r.groupSerial);
+    const std::pair<const char*, double> fields[] = {
+        {"majorRadius", r.majorRadius},
+        {"minorRadius", r.minorRadius},
+        {"length", r.length},
+        {"width", r.width},
+        {"depth", r.depth},
+        {"radius0", r.radius0},
+        {"radius1", r.radius1},
+        {"flangeThickness", r.flangeThickness},
+        {"webThickness", r.webThickness},
+        {"centroid", r.centroid},
+        {"handwheelThickness", r.handwheelThickness},
+        {"handwheelOffset", r.handwheelOffset},
+        {"handwheelRadius", r.handwheelRadius},
+        {"stemThickness", r.stemThickness},
+        {"stemLength", r.stemLength},
+    };
+    for (const auto& [field, value] : fields)
+        if (value != 0.0) out += std::string(" ") + field + "=" + number(value);
+    if (narrow(r.groupName) != groupName)
+        out += " rgroup=" + (r.groupName.IsEmpty() ? std::string("-") : narrow(r.groupName));
+    if (narrow(r.filePath).empty()) out += " nofile";
+    return out;
+}
+
+std::string xdataOf(const AcDbEntity* entity) {
+    resbuf* chain = entity->xData(QEL_XDATA_APP);
+    std::string out;
+    for (resbuf* rb = chain; rb; rb = rb->rbnext)
+        if (rb->restype == 1000)
+            out += (out.empty() ? " xdata=\"" : ",\"") + narrow(rb->resval.rstring) + "\"";
+    acutRelRb(chain);
+    return out;
+}
+
+std::string geometryOf(const AcDbEntity* entity) {
+    if (auto* solid = AcDb3dSolid::cast(entity)) {
+        double volume = 0.0, moments[3], products[3], principal[3], gyration[3];
+        AcGePoint3d centroid;
+        AcGeVector3d axes[3];
+        AcDbExtents box;
+        if (solid->getMassProp(volume, centroid, moments, products, principal, axes, gyration,
+                               box) != Acad::eOk)
+            return " nomass";
+        return " vol=" + number(volume) + " c=" + point(centroid) +
+               " box=" + point(box.minPoint()) + point(box.maxPoint());
+    }
+    if (auto* line = AcDbLine::cast(entity))
+        return " from=" + point(line->startPoint()) + " to=" + point(line->endPoint());
+    if (auto* circle = AcDbCircle::cast(entity))
+        return " c=" + point(circle->center()) + " r=" + number(circle->radius()) +
+               " n=" + vector(circle->normal()) + " th=" + number(circle->thickness());
+    if (auto* ellipse = AcDbEllipse::cast(entity))
+        return " c=" + point(ellipse->center()) + " major=" + vector(ellipse->majorAxis()) +
+               " ratio=" + number(ellipse->radiusRatio()) + " n=" + vector(ellipse->normal()) +
+               " a=" + number(ellipse->startAngle()) + ".." + number(ellipse->endAngle());
+    if (auto* poly = AcDb3dPolyline::cast(entity)) {
+        std::string out;
+        int count = 0;
+        AcDbObjectIterator* it = poly->vertexIterator();
+        for (; !it->done(); it->step())
+            if (auto* vertex = AcDb3dPolylineVertex::cast(it->entity())) {
+                out += point(vertex->position());
+                ++count;
+            }
+        delete it;
+        return " n=" + std::to_string(count) + " closed=" + std::to_string(poly->isClosed()) +
+               " v=" + out;
+    }
+    if (auto* spline = AcDbSpline::cast(entity)) {
+        AcGePoint3d start, end;
+        spline->getStartPoint(start);
+        spline->getEndPoint(end);
+        std::string out = " fit=" + std::to_string(spline->numFitPoints()) +
+                          " ctrl=" + std::to_string(spline->numControlPoints()) +
+                          " deg=" + std::to_string(spline->degree()) +
+                          " closed=" + std::to_string(spline->isClosed()) +
+                          " periodic=" + std::to_string(spline->isPeriodic());
+        if (spline->numControlPoints() > 0) out += " start=" + point(start) + " end=" + point(end);
+        return out;
+    }
+    if (auto* text = AcDbText::cast(entity))
+        return " \"" + narrow(text->textStringConst()) + "\" at=" + point(text->position()) +
+               " h=" + number(text->height());
+    if (auto* reference = AcDbBlockReference::cast(entity)) {
+        AcDbBlockTableRecord* block = nullptr;
+        std::string name = "?";
+        if (acdbOpenObject(block, reference->blockTableRecord()) == Acad::eOk) {
+            name = narrow(block->name().c_str());
+            block->close();
+        }
+        const AcGeMatrix3d m = reference->blockTransform();
+        AcGePoint3d origin;
+        AcGeVector3d x, y, z;
+        m.getCoordSystem(origin, x, y, z);
+        return " block=\"" + name + "\" at=" + point(origin) + " z=" + vector(z);
+    }
+    return "";
+}
+
+std::string entityLine(AcDbEntity* entity) {
+    std::string groupName;
+    const std::string group = groupOf(entity, groupName);
+    ACHAR* layer = entity->layer();
+    std::string line = narrow(entity->isA()->name()) + " layer=" + narrow(layer) +
+                       " colour=" + std::to_string(entity->colorIndex());
+    acutDelString(layer);
+    if (entity->visibility() == AcDb::kInvisible) line += " hidden";
+    line += " group=" + group + recordOf(entity, groupName) + xdataOf(entity) + geometryOf(entity);
+    return line;
+}
+
+void summariseRecord(AcDbBlockTableRecord* record, const std::string& prefix,
+                     std::vector<std::string>& lines) {
+    AcDbBlockTableRecordIterator* it = nullptr;
+    record->newIterator(it);
+    for (; !it->done(); it->step()) {
+        AcDbEntity* entity = nullptr;
+        if (it->getEntity(entity) != Acad::eOk) continue;
+        lines.push_back(prefix + entityLine(entity));
+        entity->close();
+    }
+    delete it;
+}
+
+} // namespace
+
+std::vector<std::string> SummariseDrawing() {
+    std::vector<std::string> lines;
+    AcDbDatabase* db = acdbHostApplicationServices()->workingDatabase();
+    AcDbBlockTable* table = nullptr;
+    db->getBlockTable(table, AcDb::kForRead);
+    AcDbBlockTableRecord* model = nullptr;
+    if (table->getAt(ACDB_MODEL_SPACE, model, AcDb::kForRead) == Acad::eOk) {
+        summariseRecord(model, "", lines);
+        model->close();
+    }
+    AcDbBlockTable::Iterator* blocks = nullptr;
+    table->newIterator(blocks);
+    for (; !blocks->done(); blocks->step()) {
+        AcDbBlockTableRecord* block = nullptr;
+        if (blocks->getRecord(block) != Acad::eOk) continue;
+        if (!block->isLayout())
+            summariseRecord(block, "block \"" + narrow(block->name().c_str()) + "\": ", lines);
+        block->close();
+    }
+    delete blocks;
+    table->close();
+    AcDbDictionary* groups = nullptr;
+    if (db->getGroupDictionary(groups, AcDb::kForRead) == Acad::eOk) {
+        AcDbDictionaryIterator* it = groups->newIterator();
+        for (; !it->done(); it->next()) {
+            AcDbGroup* group = nullptr;
+            if (acdbOpenObject(group, it->objectId()) != Acad::eOk) continue;
+            lines.push_back("group \"" + narrow(group->description()) +
+                            "\" members=" + std::to_string(group->numEntities()));
+            group->close();
+        }
+        delete it;
+        groups->close();
+    }
+    unsigned errors = 0;
+    QelGetErrorCount(errors);
+    lines.push_back("errors " + std::to_string(errors));
+    return lines;
+}
+
+namespace {
+
+// Words, quoted texts and numbers of a line, each with its tolerance when it is a number.
+struct Token {
+    std::string text;
+    bool isNumber = false;
+    double value = 0.0;
+    double tolerance = -1.0;
+};
+
+std::vector<Token> tokens(const std::string& line) {
+    std::vector<Token> out;
+    std::size_t i = 0;
+    while (i < line.size()) {
+        Token t;
+        const char c = line[i];
+        if (c == '"') {
+            const std::size_t end = line.find('"', i + 1);
+            const std::size_t stop = end == std::string::npos ? line.size() : end + 1;
+            t.text = line.substr(i, stop - i);
+            i = stop;
+        } else if (std::isdigit(static_cast<unsigned char>(c)) ||
+                   ((c == '-' || c == '+' || c == '.') && i + 1 < line.size() &&
+                    (std::isdigit(static_cast<unsigned char>(line[i + 1])) ||
+                     line[i + 1] == '.'))) {
+            char* end = nullptr;
+            t.value = std::strtod(line.c_str() + i, &end);
+            const std::size_t stop = std::size_t(end - line.c_str());
+            if (stop == i) { // a dot or a sign that starts no number
+                out.push_back({std::string(1, c)});
+                ++i;
+                continue;
+            }
+            t.text = line.substr(i, stop - i);
+            t.isNumber = true;
+            i = stop;
+            if (i < line.size() && line[i] == '~') {
+                t.tolerance = std::strtod(line.c_str() + i + 1, &end);
+                i = std::size_t(end - line.c_str());
+            }
+        } else {
+            t.text = std::string(1, c);
+            ++i;
+        }
+        out.push_back(t);
+    }
+    return out;
+}
+
+} // namespace
+
+bool LineMatches(const std::string& expected, const std::string& actual, std::string& why) {
+    // Words compare character by character; merge runs of single characters back into words
+    // so that a "*" can stand for a whole word.
+    const std::vector<Token> e = tokens(expected);
+    const std::vector<Token> a = tokens(actual);
+    std::size_t i = 0, j = 0;
+    while (i < e.size() && j < a.size()) {
+        if (e[i].text == "*") {
+            // Skips one number, one quoted text or one run of word characters.
+            if (a[j].isNumber || a[j].text[0] == '"') {
+                ++j;
+            } else {
+                while (
+                    j < a.size() && !a[j].isNumber && a[j].text.size() == 1 &&
+                    (std::isalnum(static_cast<unsigned char>(a[j].text[0])) || a[j].text[0] == '_'))
+                    ++j;
+            }
+            ++i;
+            continue;
+        }
+        if (e[i].isNumber && a[j].isNumber) {
+            const double tolerance = e[i].tolerance >= 0.0
+                                         ? e[i].tolerance
+                                         : 1e-6 * std::max(1.0, std::fabs(e[i].value));
+            if (std::fabs(e[i].value - a[j].value) > tolerance) {
+                why = "number " + a[j].text + " where " + e[i].text + " was expected";
+                return false;
+            }
+        } else if (e[i].text != a[j].text || e[i].isNumber != a[j].isNumber) {
+            why = "'" + a[j].text + "' where '" + e[i].text + "' was expected, at '" +
+                  actual.substr(0, 60) + "...'";
+            return false;
+        }
+        ++i;
+        ++j;
+    }
+    if (i < e.size() || j < a.size()) {
+        why = i < e.size() ? "the line ends early" : "the line goes on past the expected end";
+        return false;
+    }
+    return true;
+}
+
+} // namespace creatorstest
