@@ -42,7 +42,7 @@ const QelClassSpec* QelFindClass(const char* className);
 const QelParamSpec* QelFindParam(const QelClassSpec& cls, const char* paramName);
 // The params every geometric class may carry beside its own.
 std::span<const QelParamSpec> QelCommonGeometricParams();
-// True when count elements fit the count rule of the spec ("3", "3n", ...).
+// True when count elements fit the count rule of the param's definition ("3", "3n", ...).
 bool QelCountFits(const QelParamSpec& spec, unsigned count);
 
 // Object-type codes of the classes met on import, as member records keep them.
