@@ -138,6 +138,16 @@ bool acdbDxfAddKind(const AcDbDxfKind* kind) {
     return true;
 }
 
+bool acdbDxfKindTakes(const AcDbDxfKind* kind, bool entity, short code) {
+    if (entity && std::any_of(std::begin(kEntityFields), std::end(kEntityFields),
+                              [code](const AcDbDxfField& f) { return takes(f, code); }))
+        return true;
+    if (kind == nullptr) return false;
+    return std::any_of(kind->fields.begin(), kind->fields.end(), [code](const AcDbDxfField& f) {
+        return takes(f, code) || (f.flags & AcDbDxfField::kRest);
+    });
+}
+
 Acad::ErrorStatus acdbDxfWriteObject(const AcDbObject& object, AcDbDxfItems& out) {
     if (AcDbEntity::cast(&object))
         for (const AcDbDxfField& f : kEntityFields)

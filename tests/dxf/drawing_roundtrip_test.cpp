@@ -1,0 +1,187 @@
+// Drawings read, written and read again: every field, handle and record kept.
+#include <arx/acdb.h>
+#include <arx/dbkept.h>
+
+#include "../arx/samples.h"
+#include "drawing_test.h"
+
+namespace {
+
+AcDbObjectId idOfHandle(AcDbDatabase& db, const ACHAR* handle) {
+    AcDbObjectId id;
+    db.getAcDbObjectId(id, false, AcDbHandle(handle));
+    return id;
+}
+
+resbuf* xrecordData(AcDbObjectId entityId, const ACHAR* key) {
+    AcDbObject* entity = nullptr;
+    acdbOpenAcDbObject(entity, entityId, AcDb::kForRead);
+    const AcDbObjectId dictId = entity->extensionDictionary();
+    entity->close();
+    AcDbDictionary* dict = nullptr;
+    if (acdbOpenObject(dict, dictId, AcDb::kForRead) != Acad::eOk) return nullptr;
+    AcDbObject* record = nullptr;
+    const Acad::ErrorStatus es = dict->getAt(key, record, AcDb::kForRead);
+    dict->close();
+    if (es != Acad::eOk) return nullptr;
+    resbuf* chain = nullptr;
+    static_cast<AcDbXrecord*>(record)->rbChain(&chain);
+    record->close();
+    return chain;
+}
+
+TEST(DrawingRoundTrip, EzdxfDrawingKeepsHandlesLayersGroupsAndRecords) {
+    const std::string original = fixtureText("ezdxf-every-kind.dxf");
+    auto db = dxf::readDrawing(original, "every-kind");
+    // The line with its extension dictionary, X-record and extended data, by its handle.
+    const AcDbObjectId line = idOfHandle(*db, ACRX_T("91"));
+    AcDbEntity* e = nullptr;
+    ASSERT_EQ(acdbOpenAcDbEntity(e, line, AcDb::kForRead), Acad::eOk);
+    EXPECT_TRUE(AcDbLine::cast(e));
+    EXPECT_EQ(std::wstring(e->layer()), L"L_ON");
+    resbuf* xdata = e->xData(ACRX_T("MYAPP"));
+    e->close();
+    ASSERT_NE(xdata, nullptr);
+    ASSERT_NE(xdata->rbnext, nullptr);
+    EXPECT_EQ(std::wstring(xdata->rbnext->resval.rstring), L"hello xdata");
+    EXPECT_EQ(xdata->rbnext->rbnext->resval.rreal, 3.25);
+    acutRelRb(xdata);
+    resbuf* data = xrecordData(line, ACRX_T("MY_XREC"));
+    ASSERT_NE(data, nullptr);
+    EXPECT_EQ(data->restype, 1);
+    EXPECT_EQ(data->rbnext->resval.rreal, 1.5);
+    EXPECT_EQ(data->rbnext->rbnext->resval.rlong, 42);
+    acutRelRb(data);
+    // The group and its member.
+    AcDbDictionary* groups = nullptr;
+    ASSERT_EQ(db->getGroupDictionary(groups), Acad::eOk);
+    AcDbObject* object = nullptr;
+    ASSERT_EQ(groups->getAt(ACRX_T("NAMED_GROUP"), object, AcDb::kForRead), Acad::eOk);
+    groups->close();
+    auto* group = AcDbGroup::cast(object);
+    ASSERT_NE(group, nullptr);
+    AcDbObjectIdArray members;
+    group->allEntityIds(members);
+    const AcDbObjectId groupId = group->objectId();
+    group->close();
+    ASSERT_EQ(members.length(), 1);
+    EXPECT_EQ(members[0], line);
+    ASSERT_EQ(acdbOpenAcDbEntity(e, line, AcDb::kForRead), Acad::eOk);
+    EXPECT_TRUE(e->hasPersistentReactor(groupId));
+    e->close();
+    // Layer states and the current UCS of the header.
+    AcDbLayerTable* layers = nullptr;
+    db->getLayerTable(layers);
+    AcDbLayerTableRecord* off = nullptr;
+    AcDbLayerTableRecord* frozen = nullptr;
+    ASSERT_EQ(layers->getAt(ACRX_T("L_OFF"), off, AcDb::kForRead), Acad::eOk);
+    ASSERT_EQ(layers->getAt(ACRX_T("L_FROZEN"), frozen, AcDb::kForRead), Acad::eOk);
+    layers->close();
+    EXPECT_TRUE(off->isOff());
+    EXPECT_TRUE(frozen->isFrozen());
+    off->close();
+    frozen->close();
+    EXPECT_EQ(db->ucsorg(), AcGePoint3d(1, 2, 0));
+    EXPECT_EQ(acdbHostOpenObjectCount(db.get()), 0u);
+}
+
+TEST(DrawingRoundTrip, WritingWhatWasReadGivesTheSameTextAgain) {
+    auto first = dxf::readDrawing(fixtureText("ezdxf-every-kind.dxf"), "every-kind");
+    const std::string once = drawingText(*first);
+    auto second = dxf::readDrawing(once, "once");
+    EXPECT_EQ(textDifference(drawingText(*second), once), "");
+}
+
+TEST(DrawingRoundTrip, RecordsOfOtherProgramsComeBackUnchanged) {
+    const std::string original = fixtureText("ezdxf-every-kind.dxf");
+    auto db = dxf::readDrawing(original, "every-kind");
+    const std::string written = drawingText(*db);
+    // MESH, a visual style and a material: kinds the host does not model; 3DSOLID and REGION
+    // keep their model text as read.
+    for (const std::string type : {"MESH", "VISUALSTYLE", "MATERIAL", "3DSOLID", "REGION"}) {
+        const size_t at = original.find("\n  0\n" + type + "\n  5\n");
+        ASSERT_NE(at, std::string::npos) << type;
+        const size_t handleAt = at + 11 + type.size();
+        const std::string handle =
+            original.substr(handleAt, original.find('\n', handleAt) - handleAt);
+        EXPECT_EQ(recordWithHandle(written, handle), recordWithHandle(original, handle)) << type;
+    }
+}
+
+class DrawingOfHostEntities : public ArxTest {};
+
+// Every kind the host makes, with the data the module leaves on entities, survives a save and
+// an open: the second save equals the first in every group of every record.
+TEST_F(DrawingOfHostEntities, EveryKindKeepsEveryFieldAndHandle) {
+    acdbRegApp(ACRX_T("Tovi_Technologies"));
+    std::vector<AcDbObjectId> ids;
+    for (const Sample& s : entitySamples())
+        ids.push_back(append(s.make(*db)));
+    {
+        AcDbEntity* e = nullptr;
+        ASSERT_EQ(acdbOpenAcDbEntity(e, ids[0], AcDb::kForWrite), Acad::eOk);
+        resbuf* xdata = acutBuildList(1001, ACRX_T("Tovi_Technologies"), 1000, ACRX_T("TriMesh"),
+                                      1000, ACRX_T("ToviQelPoint"), 0);
+        EXPECT_EQ(e->setXData(xdata), Acad::eOk);
+        acutRelRb(xdata);
+        e->createExtensionDictionary();
+        AcDbDictionary* dict = nullptr;
+        acdbOpenObject(dict, e->extensionDictionary(), AcDb::kForWrite);
+        e->close();
+        auto* record = new AcDbXrecord;
+        AcDbObjectId recordId;
+        dict->setAt(ACRX_T("MemberRec"), record, recordId);
+        dict->close();
+        resbuf* chain = acutBuildList(1, ACRX_T("C:\\plant one.qel"), 1, ACRX_T("*A3"), 90, 7, 90,
+                                      -40000, 40, 0.1, 40, 1e-300, 40, -2.5e17, 1, ACRX_T("1F"), 0);
+        EXPECT_EQ(record->setFromRbChain(*chain), Acad::eOk);
+        acutRelRb(chain);
+        record->close();
+    }
+    AcDbGroup* group = new AcDbGroup(ACRX_T("pipe"), false);
+    AcDbDictionary* groups = nullptr;
+    db->getGroupDictionary(groups, AcDb::kForWrite);
+    AcDbObjectId groupId;
+    groups->setAt(ACRX_T("*"), group, groupId);
+    groups->close();
+    group->setAnonymous();
+    group->append(ids[1]);
+    group->append(ids[2]);
+    group->close();
+    db->setUcs({1, 2, 3}, {0, 1, 0}, {-1, 0, 0});
+
+    const std::string once = drawingText(*db);
+    auto back = dxf::readDrawing(once, "once");
+    const std::string twice = drawingText(*back);
+    EXPECT_EQ(textDifference(twice, once, 1e-15), "");
+    // What was read once reads back exactly.
+    EXPECT_EQ(textDifference(drawingText(*dxf::readDrawing(twice, "twice")), twice), "");
+    EXPECT_EQ(back->ucsorg(), AcGePoint3d(1, 2, 3));
+    EXPECT_EQ(back->ucsxdir(), AcGeVector3d(0, 1, 0));
+    for (const AcDbObjectId& id : ids) {
+        AcDbObjectId same;
+        ASSERT_EQ(back->getAcDbObjectId(same, false, id.handle()), Acad::eOk);
+        AcDbObject* a = nullptr;
+        AcDbObject* b = nullptr;
+        acdbOpenAcDbObject(a, id, AcDb::kForRead);
+        acdbOpenAcDbObject(b, same, AcDb::kForRead);
+        EXPECT_EQ(a->isA(), b->isA()) << a->isA()->name();
+        a->close();
+        b->close();
+    }
+    // The entity in the second database, by its handle.
+    AcDbObjectId lineBack;
+    back->getAcDbObjectId(lineBack, false, ids[0].handle());
+    resbuf* data = xrecordData(lineBack, ACRX_T("MemberRec"));
+    ASSERT_NE(data, nullptr);
+    int n = 0;
+    for (resbuf* rb = data; rb; rb = rb->rbnext)
+        ++n;
+    EXPECT_EQ(n, 8);
+    EXPECT_EQ(data->rbnext->rbnext->rbnext->resval.rlong, -40000);
+    EXPECT_EQ(data->rbnext->rbnext->rbnext->rbnext->rbnext->resval.rreal, 1e-300);
+    acutRelRb(data);
+    EXPECT_EQ(acdbHostOpenObjectCount(back.get()), 0u);
+}
+
+} // namespace
