@@ -4,6 +4,8 @@
 #include <arx/aced.h>
 #include <arx/edhost.h>
 #include <arx/rxregsvc.h>
+#include <dxf/drawing.h>
+#include <dxf/summary.h>
 #include <win/presenter.h>
 #include <win/scripted.h>
 #include <win/strings.h>
@@ -35,6 +37,7 @@ struct Options {
     std::string script;
     std::string answers;
     std::string save;
+    bool json = false;
 };
 
 // A failure that ends qelcad with a one-line reason and the given status.
@@ -55,19 +58,31 @@ fs::path moduleFolder(const Options& o) {
     return executableFolder();
 }
 
-void refuseDrawingFiles(const Options& o) {
-    if (!o.drawing.empty() || !o.save.empty())
-        throw Failure{2, "drawing files are not supported yet in this build; start without a "
-                         "drawing (a new one is made)"};
+// The drawing named on the command line, else a new one; made current.
+void openStartDrawing(const Options& o) {
+    if (o.drawing.empty()) {
+        qelhost::newDocument();
+        return;
+    }
+    std::string message;
+    if (qelhost::openDocument(o.drawing, message) == nullptr) throw Failure{2, message};
 }
 
-// A new drawing, the host's variables from --set, then the modules: every ".arx" file of the
-// module folder, and each --load.
+// The current drawing to --save, when given.
+void saveEndDrawing(const Options& o) {
+    if (o.save.empty()) return;
+    std::string message;
+    if (!qelhost::saveDocument(acDocManagerPtr()->curDocument(), o.save, message))
+        throw Failure{2, "cannot save: " + message};
+}
+
+// The drawing (given or new), the host's variables from --set, then the modules: every ".arx" file
+// of the module folder, and each --load.
 void startHost(const Options& o) {
     if (!o.transcript.empty() && !win::Transcript::instance().setFile(o.transcript))
         throw Failure{2, "cannot write the transcript " + o.transcript};
     qelhost::setModuleFolder(moduleFolder(o));
-    qelhost::newDocument();
+    openStartDrawing(o);
     for (const std::string& assignment : o.set) {
         const auto eq = assignment.find('=');
         if (eq == std::string::npos) throw Failure{2, "--set takes NAME=VALUE: " + assignment};
@@ -95,7 +110,6 @@ void stopHost() {
 }
 
 int shellCommand(const Options& o) {
-    refuseDrawingFiles(o);
     qelcad::showTranscript(std::cout, false);
     qelcad::catchInterrupt();
     win::setPresenter(std::make_shared<win::TerminalPresenter>(std::cin, std::cout));
@@ -108,7 +122,6 @@ int shellCommand(const Options& o) {
 }
 
 int runCommand(const Options& o) {
-    refuseDrawingFiles(o);
     std::ifstream in(o.script, std::ios::binary);
     if (!in) throw Failure{2, "cannot read the script " + o.script};
     std::ostringstream text;
@@ -145,8 +158,25 @@ int runCommand(const Options& o) {
             break;
         }
     }
+    // A script that failed leaves its drawing unsaved.
+    if (status == 0) try {
+            saveEndDrawing(o);
+        } catch (const Failure&) {
+            stopHost();
+            throw;
+        }
     stopHost();
     if (status != 0) throw Failure{status, reason};
+    return 0;
+}
+
+int infoCommand(const Options& o) {
+    std::string message;
+    std::unique_ptr<AcDbDatabase> db = dxf::openDrawing(o.drawing, message);
+    if (db == nullptr) throw Failure{2, message};
+    const dxf::DrawingSummary summary = dxf::summarize(*db);
+    std::cout << (o.json ? dxf::summaryJson(summary)
+                         : "Drawing: " + o.drawing + "\n" + dxf::summaryText(summary));
     return 0;
 }
 
@@ -168,7 +198,7 @@ void hostOptions(CLI::App& app, Options& o) {
                    "Set a system variable first, read-only ones too (NAME=VALUE, repeatable)")
         ->allow_extra_args(false);
     app.add_option("--transcript", o.transcript, "Also write the transcript to this file");
-    app.add_option("drawing", o.drawing, "Drawing to open (drawing files come in a later build)");
+    app.add_option("drawing", o.drawing, "Drawing to open (DXF); without it a new drawing");
 }
 
 const SubCommand kCommands[] = {
@@ -182,6 +212,12 @@ const SubCommand kCommands[] = {
          app.add_option("--save", o.save, "Save the drawing to this file at the end");
      },
      runCommand},
+    {"info", "Describe a drawing: entities, layers, groups, UCSs, the module's data",
+     [](CLI::App& app, Options& o) {
+         app.add_option("drawing", o.drawing, "Drawing (DXF)")->required();
+         app.add_flag("--json", o.json, "As JSON");
+     },
+     infoCommand},
 };
 
 } // namespace
