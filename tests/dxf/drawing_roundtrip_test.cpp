@@ -2,8 +2,7 @@
 #include <arx/acdb.h>
 #include <arx/dbkept.h>
 
-#include "../arx/samples.h"
-#include "drawing_test.h"
+#include "module_drawing.h"
 
 namespace {
 
@@ -113,42 +112,7 @@ class DrawingOfHostEntities : public ArxTest {};
 // Every kind the host makes, with the data the module leaves on entities, survives a save and
 // an open: the second save equals the first in every group of every record.
 TEST_F(DrawingOfHostEntities, EveryKindKeepsEveryFieldAndHandle) {
-    acdbRegApp(ACRX_T("Tovi_Technologies"));
-    std::vector<AcDbObjectId> ids;
-    for (const Sample& s : entitySamples())
-        ids.push_back(append(s.make(*db)));
-    {
-        AcDbEntity* e = nullptr;
-        ASSERT_EQ(acdbOpenAcDbEntity(e, ids[0], AcDb::kForWrite), Acad::eOk);
-        resbuf* xdata = acutBuildList(1001, ACRX_T("Tovi_Technologies"), 1000, ACRX_T("TriMesh"),
-                                      1000, ACRX_T("ToviQelPoint"), 0);
-        EXPECT_EQ(e->setXData(xdata), Acad::eOk);
-        acutRelRb(xdata);
-        e->createExtensionDictionary();
-        AcDbDictionary* dict = nullptr;
-        acdbOpenObject(dict, e->extensionDictionary(), AcDb::kForWrite);
-        e->close();
-        auto* record = new AcDbXrecord;
-        AcDbObjectId recordId;
-        dict->setAt(ACRX_T("MemberRec"), record, recordId);
-        dict->close();
-        resbuf* chain = acutBuildList(1, ACRX_T("C:\\plant one.qel"), 1, ACRX_T("*A3"), 90, 7, 90,
-                                      -40000, 40, 0.1, 40, 1e-300, 40, -2.5e17, 1, ACRX_T("1F"), 0);
-        EXPECT_EQ(record->setFromRbChain(*chain), Acad::eOk);
-        acutRelRb(chain);
-        record->close();
-    }
-    AcDbGroup* group = new AcDbGroup(ACRX_T("pipe"), false);
-    AcDbDictionary* groups = nullptr;
-    db->getGroupDictionary(groups, AcDb::kForWrite);
-    AcDbObjectId groupId;
-    groups->setAt(ACRX_T("*"), group, groupId);
-    groups->close();
-    group->setAnonymous();
-    group->append(ids[1]);
-    group->append(ids[2]);
-    group->close();
-    db->setUcs({1, 2, 3}, {0, 1, 0}, {-1, 0, 0});
+    const std::vector<AcDbObjectId> ids = buildModuleDrawing(*db);
 
     const std::string once = drawingText(*db);
     auto back = dxf::readDrawing(once, "once");
