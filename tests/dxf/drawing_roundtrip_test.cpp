@@ -149,3 +149,31 @@ TEST_F(DrawingOfHostEntities, EveryKindKeepsEveryFieldAndHandle) {
 }
 
 } // namespace
+
+namespace {
+
+// A block reference with attributes: they stay with it, as read, and their handles stay taken.
+TEST(DrawingRoundTrip, AttributesOfABlockReferenceStayWithIt) {
+    std::string text = fixtureText("ezdxf-every-kind.dxf");
+    const size_t insert = text.find("\n  0\nINSERT\n  5\n");
+    ASSERT_NE(insert, std::string::npos);
+    const size_t handleAt = insert + 16;
+    const std::string handle = text.substr(handleAt, text.find('\n', handleAt) - handleAt);
+    const size_t marker = text.find("AcDbBlockReference\n", insert) + 19;
+    text.insert(marker, " 66\n1\n");
+    const std::string attributes = "  0\nATTRIB\n  5\nFFF0\n330\n" + handle +
+                                   "\n100\nAcDbEntity\n  8\n0\n100\nAcDbText\n 10\n0.0\n 20\n0.0\n"
+                                   " 30\n0.0\n 40\n1.0\n  1\nDN 50\n100\nAcDbAttribute\n  2\nSIZE\n"
+                                   " 70\n0\n  0\nSEQEND\n  5\nFFF1\n330\n" +
+                                   handle + "\n100\nAcDbEntity\n  8\n0\n";
+    text.insert(text.find("\n  0\n", marker) + 1, attributes);
+    auto db = dxf::readDrawing(text, "attributes");
+    const std::string written = drawingText(*db);
+    const std::string reference = recordWithHandle(written, handle);
+    EXPECT_NE(reference.find(" 66\n1\n"), std::string::npos) << reference;
+    EXPECT_NE(written.find(attributes), std::string::npos);
+    EXPECT_GT(Adesk::UInt64(db->handseed()), 0xFFF1u);
+    EXPECT_EQ(textDifference(drawingText(*dxf::readDrawing(written, "written")), written), "");
+}
+
+} // namespace

@@ -1,5 +1,7 @@
 #include <dxf/tag_io.h>
 
+#include <algorithm>
+
 #include <charconv>
 #include <cstring>
 #include <string_view>
@@ -9,7 +11,7 @@ namespace dxf {
 namespace {
 // Binary files open with a product name, then this mark.
 constexpr std::string_view kBinaryMark = "Binary DXF\r\n\x1a";
-}
+} // namespace
 
 TagReader::TagReader(std::string text, std::string source)
     : m_text(std::move(text)), m_source(std::move(source)) {
@@ -74,22 +76,34 @@ void TagReader::pushBack(const Tag& tag) {
     m_hasPushed = true;
 }
 
-void TagWriter::write(int code, const std::string& value) {
+void appendTag(std::string& out, int code, std::string_view value) {
     char text[16];
     auto [end, ec] = std::to_chars(text, text + sizeof text, code);
     const std::size_t width = static_cast<std::size_t>(end - text);
-    for (std::size_t i = width; i < 3; ++i)
-        m_out.put(' ');
-    m_out.write(text, static_cast<std::streamsize>(width));
-    m_out.put('\n');
+    if (width < 3) out.append(3 - width, ' ');
+    out.append(text, width);
+    out += '\n';
     // A value never spans lines: a line break inside it would be read as the next group code.
-    if (value.find_first_of("\r\n") == std::string::npos) {
-        m_out << value;
-    } else {
-        for (char c : value)
-            m_out << (c == '\n' ? ' ' : c == '\r' ? ' ' : c);
-    }
-    m_out.put('\n');
+    const std::size_t from = out.size();
+    out.append(value);
+    if (value.find_first_of("\r\n") != std::string_view::npos)
+        std::replace_if(
+            out.begin() + std::ptrdiff_t(from), out.end(),
+            [](char c) { return c == '\n' || c == '\r'; }, ' ');
+    out += '\n';
+}
+
+void TagWriter::write(int code, const std::string& value) {
+    m_buffer.clear();
+    appendTag(m_buffer, code, value);
+    m_out.write(m_buffer.data(), static_cast<std::streamsize>(m_buffer.size()));
+}
+
+void TagWriter::write(const Tags& tags) {
+    m_buffer.clear();
+    for (const Tag& t : tags)
+        appendTag(m_buffer, t.code, t.value);
+    m_out.write(m_buffer.data(), static_cast<std::streamsize>(m_buffer.size()));
 }
 
 void TagWriter::writePoint(int code, double x, double y, double z) {

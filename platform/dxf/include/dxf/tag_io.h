@@ -41,10 +41,8 @@ public:
 
     void write(int code, const std::string& value);
     void write(const Tag& tag) { write(tag.code, tag.value); }
-    void write(const Tags& tags) {
-        for (const Tag& t : tags)
-            write(t);
-    }
+    // The tags in one write to the stream.
+    void write(const Tags& tags);
     void writeDouble(int code, double value) { write(code, formatDouble(value)); }
     void writeInt(int code, long long value) { write(code, std::to_string(value)); }
     void writeHandle(int code, std::uint64_t handle) { write(code, formatHandle(handle)); }
@@ -53,6 +51,10 @@ public:
 
 private:
     std::ostream& m_out;
+    std::string m_buffer;
 };
+
+// One tag in the layout TagWriter writes, appended to out.
+void appendTag(std::string& out, int code, std::string_view value);
 
 } // namespace dxf

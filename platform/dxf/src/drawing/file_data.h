@@ -31,6 +31,9 @@ struct FileData {
     std::map<std::uint64_t, std::uint64_t> sequenceEnds;
     // Handles of the BLOCK and ENDBLK of a block, by its block record's handle.
     std::map<std::uint64_t, std::pair<std::uint64_t, std::uint64_t>> blockEnds;
+    // Records that follow an entity and belong to it, kept as read: the attributes of a block
+    // reference and their SEQEND, by the reference's handle.
+    std::map<std::uint64_t, std::vector<Record>> followers;
     // Groups no field takes, by the handle of their object.
     std::map<std::uint64_t, std::vector<ExtraGroup>> extras;
 };

@@ -8,6 +8,8 @@
 #include <arx/dxfkind.h>
 #include <dxf/drawing.h>
 
+#include <algorithm>
+#include <initializer_list>
 #include <map>
 #include <set>
 
@@ -60,6 +62,17 @@ bool isSolidModel(const std::string& type) {
     return type == "3DSOLID" || type == "REGION" || type == "BODY";
 }
 
+// Result buffers of the items, for extended data and X-records; the caller frees the chain.
+resbuf* chainOf(const AcDbDxfItems& items) {
+    resbuf* chain = nullptr;
+    resbuf** link = &chain;
+    for (const AcDbDxfItem& item : items) {
+        *link = acdbDxfToResbuf(item);
+        link = &(*link)->rbnext;
+    }
+    return chain;
+}
+
 std::set<short> angleCodes(const AcDbDxfKind* kind) {
     std::set<short> codes;
     if (kind != nullptr)
@@ -96,6 +109,19 @@ public:
     }
 
 private:
+    // The kind of a record type, looked up once per type.
+    const AcDbDxfKind* kindNamed(const std::string& type) {
+        auto it = m_kinds.find(type);
+        if (it == m_kinds.end())
+            it = m_kinds.emplace(type, acdbDxfKindNamed(fromUtf8(type).c_str())).first;
+        return it->second;
+    }
+    const std::set<short>& anglesOf(const AcDbDxfKind* kind) {
+        auto it = m_angles.find(kind);
+        if (it == m_angles.end()) it = m_angles.emplace(kind, angleCodes(kind)).first;
+        return it->second;
+    }
+
     [[noreturn]] void fail(std::size_t line, const std::string& what) const {
         throw DxfError(m_source, line, what);
     }
@@ -158,7 +184,7 @@ private:
 
     // Reads the tags [from, to) into the object's fields; groups no field takes are kept.
     void fields(AcDbObject& object, const AcDbDxfKind* kind, const Record& r, const Common& c,
-                size_t from, size_t to, const std::set<int>& dropped = {}) {
+                size_t from, size_t to, std::initializer_list<int> dropped = {}) {
         const bool entity = AcDbEntity::cast(&object) != nullptr;
         Tags taken;
         std::vector<ExtraGroup> extras = c.appGroups;
@@ -166,7 +192,7 @@ private:
         for (size_t i = from; i < to; ++i) {
             const Tag& t = r.tags[i];
             if (t.code == 100) marker = t.value;
-            if (dropped.count(t.code)) continue;
+            if (std::find(dropped.begin(), dropped.end(), t.code) != dropped.end()) continue;
             if (t.code == 100 || acdbDxfKindTakes(kind, entity, short(t.code))) {
                 taken.push_back(t);
                 // A point takes its y and z along.
@@ -179,7 +205,7 @@ private:
             }
         }
         const AcDbDxfItems items =
-            itemsFromTags(taken, 0, taken.size(), m_db.get(), angleCodes(kind), m_source);
+            itemsFromTags(taken, 0, taken.size(), m_db.get(), anglesOf(kind), m_source);
         short failed = 0;
         const Acad::ErrorStatus es = acdbDxfReadObject(object, items, &failed);
         if (es != Acad::eOk) {
@@ -327,7 +353,7 @@ private:
     }
 
     void tableRecord(AcDbObjectId tableId, const Record& r, const Common& c) {
-        const AcDbDxfKind* kind = acdbDxfKindNamed(fromUtf8(r.type).c_str());
+        const AcDbDxfKind* kind = kindNamed(r.type);
         AcDbSymbolTable* table = nullptr;
         acdbOpenObject(table, tableId, AcDb::kForWrite);
         auto* record = kind ? AcDbSymbolTableRecord::cast(kind->create()) : nullptr;
@@ -356,7 +382,7 @@ private:
             AcDbObject* object = nullptr;
             if (r.type == "DICTIONARY") {
                 object = new AcDbDictionary;
-            } else if (const AcDbDxfKind* kind = acdbDxfKindNamed(fromUtf8(r.type).c_str());
+            } else if (const AcDbDxfKind* kind = kindNamed(r.type);
                        kind && (r.type == "XRECORD" || r.type == "GROUP")) {
                 object = kind->create();
             } else {
@@ -384,10 +410,27 @@ private:
         }
         if (auto* d = AcDbDictionary::cast(object))
             dictionary(*d, r, p.common);
+        else if (auto* x = AcDbXrecord::cast(object))
+            xrecord(*x, r, p.common);
         else if (!AcDbKeptObject::cast(object))
             fields(*object, acdbDxfKindOf(object->isA()), r, p.common, p.common.body,
                    p.common.xdata);
         object->close();
+    }
+
+    // An X-record's data go in as one chain: item by item through its field would pack the
+    // growing chain again for every item.
+    void xrecord(AcDbXrecord& x, const Record& r, const Common& c) {
+        size_t from = c.body;
+        while (from < c.xdata && (r.tags[from].code == 100 || r.tags[from].code == 280))
+            ++from;
+        if (from == c.xdata) return;
+        const AcDbDxfItems items = itemsFromTags(r.tags, from, c.xdata, m_db.get(), {}, m_source);
+        resbuf* chain = chainOf(items);
+        const Acad::ErrorStatus es = x.setFromRbChain(*chain);
+        acutRelRb(chain);
+        if (es != Acad::eOk)
+            fail(r.tags[from].line, "XRECORD: its data are refused (" + statusText(es) + ")");
     }
 
     void dictionary(AcDbDictionary& d, const Record& r, const Common& c) {
@@ -532,12 +575,16 @@ private:
         }
     }
 
-    AcDbObjectId blockOf(const Record& r, const Common& c, AcDbObjectId fallback) const {
+    AcDbObjectId blockOf(const Record& r, const Common& c, AcDbObjectId fallback) {
         if (c.owner == 0) return fallback;
+        // Entities come in runs of one owner.
+        if (c.owner == m_lastOwner) return m_lastBlock;
         const Tag where{330, formatHandle(c.owner), r.line};
         const AcDbObjectId id = idOf(c.owner, where);
         if (!AcDbBlockTableRecord::cast(peek(id)))
             fail(r.line, r.type + ": its owner " + formatHandle(c.owner) + " is no block");
+        m_lastOwner = c.owner;
+        m_lastBlock = id;
         return id;
     }
 
@@ -562,7 +609,10 @@ private:
             }
             // Entities on locked layers open for write only now, as they are made.
             shared({&r, e->objectId(), c}, e);
-            if (r.type == "POLYLINE") i = vertices(records, i + 1, last, e);
+            if (r.type == "POLYLINE")
+                i = vertices(records, i + 1, last, e);
+            else if (const std::string* follow = r.find(66); follow && *follow == "1")
+                i = followers(records, i + 1, last, c.handle);
             e->close();
         }
     }
@@ -573,7 +623,7 @@ private:
         if (r.type == "POLYLINE")
             kind = acdbDxfKindOf(polylineClass(r));
         else if (!isSolidModel(r.type))
-            kind = acdbDxfKindNamed(fromUtf8(r.type).c_str());
+            kind = kindNamed(r.type);
         if (kind != nullptr && r.type != "ACDBKEPTENTITY") {
             std::unique_ptr<AcDbEntity> e(AcDbEntity::cast(kind->create()));
             fields(*e, kind, r, c, c.body, c.xdata, {66, 67});
@@ -653,6 +703,23 @@ private:
         return i;
     }
 
+    // The attributes after a block reference, up to their SEQEND, kept as read; the index of
+    // the SEQEND.
+    size_t followers(const std::vector<Record>& records, size_t i, size_t last,
+                     std::uint64_t owner) {
+        const Record& reference = records[i - 1];
+        std::vector<Record>& kept = m_data->followers[owner];
+        for (; i < last; ++i) {
+            const Record& r = records[i];
+            if (r.type != "ATTRIB" && r.type != "SEQEND")
+                fail(r.line, r.type + " among the attributes of " + reference.type);
+            reserve(common(r).handle, r);
+            kept.push_back(r);
+            if (r.type == "SEQEND") return i;
+        }
+        fail(reference.line, reference.type + " has no SEQEND after its attributes");
+    }
+
     // ---- what every record may carry
 
     // Opens for write an object this reader made.
@@ -682,12 +749,7 @@ private:
         if (p.common.xdata < r.tags.size()) {
             const AcDbDxfItems items =
                 itemsFromTags(r.tags, p.common.xdata, r.tags.size(), m_db.get(), {}, m_source);
-            resbuf* chain = nullptr;
-            resbuf** link = &chain;
-            for (const AcDbDxfItem& item : items) {
-                *link = acdbDxfToResbuf(item);
-                link = &(*link)->rbnext;
-            }
+            resbuf* chain = chainOf(items);
             const Acad::ErrorStatus es = object->setXData(chain);
             acutRelRb(chain);
             if (es != Acad::eOk) {
@@ -705,6 +767,10 @@ private:
     AcDbHostRoots m_roots;
     std::vector<Pending> m_pending;
     std::vector<Pending> m_objects;
+    std::map<std::string, const AcDbDxfKind*> m_kinds;
+    std::uint64_t m_lastOwner = 0;
+    AcDbObjectId m_lastBlock;
+    std::map<const AcDbDxfKind*, std::set<short>> m_angles;
 };
 
 } // namespace

@@ -132,8 +132,15 @@ private:
         else
             appendBody(tags, object, *m_data);
         if (paper) insertAfterMarker(tags, bodyStart, 1, {67, "1"});
-        if (type == "POLYLINE") insertAfterMarker(tags, bodyStart, 2, {66, "1"});
+        const auto followers = m_data->followers.find(Adesk::UInt64(object.handle()));
+        if (type == "POLYLINE" || followers != m_data->followers.end())
+            insertAfterMarker(tags, bodyStart, 2, {66, "1"});
         appendXData(tags, object);
+        if (followers != m_data->followers.end())
+            for (const Record& r : followers->second) {
+                tags.push_back({0, r.type});
+                tags.insert(tags.end(), r.tags.begin(), r.tags.end());
+            }
         m_out.write(tags);
     }
 
