@@ -62,6 +62,14 @@ bool isSolidModel(const std::string& type) {
     return type == "3DSOLID" || type == "REGION" || type == "BODY";
 }
 
+// A new object of the kind when it is of class T; null otherwise.
+template <class T>
+std::unique_ptr<T> make(const AcDbDxfKind* kind) {
+    std::unique_ptr<AcDbObject> made(kind ? kind->create() : nullptr);
+    if (!T::cast(made.get())) return nullptr;
+    return std::unique_ptr<T>(static_cast<T*>(made.release()));
+}
+
 // Result buffers of the items, for extended data and X-records; the caller frees the chain.
 resbuf* chainOf(const AcDbDxfItems& items) {
     resbuf* chain = nullptr;
@@ -356,12 +364,12 @@ private:
         const AcDbDxfKind* kind = kindNamed(r.type);
         AcDbSymbolTable* table = nullptr;
         acdbOpenObject(table, tableId, AcDb::kForWrite);
-        auto* record = kind ? AcDbSymbolTableRecord::cast(kind->create()) : nullptr;
-        if (record == nullptr) {
+        std::unique_ptr<AcDbSymbolTableRecord> owned = make<AcDbSymbolTableRecord>(kind);
+        if (owned == nullptr) {
             table->close();
             fail(r.line, r.type + " is no record of this table");
         }
-        std::unique_ptr<AcDbSymbolTableRecord> owned(record);
+        AcDbSymbolTableRecord* record = owned.get();
         fields(*record, kind, r, c, c.body, c.xdata);
         add(owned.release(), tableId, r, c);
         const Acad::ErrorStatus es = table->add(record);
@@ -624,8 +632,8 @@ private:
             kind = acdbDxfKindOf(polylineClass(r));
         else if (!isSolidModel(r.type))
             kind = kindNamed(r.type);
-        if (kind != nullptr && r.type != "ACDBKEPTENTITY") {
-            std::unique_ptr<AcDbEntity> e(AcDbEntity::cast(kind->create()));
+        if (r.type == "ACDBKEPTENTITY") kind = nullptr;
+        if (std::unique_ptr<AcDbEntity> e = make<AcDbEntity>(kind)) {
             fields(*e, kind, r, c, c.body, c.xdata, {66, 67});
             return e.release();
         }
@@ -684,10 +692,10 @@ private:
             const Record& r = records[i];
             const Common c = common(r);
             const AcDbDxfKind* kind = acdbDxfKindOf(vertexClass(owner, r));
-            std::unique_ptr<AcDbVertex> v(AcDbVertex::cast(kind->create()));
+            std::unique_ptr<AcDbVertex> v = make<AcDbVertex>(kind);
             fields(*v, kind, r, c, c.body, c.xdata, {67});
-            add(v.get(), owner->objectId(), r, c);
             AcDbVertex* vertex = v.release();
+            add(vertex, owner->objectId(), r, c); // deletes the vertex when refused
             const Acad::ErrorStatus es = appendVertex(owner, vertex);
             vertex->close();
             if (es != Acad::eOk)
