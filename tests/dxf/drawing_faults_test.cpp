@@ -44,6 +44,10 @@ TEST(DrawingFaults, EachIsRefusedWithItsLineAndReason) {
          damaged("1001\nMYAPP", "1001\nMYAPP", "1001\nNOSUCHAPP"), "APPID", 0},
         {"no header", whole.substr(whole.find("  0\nSECTION\n  2\nCLASSES")), "HEADER", 0},
         {"old version", damaged("$ACADVER", "AC1024", "AC1009"), "AC1009", 0},
+        {"dictionary entry that is an entity", damaged("ACAD_LAYOUT", "350\nD\n", "350\n91\n"),
+         "belongs elsewhere", 0},
+        {"block reference without its block", damaged("AcDbBlockReference", "  2\nMYBLOCK\n", ""),
+         "names no block", 0},
         {"point without y", damaged("AcDbCircle", " 20\n", " 70\n"), "", 0},
     };
     for (const Fault& f : faults) {

@@ -1,6 +1,7 @@
 // A DXF file as a new database: every record becomes an object under its own handle, of the
 // host's class where the host knows the kind, kept as read where it does not.
 #include <arx/acdb.h>
+#include <arx/dbblkref.h>
 #include <arx/dbhost.h>
 #include <arx/dbkept.h>
 #include <arx/dbmesh.h>
@@ -458,6 +459,13 @@ private:
             if (id.isNull() || acdbOpenAcDbObject(entry, id, AcDb::kForWrite) != Acad::eOk)
                 fail(value.line, "dictionary entry \"" + t.value + "\" refers to " + value.value +
                                      ", which is no object");
+            // Entities belong to blocks and records to tables, never to a dictionary.
+            if (AcDbEntity::cast(entry) || AcDbSymbolTable::cast(entry) ||
+                AcDbSymbolTableRecord::cast(entry)) {
+                entry->close();
+                fail(value.line, "dictionary entry \"" + t.value + "\" refers to " + value.value +
+                                     ", which belongs elsewhere");
+            }
             AcDbObjectId set;
             const Acad::ErrorStatus es = d.setAt(fromUtf8(t.value).c_str(), entry, set);
             entry->close();
@@ -635,6 +643,9 @@ private:
         if (r.type == "ACDBKEPTENTITY") kind = nullptr;
         if (std::unique_ptr<AcDbEntity> e = make<AcDbEntity>(kind)) {
             fields(*e, kind, r, c, c.body, c.xdata, {66, 67});
+            if (const auto* ref = AcDbBlockReference::cast(e.get());
+                ref && ref->blockTableRecord().isNull())
+                fail(r.line, r.type + " names no block (group 2)");
             return e.release();
         }
         // Solids and regions keep their model text as read until the modelling kernel reads
