@@ -86,7 +86,7 @@ void appendTag(std::string& out, int code, std::string_view value) {
     // A value never spans lines: a line break inside it would be read as the next group code.
     const std::size_t from = out.size();
     out.append(value);
-    if (value.find_first_of("\r\n") != std::string_view::npos)
+    if (std::any_of(value.begin(), value.end(), [](char c) { return c == '\n' || c == '\r'; }))
         std::replace_if(
             out.begin() + std::ptrdiff_t(from), out.end(),
             [](char c) { return c == '\n' || c == '\r'; }, ' ');

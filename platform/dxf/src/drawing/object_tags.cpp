@@ -2,7 +2,10 @@
 
 #include <arx/adsdef.h>
 #include <arx/dbkept.h>
+#include <arx/dbpl.h>
 #include <arx/dxfkind.h>
+
+#include <unordered_map>
 
 #include "item_tags.h"
 #include "utf8.h"
@@ -32,8 +35,14 @@ std::string recordType(const AcDbObject& object) {
     if (const auto* kept = AcDbKeptEntity::cast(&object)) return kept->dxfName();
     if (const auto* kept = AcDbKeptObject::cast(&object)) return kept->dxfName();
     if (AcDbDictionary::cast(&object)) return "DICTIONARY";
-    if (const AcDbDxfKind* kind = acdbDxfKindOf(object.isA())) return toUtf8(kind->dxfName);
-    return "";
+    // The name of each class once: every record of a drawing asks.
+    static thread_local std::unordered_map<const AcRxClass*, std::string> names;
+    auto it = names.find(object.isA());
+    if (it == names.end()) {
+        const AcDbDxfKind* kind = acdbDxfKindOf(object.isA());
+        it = names.emplace(object.isA(), kind ? toUtf8(kind->dxfName) : "").first;
+    }
+    return it->second;
 }
 
 void appendHead(Tags& out, const std::string& type, const AcDbObject& object, AcDbObjectId owner,
@@ -64,7 +73,7 @@ void appendBody(Tags& out, const AcDbObject& object, const FileData& data) {
     acdbDxfWriteObject(object, items);
     // Groups between markers go out as they come; extras of a subclass follow its groups.
     std::string marker;
-    const bool flat = object.isA() == acdbDxfKindNamed(ACRX_T("LWPOLYLINE"))->rxClass();
+    const bool flat = AcDbPolyline::cast(&object) != nullptr;
     Tags body;
     appendTags(body, items, flat);
     for (const Tag& t : body) {

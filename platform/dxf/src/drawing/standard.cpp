@@ -105,30 +105,17 @@ void addLayout(FileData& data, AcDbDictionary* layouts, const char* name, int ta
 
 } // namespace
 
-std::map<std::string, AcDbObjectId> keptTables(AcDbDatabase& db) {
-    std::map<std::string, AcDbObjectId> tables;
-    const Adesk::UInt64 seed = db.handseed();
-    for (Adesk::UInt64 h = 1; h < seed; ++h) {
-        AcDbObjectId id;
-        if (db.getAcDbObjectId(id, false, AcDbHandle(h)) != Acad::eOk) continue;
-        AcDbObject* object = nullptr;
-        if (acdbOpenAcDbObject(object, id, AcDb::kForRead) != Acad::eOk) continue;
-        if (const auto* kept = AcDbKeptObject::cast(object);
-            kept && kept->dxfName() == "TABLE" && kept->find(2))
-            tables.emplace(*kept->find(2), id);
-        object->close();
-    }
-    return tables;
-}
-
-void addStandardParts(AcDbDatabase& db, FileData& data) {
-    const std::map<std::string, AcDbObjectId> tables = keptTables(db);
+bool addStandardParts(AcDbDatabase& db, FileData& data,
+                      const std::map<std::string, AcDbObjectId>& tables,
+                      const std::vector<std::uint64_t>& unendedPolylines) {
+    bool added = false;
     for (const StandardTable& t : kTables) {
         if (tables.count(t.name)) continue;
         const AcDbObjectId table =
             addKept(db, new AcDbKeptObject("TABLE", groupsOf(t.head)), AcDbObjectId::kNull);
         for (const char* record : t.records)
             addKept(db, new AcDbKeptObject(t.name, groupsOf(record)), table);
+        added = true;
     }
     if (!hasLayout(db)) {
         AcDbDictionary* named = nullptr;
@@ -140,8 +127,15 @@ void addStandardParts(AcDbDatabase& db, FileData& data) {
         addLayout(data, layouts, "Model", 0, db.modelSpaceId());
         addLayout(data, layouts, "Layout1", 1, db.paperSpaceId());
         layouts->close();
+        added = true;
     }
     // End markers of blocks and polylines.
+    auto reserve = [&db](std::uint64_t& end) {
+        if (end != 0) return;
+        AcDbHandle h;
+        acdbHostReserveHandle(&db, h);
+        end = h;
+    };
     AcDbBlockTable* blocks = nullptr;
     db.getBlockTable(blocks);
     AcDbSymbolTableIterator* raw = nullptr;
@@ -152,34 +146,12 @@ void addStandardParts(AcDbDatabase& db, FileData& data) {
         AcDbObjectId blockId;
         it->getRecordId(blockId);
         auto& ends = data.blockEnds[Adesk::UInt64(blockId.handle())];
-        for (std::uint64_t* end : {&ends.first, &ends.second})
-            if (*end == 0) {
-                AcDbHandle h;
-                acdbHostReserveHandle(&db, h);
-                *end = h;
-            }
-        AcDbBlockTableRecord* block = nullptr;
-        if (acdbOpenObject(block, blockId, AcDb::kForRead) != Acad::eOk) continue;
-        AcDbBlockTableRecordIterator* rawEntities = nullptr;
-        block->newIterator(rawEntities);
-        std::unique_ptr<AcDbBlockTableRecordIterator> entities(rawEntities);
-        for (; !entities->done(); entities->step()) {
-            AcDbObjectId id;
-            entities->getEntityId(id);
-            AcDbObject* object = nullptr;
-            if (acdbOpenAcDbObject(object, id, AcDb::kForRead) != Acad::eOk) continue;
-            if (acdbHostVertices(object) != nullptr) {
-                std::uint64_t& end = data.sequenceEnds[Adesk::UInt64(id.handle())];
-                if (end == 0) {
-                    AcDbHandle h;
-                    acdbHostReserveHandle(&db, h);
-                    end = h;
-                }
-            }
-            object->close();
-        }
-        block->close();
+        reserve(ends.first);
+        reserve(ends.second);
     }
+    for (std::uint64_t polyline : unendedPolylines)
+        reserve(data.sequenceEnds[polyline]);
+    return added;
 }
 
 } // namespace dxf

@@ -7,15 +7,17 @@
 
 #include <map>
 #include <string>
+#include <vector>
 
 #include "file_data.h"
 
 namespace dxf {
 
-// Adds what is missing, with new handles; a database read from a full file gains nothing.
-void addStandardParts(AcDbDatabase& db, FileData& data);
-
-// The kept TABLE objects (tables the host does not model), by name.
-std::map<std::string, AcDbObjectId> keptTables(AcDbDatabase& db);
+// Adds what is missing, with new handles: the tables not among the kept ones (by name), the
+// layouts, the end markers of blocks and of the polylines given (by handle). A database read
+// from a full file gains nothing. True when objects were added.
+bool addStandardParts(AcDbDatabase& db, FileData& data,
+                      const std::map<std::string, AcDbObjectId>& keptTables,
+                      const std::vector<std::uint64_t>& unendedPolylines);
 
 } // namespace dxf

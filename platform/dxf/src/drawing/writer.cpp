@@ -34,8 +34,8 @@ public:
 
     void write() {
         m_data = fileDataOf(&m_db);
-        addStandardParts(m_db, *m_data);
         scan();
+        if (addStandardParts(m_db, *m_data, m_keptTables, m_unendedPolylines)) scan();
         header();
         classes();
         tables();
@@ -48,6 +48,10 @@ public:
 private:
     // Every live object by handle, and the kept ones by owner.
     void scan() {
+        m_objects.clear();
+        m_keptByOwner.clear();
+        m_keptTables.clear();
+        m_unendedPolylines.clear();
         const Adesk::UInt64 seed = m_db.handseed();
         for (Adesk::UInt64 h = 1; h < seed; ++h) {
             AcDbObjectId id;
@@ -56,8 +60,13 @@ private:
             if (acdbOpenAcDbObject(object, id, AcDb::kForRead) != Acad::eOk) continue;
             if (!AcDbEntity::cast(object)) {
                 m_objects.push_back(id);
-                if (AcDbKeptObject::cast(object))
+                if (const auto* kept = AcDbKeptObject::cast(object)) {
                     m_keptByOwner[handleOf(object->ownerId())].push_back(id);
+                    if (kept->dxfName() == "TABLE" && kept->find(2))
+                        m_keptTables.emplace(*kept->find(2), id);
+                }
+            } else if (acdbHostVertices(object) != nullptr && !m_data->sequenceEnds.count(h)) {
+                m_unendedPolylines.push_back(h);
             }
             object->close();
         }
@@ -121,7 +130,9 @@ private:
     }
 
     void record(const AcDbObject& object, AcDbObjectId owner, bool paper = false) {
-        Tags tags;
+        // One buffer for all records, so that its room is made once.
+        Tags& tags = m_tags;
+        tags.clear();
         const std::string type = recordType(object);
         appendHead(tags, type, object, owner, *m_data);
         const size_t bodyStart = tags.size();
@@ -218,7 +229,7 @@ private:
 
     void tables() {
         section("TABLES");
-        std::map<std::string, AcDbObjectId> kept = keptTables(m_db);
+        std::map<std::string, AcDbObjectId> kept = m_keptTables;
         auto keptNamed = [&](const char* name) {
             if (auto it = kept.find(name); it != kept.end()) {
                 keptTable(it->second);
@@ -355,6 +366,9 @@ private:
     std::vector<AcDbObjectId> m_objects;
     std::map<std::uint64_t, std::vector<AcDbObjectId>> m_keptByOwner;
     std::set<std::uint64_t> m_tableParts;
+    std::map<std::string, AcDbObjectId> m_keptTables;
+    std::vector<std::uint64_t> m_unendedPolylines;
+    Tags m_tags;
 };
 
 } // namespace
