@@ -39,6 +39,7 @@ void readSection(TagReader& in, Section& section) {
                                    describe(tag) + " before its ENDSEC)");
             section.records.push_back({tag.value, {}, tag.line});
             current = &section.records.back();
+            current->tags.reserve(8); // most records hold more: fewer regrowths
         } else if (current) {
             current->tags.push_back(std::move(tag));
         } else {

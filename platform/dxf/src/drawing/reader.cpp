@@ -106,11 +106,12 @@ public:
         if (const Section* s = m_doc.section("BLOCKS")) blocks(*s);
         if (const Section* s = m_doc.section("ENTITIES"))
             entities(s->records, 0, s->records.size(), m_db->modelSpaceId());
-        for (const Pending& p : m_pending) {
-            AcDbObject* object = openForWrite(p);
-            shared(p, object);
-            object->close();
-        }
+        for (const std::vector<Pending>* list : {&m_pending, &m_objects})
+            for (const Pending& p : *list) {
+                AcDbObject* object = openForWrite(p);
+                shared(p, object);
+                object->close();
+            }
         for (const Pending& p : m_objects)
             objectFields(p);
         currentState();
@@ -195,7 +196,8 @@ private:
     void fields(AcDbObject& object, const AcDbDxfKind* kind, const Record& r, const Common& c,
                 size_t from, size_t to, std::initializer_list<int> dropped = {}) {
         const bool entity = AcDbEntity::cast(&object) != nullptr;
-        Tags taken;
+        Tags& taken = m_taken; // one buffer for all records
+        taken.clear();
         std::vector<ExtraGroup> extras = c.appGroups;
         std::string marker;
         for (size_t i = from; i < to; ++i) {
@@ -396,7 +398,7 @@ private:
                 object = kind->create();
             } else {
                 kept(r, c, AcDbObjectId::kNull);
-                m_objects.push_back(m_pending.back());
+                m_objects.push_back(std::move(m_pending.back()));
                 m_pending.pop_back();
                 continue;
             }
@@ -406,8 +408,6 @@ private:
                 m_roots.namedObjects = object->objectId();
             m_objects.push_back({&r, object->objectId(), c});
         }
-        for (const Pending& p : m_objects)
-            m_pending.push_back(p);
     }
 
     void objectFields(const Pending& p) {
@@ -787,6 +787,7 @@ private:
     std::vector<Pending> m_pending;
     std::vector<Pending> m_objects;
     std::map<std::string, const AcDbDxfKind*> m_kinds;
+    Tags m_taken;
     std::uint64_t m_lastOwner = 0;
     AcDbObjectId m_lastBlock;
     std::map<const AcDbDxfKind*, std::set<short>> m_angles;
