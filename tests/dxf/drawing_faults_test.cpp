@@ -1,6 +1,8 @@
 // Damaged and hostile drawings are refused with the line of the fault; saving is all or nothing.
 #include <filesystem>
 
+#include <arx/acdb.h>
+
 #include "drawing_test.h"
 
 namespace fs = std::filesystem;
@@ -109,6 +111,39 @@ TEST_F(DrawingFiles, AFailedSaveLeavesTheOldFileAndNoTemporary) {
     // A folder that does not exist.
     EXPECT_FALSE(dxf::saveDrawing(*db, (folder / "no" / "such.dxf").string(), message));
     EXPECT_NE(message.find("cannot write"), std::string::npos) << message;
+}
+
+// An entity of a class that has no form in a file.
+class Unwritable : public AcDbEntity {
+public:
+    static AcRxClass* desc() {
+        static AcRxClass cls(L"Unwritable", AcDbEntity::desc());
+        return &cls;
+    }
+    AcRxClass* isA() const override { return desc(); }
+};
+
+TEST_F(DrawingFiles, ASaveThatCannotWriteEverythingLeavesTheOldFile) {
+    AcDbDatabase db;
+    acdbHostApplicationServices()->setWorkingDatabase(&db);
+    const fs::path path = folder / "kept.dxf";
+    std::string message;
+    ASSERT_TRUE(dxf::saveDrawing(db, path.string(), message)) << message;
+    const std::string before = drawingText(db);
+    AcDbBlockTableRecord* space = nullptr;
+    acdbOpenObject(space, db.modelSpaceId(), AcDb::kForWrite);
+    auto* odd = new Unwritable;
+    space->appendAcDbEntity(odd);
+    odd->close();
+    space->close();
+    EXPECT_FALSE(dxf::saveDrawing(db, path.string(), message));
+    EXPECT_NE(message.find("Unwritable"), std::string::npos) << message;
+    std::ifstream in(path, std::ios::binary);
+    std::ostringstream text;
+    text << in.rdbuf();
+    EXPECT_EQ(text.str(), before);
+    EXPECT_EQ(std::distance(fs::directory_iterator(folder), fs::directory_iterator()), 1);
+    acdbHostApplicationServices()->setWorkingDatabase(nullptr);
 }
 
 TEST_F(DrawingFiles, OpeningAMissingOrDamagedFileSaysWhy) {

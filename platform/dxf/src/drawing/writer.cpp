@@ -10,6 +10,7 @@
 #include <functional>
 #include <map>
 #include <set>
+#include <stdexcept>
 
 #include "item_tags.h"
 #include "object_tags.h"
@@ -65,6 +66,13 @@ private:
                     if (kept->dxfName() == "TABLE" && kept->find(2))
                         m_keptTables.emplace(*kept->find(2), id);
                 }
+            } else if (recordType(*object).empty()) {
+                // Nothing is written rather than a record that loses the entity's data.
+                const std::string kind = toUtf8(object->isA()->name());
+                object->close();
+                throw std::runtime_error("entity " + formatHandle(h) + " (" + kind +
+                                         ") has no form in a drawing file yet; nothing was "
+                                         "written");
             } else if (acdbHostVertices(object) != nullptr && !m_data->sequenceEnds.count(h)) {
                 m_unendedPolylines.push_back(h);
             }
