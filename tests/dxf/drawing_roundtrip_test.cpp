@@ -37,7 +37,9 @@ TEST(DrawingRoundTrip, EzdxfDrawingKeepsHandlesLayersGroupsAndRecords) {
     AcDbEntity* e = nullptr;
     ASSERT_EQ(acdbOpenAcDbEntity(e, line, AcDb::kForRead), Acad::eOk);
     EXPECT_TRUE(AcDbLine::cast(e));
-    EXPECT_EQ(std::wstring(e->layer()), L"L_ON");
+    ACHAR* layer = e->layer();
+    EXPECT_EQ(std::wstring(layer), L"L_ON");
+    acutDelString(layer);
     resbuf* xdata = e->xData(ACRX_T("MYAPP"));
     e->close();
     ASSERT_NE(xdata, nullptr);

@@ -49,7 +49,9 @@ TEST_F(DrawingFiles, SaveAsThenOpenBringsTheDrawingBackAsANewDocument) {
     AcDbEntity* e = nullptr;
     ASSERT_EQ(acdbOpenAcDbEntity(e, same, AcDb::kForRead), Acad::eOk);
     EXPECT_EQ(static_cast<AcDbLine*>(e)->endPoint(), AcGePoint3d(1, 2, 3));
-    EXPECT_EQ(std::wstring(e->layer()), L"Pipes");
+    ACHAR* layer = e->layer();
+    EXPECT_EQ(std::wstring(layer), L"Pipes");
+    acutDelString(layer);
     e->close();
     AcDbLayerTableRecord* pipes = openLayer(L"Pipes");
     EXPECT_TRUE(pipes->isOff());
