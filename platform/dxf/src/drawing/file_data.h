@@ -34,6 +34,9 @@ struct FileData {
     // Records that follow an entity and belong to it, kept as read: the attributes of a block
     // reference and their SEQEND, by the reference's handle.
     std::map<std::uint64_t, std::vector<Record>> followers;
+    // The colour index a file gave a true-colour layer (the host keeps the colour alone), with
+    // that colour: by the layer's handle.
+    std::map<std::uint64_t, std::pair<std::uint32_t, int>> layerIndexes;
     // Groups no field takes, by the handle of their object.
     std::map<std::uint64_t, std::vector<ExtraGroup>> extras;
 };

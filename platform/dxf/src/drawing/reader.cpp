@@ -10,6 +10,7 @@
 #include <dxf/drawing.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <initializer_list>
 #include <map>
 #include <set>
@@ -374,6 +375,11 @@ private:
         }
         AcDbSymbolTableRecord* record = owned.get();
         fields(*record, kind, r, c, c.body, c.xdata);
+        if (const auto* layer = AcDbLayerTableRecord::cast(record);
+            layer && layer->color().isByColor())
+            if (const std::string* index = r.find(62))
+                m_data->layerIndexes[c.handle] = {layer->color().color() & 0xFFFFFF,
+                                                  std::abs(std::atoi(index->c_str()))};
         add(owned.release(), tableId, r, c);
         const Acad::ErrorStatus es = table->add(record);
         const AcDbObjectId id = record->objectId();

@@ -150,6 +150,7 @@ private:
             tableHead(tags, *kept);
         else
             appendBody(tags, object, *m_data);
+        if (const auto* layer = AcDbLayerTableRecord::cast(&object)) keepLayerIndex(tags, *layer);
         if (paper) insertAfterMarker(tags, bodyStart, 1, {67, "1"});
         const auto followers = m_data->followers.find(Adesk::UInt64(object.handle()));
         if (type == "POLYLINE" || followers != m_data->followers.end())
@@ -161,6 +162,18 @@ private:
                 tags.insert(tags.end(), r.tags.begin(), r.tags.end());
             }
         m_out.write(tags);
+    }
+
+    // A true-colour layer keeps the index its file gave it while its colour stays the same.
+    void keepLayerIndex(Tags& tags, const AcDbLayerTableRecord& layer) const {
+        const auto kept = m_data->layerIndexes.find(Adesk::UInt64(layer.handle()));
+        if (kept == m_data->layerIndexes.end() || !layer.color().isByColor() ||
+            (layer.color().color() & 0xFFFFFF) != kept->second.first)
+            return;
+        for (Tag& t : tags)
+            if (t.code == 62)
+                t.value =
+                    std::to_string(layer.isOff() ? -kept->second.second : kept->second.second);
     }
 
     // Puts a group after the n-th subclass marker of the body.
