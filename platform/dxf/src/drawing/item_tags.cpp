@@ -40,12 +40,12 @@ std::string handleText(AcDbObjectId id) {
 }
 
 AcDbDxfItems itemsFromTags(const Tags& tags, size_t first, size_t last, AcDbDatabase* db,
-                           const std::set<short>& angleCodes, const std::string& source) {
+                           const std::set<short>& angleCodes, const std::string& source,
+                           const std::string& where) {
     AcDbDxfItems items;
     items.reserve(last - first);
     for (size_t i = first; i < last; ++i) {
         const Tag& t = tags[i];
-        const std::string where = "group " + std::to_string(t.code);
         AcDbDxfItem item;
         item.code = short(t.code);
         try {
@@ -56,7 +56,9 @@ AcDbDxfItems itemsFromTags(const Tags& tags, size_t first, size_t last, AcDbData
                     if (i + 1 < last && tags[i + 1].code == t.code + 20)
                         item.point.z = toDouble(tags[++i], where);
                 } else {
-                    throw DxfError(source, t.line, where + " has no y coordinate after it");
+                    throw DxfError(source, t.line,
+                                   where + ": group " + std::to_string(t.code) +
+                                       " has no y coordinate after it");
                 }
             } else if (isReference(t.code)) {
                 const std::uint64_t h = toHandle(t, where);
@@ -64,7 +66,8 @@ AcDbDxfItems itemsFromTags(const Tags& tags, size_t first, size_t last, AcDbData
                     AcDbObjectId id;
                     if (db->getAcDbObjectId(id, false, AcDbHandle(h)) != Acad::eOk)
                         throw DxfError(source, t.line,
-                                       where + " refers to handle " + t.value +
+                                       where + ": group " + std::to_string(t.code) +
+                                           " refers to handle " + t.value +
                                            ", which no object of the drawing has");
                     item.id = id;
                 }

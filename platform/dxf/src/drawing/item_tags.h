@@ -16,9 +16,10 @@ bool isPointCode(int code);
 
 // Tags from first to last (exclusive) as items. References (codes 330 to 369) are looked up
 // in db; angleCodes are read in degrees. Throws DxfError naming the line of a bad value or of
-// a reference to no object.
+// a reference to no object; its reason starts with where (the record's type).
 AcDbDxfItems itemsFromTags(const Tags& tags, size_t first, size_t last, AcDbDatabase* db,
-                           const std::set<short>& angleCodes, const std::string& source);
+                           const std::set<short>& angleCodes, const std::string& source,
+                           const std::string& where);
 // The items as tags: angles in degrees; with flatPoints, points of code 10 lose their z (the
 // vertices of lightweight polylines).
 void appendTags(Tags& out, const AcDbDxfItems& items, bool flatPoints = false);

@@ -217,7 +217,7 @@ private:
             }
         }
         const AcDbDxfItems items =
-            itemsFromTags(taken, 0, taken.size(), m_db.get(), anglesOf(kind), m_source);
+            itemsFromTags(taken, 0, taken.size(), m_db.get(), anglesOf(kind), m_source, r.type);
         short failed = 0;
         const Acad::ErrorStatus es = acdbDxfReadObject(object, items, &failed);
         if (es != Acad::eOk) {
@@ -440,7 +440,8 @@ private:
         while (from < c.xdata && (r.tags[from].code == 100 || r.tags[from].code == 280))
             ++from;
         if (from == c.xdata) return;
-        const AcDbDxfItems items = itemsFromTags(r.tags, from, c.xdata, m_db.get(), {}, m_source);
+        const AcDbDxfItems items =
+            itemsFromTags(r.tags, from, c.xdata, m_db.get(), {}, m_source, r.type);
         resbuf* chain = chainOf(items);
         const Acad::ErrorStatus es = x.setFromRbChain(*chain);
         acutRelRb(chain);
@@ -587,7 +588,7 @@ private:
                 if (begin.tags[k].code == 10) {
                     const AcDbDxfItems origin =
                         itemsFromTags(begin.tags, k, std::min(k + 3, begin.tags.size()), m_db.get(),
-                                      {}, m_source);
+                                      {}, m_source, begin.type);
                     block->setOrigin(origin.front().point);
                     break;
                 }
@@ -772,8 +773,8 @@ private:
             }
         }
         if (p.common.xdata < r.tags.size()) {
-            const AcDbDxfItems items =
-                itemsFromTags(r.tags, p.common.xdata, r.tags.size(), m_db.get(), {}, m_source);
+            const AcDbDxfItems items = itemsFromTags(r.tags, p.common.xdata, r.tags.size(),
+                                                     m_db.get(), {}, m_source, r.type);
             resbuf* chain = chainOf(items);
             const Acad::ErrorStatus es = object->setXData(chain);
             acutRelRb(chain);
