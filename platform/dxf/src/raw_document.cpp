@@ -64,7 +64,7 @@ void readSection(TagReader& in, Section& section) {
 } // namespace
 
 RawDocument readRaw(const std::string& text, const std::string& source) {
-    TagReader in(text, source);
+    TagReader in(&text, source);
     RawDocument doc;
     Tag tag;
     bool sawEof = false;

@@ -14,20 +14,29 @@ constexpr std::string_view kBinaryMark = "Binary DXF\r\n\x1a";
 } // namespace
 
 TagReader::TagReader(std::string text, std::string source)
-    : m_text(std::move(text)), m_source(std::move(source)) {
-    if (m_text.compare(0, 3, "\xEF\xBB\xBF") == 0) m_pos = 3;
-    if (std::string_view(m_text).substr(0, 32).find(kBinaryMark) != std::string_view::npos)
+    : m_owned(std::move(text)), m_text(m_owned), m_source(std::move(source)) {
+    start();
+}
+
+TagReader::TagReader(const std::string* text, std::string source)
+    : m_text(*text), m_source(std::move(source)) {
+    start();
+}
+
+void TagReader::start() {
+    if (m_text.substr(0, 3) == "\xEF\xBB\xBF") m_pos = 3;
+    if (m_text.substr(0, 32).find(kBinaryMark) != std::string_view::npos)
         throw DxfError(m_source, 1, "binary DXF is not supported; save the drawing as ASCII DXF");
 }
 
 bool TagReader::nextLine(std::string_view& line) {
     if (m_pos >= m_text.size()) return false;
     const std::size_t end = m_text.find('\n', m_pos);
-    const std::size_t stop = end == std::string::npos ? m_text.size() : end;
+    const std::size_t stop = end == std::string_view::npos ? m_text.size() : end;
     std::size_t len = stop - m_pos;
     if (len > 0 && m_text[m_pos + len - 1] == '\r') --len;
-    line = std::string_view(m_text).substr(m_pos, len);
-    m_pos = end == std::string::npos ? m_text.size() : end + 1;
+    line = m_text.substr(m_pos, len);
+    m_pos = end == std::string_view::npos ? m_text.size() : end + 1;
     ++m_line;
     return true;
 }

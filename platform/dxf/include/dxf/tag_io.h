@@ -5,6 +5,7 @@
 
 #include <ostream>
 #include <string>
+#include <string_view>
 
 namespace dxf {
 
@@ -14,6 +15,11 @@ namespace dxf {
 class TagReader {
 public:
     TagReader(std::string text, std::string source);
+    // Reads a text it does not copy, which must outlive the reader.
+    TagReader(const std::string* text, std::string source);
+    // The reader looks into its text: not copied, not moved.
+    TagReader(const TagReader&) = delete;
+    TagReader& operator=(const TagReader&) = delete;
 
     // The next tag, or false at the end of the text.
     bool next(Tag& tag);
@@ -25,7 +31,10 @@ public:
 private:
     bool nextLine(std::string_view& line);
 
-    std::string m_text;
+    void start();
+
+    std::string m_owned;
+    std::string_view m_text;
     std::string m_source;
     std::size_t m_pos = 0;
     std::size_t m_line = 0;
