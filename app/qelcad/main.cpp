@@ -7,6 +7,8 @@
 #include <arx/brhost.h>
 #include <arx/edhost.h>
 #include <arx/rxregsvc.h>
+#include <dxf/drawing.h>
+#include <dxf/summary.h>
 #include <win/presenter.h>
 #include <win/scripted.h>
 #include <win/strings.h>
@@ -42,6 +44,7 @@ struct Options {
     qelcad::ImportChoices import;
     std::string output;
     std::string into;
+    bool json = false;
 };
 
 // A failure that ends qelcad with a one-line reason and the given status.
@@ -62,21 +65,33 @@ fs::path moduleFolder(const Options& o) {
     return executableFolder();
 }
 
-void refuseDrawingFiles(const Options& o) {
-    if (!o.drawing.empty() || !o.save.empty())
-        throw Failure{2, "drawing files are not supported yet in this build; start without a "
-                         "drawing (a new one is made)"};
+// The drawing named on the command line, else a new one; made current.
+void openStartDrawing(const Options& o) {
+    if (o.drawing.empty()) {
+        qelhost::newDocument();
+        return;
+    }
+    std::string message;
+    if (qelhost::openDocument(o.drawing, message) == nullptr) throw Failure{2, message};
 }
 
-// A new drawing, the host's variables from --set, then the modules: every ".arx" file of the
-// module folder, and each --load.
+// The current drawing to --save, when given.
+void saveEndDrawing(const Options& o) {
+    if (o.save.empty()) return;
+    std::string message;
+    if (!qelhost::saveDocument(acDocManagerPtr()->curDocument(), o.save, message))
+        throw Failure{2, "cannot save: " + message};
+}
+
+// The drawing (given or new), the host's variables from --set, then the modules: every ".arx" file
+// of the module folder, and each --load.
 void startHost(const Options& o) {
     if (!o.transcript.empty() && !win::Transcript::instance().setFile(o.transcript))
         throw Failure{2, "cannot write the transcript " + o.transcript};
     qelhost::setModuleFolder(moduleFolder(o));
     // The solid classes and the boundary walk are the host's own: modules find them at start.
     qelhost::registerSolidClasses();
-    qelhost::newDocument();
+    openStartDrawing(o);
     for (const std::string& assignment : o.set) {
         const auto eq = assignment.find('=');
         if (eq == std::string::npos) throw Failure{2, "--set takes NAME=VALUE: " + assignment};
@@ -104,7 +119,6 @@ void stopHost() {
 }
 
 int shellCommand(const Options& o) {
-    refuseDrawingFiles(o);
     qelcad::showTranscript(std::cout, false);
     qelcad::catchInterrupt();
     win::setPresenter(std::make_shared<win::TerminalPresenter>(std::cin, std::cout));
@@ -117,7 +131,6 @@ int shellCommand(const Options& o) {
 }
 
 int runCommand(const Options& o) {
-    refuseDrawingFiles(o);
     std::ifstream in(o.script, std::ios::binary);
     if (!in) throw Failure{2, "cannot read the script " + o.script};
     std::ostringstream text;
@@ -154,22 +167,27 @@ int runCommand(const Options& o) {
             break;
         }
     }
+    // A script that failed leaves its drawing unsaved.
+    if (status == 0) try {
+            saveEndDrawing(o);
+        } catch (const Failure&) {
+            stopHost();
+            throw;
+        }
     stopHost();
     if (status != 0) throw Failure{status, reason};
     return 0;
 }
 
-// The one place where a drawing is written to disk. Drawing files arrive with the DXF writer;
-// until then the import's drawing stays in memory and the command says so.
+// The one place where the import's drawing is written to disk.
 void saveDrawing(const std::string& path) {
-    throw Failure{3, "saving drawings is not in this build: the import ran, " + path +
-                         " was not written"};
+    std::string message;
+    if (!qelhost::saveDocument(acDocManagerPtr()->curDocument(), path, message))
+        throw Failure{2, "cannot save: " + message};
 }
 
 // Imports an object file through the module's own dialogs, answered from the options.
 int importCommand(const Options& o) {
-    if (!o.into.empty())
-        throw Failure{2, "opening drawings (--into) is not in this build; start without one"};
     std::string error;
     // The dialog keeps the whole path in the settings, as a browse would give it.
     qelcad::ImportChoices choices = o.import;
@@ -184,7 +202,9 @@ int importCommand(const Options& o) {
     win::setPresenter(presenter);
     qelcad::showTranscript(std::cout, true);
     qelhost::setInput(std::make_shared<qelhost::ScriptInput>(L""));
-    startHost(o);
+    Options host = o;
+    host.drawing = o.into; // a new drawing, or the one to import into
+    startHost(host);
     win::Transcript::instance().print(L"\nCommand: QELIN\n");
     const std::size_t mark = win::Transcript::instance().size();
     const int result = qelhost::runCommand(L"QELIN");
@@ -217,6 +237,16 @@ int importCommand(const Options& o) {
     return 0;
 }
 
+int infoCommand(const Options& o) {
+    std::string message;
+    std::unique_ptr<AcDbDatabase> db = dxf::openDrawing(o.drawing, message);
+    if (db == nullptr) throw Failure{2, message};
+    const dxf::DrawingSummary summary = dxf::summarize(*db);
+    std::cout << (o.json ? dxf::summaryJson(summary)
+                         : "Drawing: " + o.drawing + "\n" + dxf::summaryText(summary));
+    return 0;
+}
+
 struct SubCommand {
     const char* name;
     const char* help;
@@ -235,7 +265,7 @@ void hostOptions(CLI::App& app, Options& o) {
                    "Set a system variable first, read-only ones too (NAME=VALUE, repeatable)")
         ->allow_extra_args(false);
     app.add_option("--transcript", o.transcript, "Also write the transcript to this file");
-    app.add_option("drawing", o.drawing, "Drawing to open (drawing files come in a later build)");
+    app.add_option("drawing", o.drawing, "Drawing to open (DXF); without it a new drawing");
 }
 
 const SubCommand kCommands[] = {
@@ -277,6 +307,12 @@ const SubCommand kCommands[] = {
          app.add_option("--answers", o.answers, "Further answers, in the format of run");
      },
      importCommand},
+    {"info", "Describe a drawing: entities, layers, groups, UCSs, the module's data",
+     [](CLI::App& app, Options& o) {
+         app.add_option("drawing", o.drawing, "Drawing (DXF)")->required();
+         app.add_flag("--json", o.json, "As JSON");
+     },
+     infoCommand},
 };
 
 } // namespace

@@ -42,10 +42,13 @@ protected:
         return text.str();
     }
     // Runs qelcad on the test modules with stdout and stderr together.
-    Outcome qelcad(const std::string& arguments, const std::string& stdinText = "") {
+    Outcome qelcad(const std::string& arguments, const std::string& stdinText = "",
+                   bool withModules = true) {
         const std::string input = write("stdin.txt", stdinText);
-        const std::string command = std::string(QELCAD) + " " + arguments + " --modules " +
-                                    QEL_TEST_MODULES + " < " + input + " 2>&1";
+        const std::string command =
+            std::string(QELCAD) + " " + arguments +
+            (withModules ? std::string(" --modules ") + QEL_TEST_MODULES : "") + " < " + input +
+            " 2>&1";
         Outcome run;
         FILE* pipe = popen(command.c_str(), "r");
         if (pipe == nullptr) return run;
@@ -101,9 +104,9 @@ TEST_F(Qelcad, AScriptStopsAtTheFirstFailureWithItsLine) {
 
 TEST_F(Qelcad, RefusesWhatItCannotDoWithAReason) {
     const std::string script = write("s.scr", "QUIT\n");
-    Outcome run = qelcad("run plant.dxf --script " + script);
+    Outcome run = qelcad("run " + (dir / "plant.dxf").string() + " --script " + script);
     EXPECT_EQ(run.status, 2);
-    EXPECT_NE(run.out.find("drawing files are not supported yet"), std::string::npos) << run.out;
+    EXPECT_NE(run.out.find("plant.dxf: cannot be read"), std::string::npos) << run.out;
     run = qelcad("run --script " + (dir / "missing.scr").string());
     EXPECT_EQ(run.status, 2);
     EXPECT_NE(run.out.find("cannot read the script"), std::string::npos) << run.out;
@@ -130,6 +133,40 @@ TEST_F(Qelcad, TheShellReadsCommandsAndAnswersFromTheTerminal) {
     EXPECT_NE(run.out.find("DWGNAME = \"Drawing2.dwg\""), std::string::npos) << run.out;
     // Blanks end answers on a typed line, as at the host's command line.
     EXPECT_NE(run.out.find("Enter new value for OSMODE <7>"), std::string::npos) << run.out;
+}
+
+} // namespace
+
+namespace {
+
+// A drawing made by a script, saved, opened by the next run and described by info.
+TEST_F(Qelcad, SavesOpensAndDescribesDrawings) {
+    const std::string make = write("make.scr", "-LAYER N Pipes S Pipes\n\n"
+                                               "_UCS _3P 1,2,3 1,3,3 0,2,3\n");
+    const std::string first = (dir / "first.dxf").string();
+    Outcome run = qelcad("run --no-autoload --script " + make + " --save " + first);
+    ASSERT_EQ(run.status, 0) << run.out;
+    const std::string second = (dir / "second.dxf").string();
+    run = qelcad("run --no-autoload " + first + " --script " + write("none.scr", "") + " --save " +
+                 second);
+    ASSERT_EQ(run.status, 0) << run.out;
+    EXPECT_EQ(read("first.dxf"), read("second.dxf"));
+    run = qelcad("info " + second, "", false);
+    EXPECT_EQ(run.status, 0) << run.out;
+    EXPECT_NE(run.out.find("Pipes: colour 7, on, thawed, unlocked, current"), std::string::npos)
+        << run.out;
+    EXPECT_NE(run.out.find("UCS: current origin 1,2,3, X 0,1,0, Y -1,0,0"), std::string::npos)
+        << run.out;
+    run = qelcad("info --json " + second, "", false);
+    EXPECT_NE(run.out.find("\"current\": true"), std::string::npos) << run.out;
+    // A script that fails saves nothing.
+    run = qelcad("run --no-autoload --script " + write("bad.scr", "NOSUCHCOMMAND\n") + " --save " +
+                 (dir / "third.dxf").string());
+    EXPECT_EQ(run.status, 1);
+    EXPECT_FALSE(fs::exists(dir / "third.dxf"));
+    run = qelcad("info " + (dir / "missing.dxf").string(), "", false);
+    EXPECT_EQ(run.status, 2);
+    EXPECT_NE(run.out.find("cannot be read"), std::string::npos) << run.out;
 }
 
 } // namespace

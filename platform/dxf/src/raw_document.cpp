@@ -1,5 +1,8 @@
 #include <dxf/raw_document.h>
 
+#include <algorithm>
+#include <iterator>
+
 namespace dxf {
 
 const std::string* Record::find(int code) const {
@@ -26,12 +29,21 @@ std::string describe(const Tag& t) {
     return std::to_string(t.code) + "/" + t.value;
 }
 
-// Reads one section's body, up to and including its ENDSEC.
+// Reads one section's body, up to and including its ENDSEC. A record's tags gather in one
+// buffer and move to the record, in a vector of their number, when the record ends.
 void readSection(TagReader& in, Section& section) {
     Tag tag;
     Record* current = nullptr;
+    Tags gathered;
+    auto finish = [&] {
+        if (current == nullptr) return;
+        current->tags.reserve(gathered.size());
+        std::move(gathered.begin(), gathered.end(), std::back_inserter(current->tags));
+        gathered.clear();
+    };
     while (in.next(tag)) {
         if (tag.code == 0) {
+            finish();
             if (tag.value == "ENDSEC") return;
             if (tag.value == "SECTION" || tag.value == "EOF")
                 throw DxfError(in.source(), tag.line,
@@ -40,7 +52,7 @@ void readSection(TagReader& in, Section& section) {
             section.records.push_back({tag.value, {}, tag.line});
             current = &section.records.back();
         } else if (current) {
-            current->tags.push_back(std::move(tag));
+            gathered.push_back(std::move(tag));
         } else {
             section.leading.push_back(std::move(tag));
         }
@@ -52,7 +64,7 @@ void readSection(TagReader& in, Section& section) {
 } // namespace
 
 RawDocument readRaw(const std::string& text, const std::string& source) {
-    TagReader in(text, source);
+    TagReader in(&text, source);
     RawDocument doc;
     Tag tag;
     bool sawEof = false;

@@ -1,5 +1,7 @@
 #include <dxf/tag_io.h>
 
+#include <algorithm>
+
 #include <charconv>
 #include <cstring>
 #include <string_view>
@@ -9,23 +11,32 @@ namespace dxf {
 namespace {
 // Binary files open with a product name, then this mark.
 constexpr std::string_view kBinaryMark = "Binary DXF\r\n\x1a";
-}
+} // namespace
 
 TagReader::TagReader(std::string text, std::string source)
-    : m_text(std::move(text)), m_source(std::move(source)) {
-    if (m_text.compare(0, 3, "\xEF\xBB\xBF") == 0) m_pos = 3;
-    if (std::string_view(m_text).substr(0, 32).find(kBinaryMark) != std::string_view::npos)
+    : m_owned(std::move(text)), m_text(m_owned), m_source(std::move(source)) {
+    start();
+}
+
+TagReader::TagReader(const std::string* text, std::string source)
+    : m_text(*text), m_source(std::move(source)) {
+    start();
+}
+
+void TagReader::start() {
+    if (m_text.substr(0, 3) == "\xEF\xBB\xBF") m_pos = 3;
+    if (m_text.substr(0, 32).find(kBinaryMark) != std::string_view::npos)
         throw DxfError(m_source, 1, "binary DXF is not supported; save the drawing as ASCII DXF");
 }
 
 bool TagReader::nextLine(std::string_view& line) {
     if (m_pos >= m_text.size()) return false;
     const std::size_t end = m_text.find('\n', m_pos);
-    const std::size_t stop = end == std::string::npos ? m_text.size() : end;
+    const std::size_t stop = end == std::string_view::npos ? m_text.size() : end;
     std::size_t len = stop - m_pos;
     if (len > 0 && m_text[m_pos + len - 1] == '\r') --len;
-    line = std::string_view(m_text).substr(m_pos, len);
-    m_pos = end == std::string::npos ? m_text.size() : end + 1;
+    line = m_text.substr(m_pos, len);
+    m_pos = end == std::string_view::npos ? m_text.size() : end + 1;
     ++m_line;
     return true;
 }
@@ -74,22 +85,34 @@ void TagReader::pushBack(const Tag& tag) {
     m_hasPushed = true;
 }
 
-void TagWriter::write(int code, const std::string& value) {
+void appendTag(std::string& out, int code, std::string_view value) {
     char text[16];
     auto [end, ec] = std::to_chars(text, text + sizeof text, code);
     const std::size_t width = static_cast<std::size_t>(end - text);
-    for (std::size_t i = width; i < 3; ++i)
-        m_out.put(' ');
-    m_out.write(text, static_cast<std::streamsize>(width));
-    m_out.put('\n');
+    if (width < 3) out.append(3 - width, ' ');
+    out.append(text, width);
+    out += '\n';
     // A value never spans lines: a line break inside it would be read as the next group code.
-    if (value.find_first_of("\r\n") == std::string::npos) {
-        m_out << value;
-    } else {
-        for (char c : value)
-            m_out << (c == '\n' ? ' ' : c == '\r' ? ' ' : c);
-    }
-    m_out.put('\n');
+    const std::size_t from = out.size();
+    out.append(value);
+    if (std::any_of(value.begin(), value.end(), [](char c) { return c == '\n' || c == '\r'; }))
+        std::replace_if(
+            out.begin() + std::ptrdiff_t(from), out.end(),
+            [](char c) { return c == '\n' || c == '\r'; }, ' ');
+    out += '\n';
+}
+
+void TagWriter::write(int code, const std::string& value) {
+    m_buffer.clear();
+    appendTag(m_buffer, code, value);
+    m_out.write(m_buffer.data(), static_cast<std::streamsize>(m_buffer.size()));
+}
+
+void TagWriter::write(const Tags& tags) {
+    m_buffer.clear();
+    for (const Tag& t : tags)
+        appendTag(m_buffer, t.code, t.value);
+    m_out.write(m_buffer.data(), static_cast<std::streamsize>(m_buffer.size()));
 }
 
 void TagWriter::writePoint(int code, double x, double y, double z) {

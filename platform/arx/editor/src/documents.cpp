@@ -1,6 +1,8 @@
 // Documents: the open drawings, the current one, their iterator and the manager's reactors.
 #include "host.h"
 
+#include <dxf/drawing.h>
+
 #include "db/rxdefine.h"
 
 #include <win/transcript.h>
@@ -88,6 +90,19 @@ Document::Document(std::wstring name)
     : prefix(currentFolder()), title(std::move(name)), path(title),
       database_(std::make_unique<AcDbDatabase>()) {}
 
+Document::Document(const std::filesystem::path& file, std::unique_ptr<AcDbDatabase> database)
+    : database_(std::move(database)) {
+    setFile(file);
+}
+
+void Document::setFile(const std::filesystem::path& file) {
+    const std::filesystem::path absolute = std::filesystem::absolute(file);
+    prefix = absolute.parent_path().wstring() + L"/";
+    title = absolute.filename().wstring();
+    path = absolute.wstring();
+    hasFile = true;
+}
+
 Document* currentDocument() {
     return manager().current_;
 }
@@ -109,6 +124,34 @@ AcApDocument* newDocument() {
     m.tell([made](AcApDocManagerReactor* r) { r->documentCreated(made); });
     sendToModules(3 /* kLoadDwgMsg */);
     return made;
+}
+
+AcApDocument* openDocument(const std::filesystem::path& path, std::string& message) {
+    std::unique_ptr<AcDbDatabase> database = dxf::openDrawing(path.string(), message);
+    if (database == nullptr) return nullptr;
+    DocManager& m = manager();
+    auto doc = std::make_unique<Document>(path, std::move(database));
+    Document* made = doc.get();
+    m.docs_.push_back(std::move(doc));
+    makeCurrent(made);
+    m.tell([made](AcApDocManagerReactor* r) { r->documentCreated(made); });
+    sendToModules(3 /* kLoadDwgMsg */);
+    return made;
+}
+
+bool saveDocument(AcApDocument* document, const std::filesystem::path& path, std::string& message) {
+    auto* doc = static_cast<Document*>(document);
+    if (doc == nullptr || doc->database() == nullptr) {
+        message = "no drawing to save";
+        return false;
+    }
+    if (!dxf::saveDrawing(*doc->database(), path.string(), message)) return false;
+    doc->setFile(path);
+    return true;
+}
+
+bool hasFile(const AcApDocument* document) {
+    return document != nullptr && static_cast<const Document*>(document)->hasFile;
 }
 
 bool closeDocument(AcApDocument* document) {

@@ -6,6 +6,7 @@
 #include "arx/aced.h"
 #include "arx/edhost.h"
 
+#include <filesystem>
 #include <map>
 #include <memory>
 #include <optional>
@@ -21,6 +22,10 @@ using VarValue = std::variant<short, double, std::wstring, AcGePoint3d>;
 class Document : public AcApDocument {
 public:
     explicit Document(std::wstring name);
+    // A drawing read from the file at path.
+    Document(const std::filesystem::path& path, std::unique_ptr<AcDbDatabase> database);
+    // Takes the path as the drawing's file.
+    void setFile(const std::filesystem::path& path);
     AcDbDatabase* database() const override { return database_.get(); }
     const ACHAR* fileName() const override { return path.c_str(); }
     const ACHAR* docTitle() const override { return title.c_str(); }
@@ -29,6 +34,7 @@ public:
     // never saved has its name as its path.
     std::wstring prefix, title;
     std::wstring path;
+    bool hasFile = false;
     // Variables kept with the drawing.
     std::map<std::wstring, VarValue> vars;
 

@@ -1,8 +1,11 @@
 // The host's own commands: documents, variables and listing an entity.
 #include "processor.h"
 
+#include <filesystem>
+
 #include <arx/acdb.h>
 #include <arx/dbdict.h>
+#include <arx/edhost.h>
 #include <win/transcript.h>
 
 #include "ads/rbkind.h"
@@ -21,9 +24,73 @@ int newDrawing(CommandContext&) {
     return RTNORM;
 }
 
-int noFiles(CommandContext& ctx) {
-    ctx.invalid(L"Drawing files are not supported yet in this build.");
-    return RTERROR;
+std::wstring wide(const std::string& text) {
+    return std::filesystem::path(text).wstring();
+}
+
+// A file name answered at a prompt; drawings go to DXF files, so a name without an extension
+// gets ".dxf" and another extension is refused.
+std::optional<std::filesystem::path> drawingName(CommandContext& ctx, const std::wstring& prompt,
+                                                 const std::wstring& fallback) {
+    std::optional<std::wstring> answer = ctx.word(prompt, true);
+    if (!answer) return std::nullopt;
+    std::wstring name = answer->empty() ? fallback : *answer;
+    if (name.size() >= 2 && name.front() == L'"' && name.back() == L'"')
+        name = name.substr(1, name.size() - 2);
+    if (name.empty()) {
+        ctx.invalid(L"No file name given.");
+        return std::filesystem::path();
+    }
+    std::filesystem::path path(name);
+    if (!path.has_extension()) path += ".dxf";
+    if (upper(path.extension().wstring()) != L".DXF") {
+        ctx.invalid(L"Drawings are read and saved as DXF: give a name ending in .dxf.");
+        return std::filesystem::path();
+    }
+    return path;
+}
+
+int openDrawing(CommandContext& ctx) {
+    const auto path = drawingName(ctx, L"Enter name of drawing to open: ", L"");
+    if (!path) return RTCAN;
+    if (path->empty()) return RTERROR;
+    std::string message;
+    if (openDocument(*path, message) == nullptr) {
+        ctx.invalid(wide(message));
+        return RTERROR;
+    }
+    say(L"Opened " + std::wstring(currentDocument()->fileName()) + L".\n");
+    return RTNORM;
+}
+
+int saveTo(CommandContext& ctx, const std::filesystem::path& path) {
+    std::string message;
+    if (!saveDocument(currentDocument(), path, message)) {
+        ctx.invalid(wide(message));
+        return RTERROR;
+    }
+    say(L"Saved " + std::wstring(currentDocument()->fileName()) + L".\n");
+    return RTNORM;
+}
+
+int saveDrawingAs(CommandContext& ctx) {
+    Document* doc = currentDocument();
+    if (doc == nullptr) return RTERROR;
+    const std::wstring current = hasFile(doc) ? doc->path : L"";
+    const auto path = drawingName(
+        ctx, L"Save drawing as" + (current.empty() ? L"" : L" <" + current + L">") + L": ",
+        current);
+    if (!path) return RTCAN;
+    if (path->empty()) return RTERROR;
+    return saveTo(ctx, *path);
+}
+
+// A drawing from a file goes back there; a new one is asked its name.
+int saveDrawing(CommandContext& ctx) {
+    Document* doc = currentDocument();
+    if (doc == nullptr) return RTERROR;
+    if (!hasFile(doc)) return saveDrawingAs(ctx);
+    return saveTo(ctx, doc->path);
 }
 
 int closeDrawing(CommandContext&) {
@@ -185,9 +252,11 @@ int help(CommandContext&) {
 }
 
 const ProcessorCommand kCommands[] = {
-    {L"NEW", newDrawing}, {L"OPEN", noFiles},       {L"SAVE", noFiles},
-    {L"SAVEAS", noFiles}, {L"CLOSE", closeDrawing}, {L"QUIT", quit},
-    {L"LIST", list},      {L"HELP", help},          {L"SETVAR", setvar},
+    {L"NEW", newDrawing},     {L"OPEN", openDrawing},
+    {L"SAVE", saveDrawing},   {L"SAVEAS", saveDrawingAs},
+    {L"CLOSE", closeDrawing}, {L"QUIT", quit},
+    {L"LIST", list},          {L"HELP", help},
+    {L"SETVAR", setvar},
 };
 
 } // namespace

@@ -14,3 +14,42 @@ AcDbObjectIdArray acdbHostOpenObjects(const AcDbDatabase* database);
 // eAlreadyInDb for an object already resident. The object stays open for write.
 Acad::ErrorStatus acdbHostAddObject(AcDbDatabase* database, AcDbObject* object,
                                     AcDbObjectId ownerId, const AcDbHandle& handle);
+
+// What a drawing reader needs beyond the module's interface.
+#include <memory>
+
+class AcDbObjectIterator;
+
+// The vertices (and face records) of a polyline or mesh; null for other objects.
+std::unique_ptr<AcDbObjectIterator> acdbHostVertices(const AcDbObject* object);
+
+class AcDbBlockTableRecord;
+class AcDbEntity;
+
+// The objects a database names, for a database built from a file (made without the default
+// drawing). Each must be resident in that database and of its class.
+struct AcDbHostRoots {
+    AcDbObjectId blockTable, layerTable, ucsTable, regAppTable;
+    AcDbObjectId namedObjects, groupDictionary;
+    AcDbObjectId modelSpace, paperSpace;
+    AcDbObjectId layerZero, clayer;
+};
+Acad::ErrorStatus acdbHostSetRoots(AcDbDatabase* database, const AcDbHostRoots& roots);
+// Appends a new entity to a resident block under the given handle (null: the next free one).
+// The entity stays open for write.
+Acad::ErrorStatus acdbHostAppendEntity(AcDbBlockTableRecord* block, AcDbEntity* entity,
+                                       const AcDbHandle& handle);
+// Takes a handle for what the database keeps no object for (the end marker of a polyline, the
+// begin and end of a block); a null handle takes the next free one. eHandleInUse when taken.
+Acad::ErrorStatus acdbHostReserveHandle(AcDbDatabase* database, AcDbHandle& handle);
+// Gives an object the extension dictionary it had in a file; the dictionary must be resident.
+// It becomes owned by the object.
+Acad::ErrorStatus acdbHostSetExtensionDictionary(AcDbObject* object, AcDbObjectId dictionary);
+// Sets the owner of a resident object, for owners that a file names before making them.
+Acad::ErrorStatus acdbHostSetOwner(AcDbObject* object, AcDbObjectId owner);
+// The next handle given out is at least seed.
+void acdbHostRaiseHandseed(AcDbDatabase* database, const AcDbHandle& seed);
+// What the file a database came from held that has no object in it (header variables, the
+// classes); the drawing writer's own data, kept with the database.
+void acdbHostSetFileData(AcDbDatabase* database, std::shared_ptr<void> data);
+std::shared_ptr<void> acdbHostFileData(const AcDbDatabase* database);

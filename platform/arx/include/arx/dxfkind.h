@@ -59,6 +59,9 @@ const AcDbDxfKind* acdbDxfKindNamed(const ACHAR* dxfName);
 std::vector<const AcDbDxfKind*> acdbDxfKinds();
 // Adds a kind; the solid kernel adds its own this way. A second kind of one class is refused.
 bool acdbDxfAddKind(const AcDbDxfKind* kind);
+// Whether a group of this code goes to a field: of the kind, or for an entity of the part every
+// entity shares.
+bool acdbDxfKindTakes(const AcDbDxfKind* kind, bool entity, short code);
 // Writes the groups of an object: for an entity the common entity part first, then the kind's
 // own fields. eNotImplementedYet, after the common part, for a class without a kind.
 Acad::ErrorStatus acdbDxfWriteObject(const AcDbObject& object, AcDbDxfItems& out);
@@ -68,3 +71,8 @@ Acad::ErrorStatus acdbDxfWriteObject(const AcDbObject& object, AcDbDxfItems& out
 // the object in its database first.
 Acad::ErrorStatus acdbDxfReadObject(AcDbObject& object, const AcDbDxfItems& in,
                                     short* failedCode = nullptr);
+
+// Result buffers and items, one into the other (the entity-name interface, X-records,
+// extended data).
+resbuf* acdbDxfToResbuf(const AcDbDxfItem& item);
+AcDbDxfItem acdbDxfFromResbuf(const resbuf& rb);

@@ -27,19 +27,6 @@ void setName(ads_name name, AcDbStub* s) {
     name[1] = 0;
 }
 
-// The vertices of a polyline or mesh; null for other entities.
-std::unique_ptr<AcDbObjectIterator> verticesOf(const AcDbObject* o) {
-    if (const auto* p = AcDb2dPolyline::cast(o))
-        return std::unique_ptr<AcDbObjectIterator>(p->vertexIterator());
-    if (const auto* p = AcDb3dPolyline::cast(o))
-        return std::unique_ptr<AcDbObjectIterator>(p->vertexIterator());
-    if (const auto* p = AcDbPolyFaceMesh::cast(o))
-        return std::unique_ptr<AcDbObjectIterator>(p->vertexIterator());
-    if (const auto* p = AcDbPolygonMesh::cast(o))
-        return std::unique_ptr<AcDbObjectIterator>(p->vertexIterator());
-    return nullptr;
-}
-
 // The live entity after `after` in a block (the first with null), or null.
 AcDbStub* nextInBlock(const AcDbBlockTableRecord* block, AcDbStub* after) {
     AcDbBlockTableRecordIterator* raw = nullptr;
@@ -127,11 +114,12 @@ int acdbEntNext(const ads_name name, ads_name next) {
     } else {
         AcDbStub* main = current;
         // A complex entity goes on with its first vertex, a vertex with the next one.
-        if (auto vertices = verticesOf(AcDbImpl::peek(current)); vertices && !vertices->done()) {
+        if (auto vertices = acdbHostVertices(AcDbImpl::peek(current));
+            vertices && !vertices->done()) {
             found = acdbStubOf(vertices->objectId());
         } else if (AcDbVertex::cast(AcDbImpl::peek(current))) {
             main = AcDbImpl::owner(AcDbImpl::peek(current));
-            auto siblings = verticesOf(AcDbImpl::peek(main));
+            auto siblings = acdbHostVertices(AcDbImpl::peek(main));
             for (; siblings && !siblings->done(); siblings->step())
                 if (acdbStubOf(siblings->objectId()) == current) {
                     siblings->step();
@@ -254,6 +242,18 @@ int acdbRegApp(const ACHAR* appName) {
     }
     apps->close();
     return result;
+}
+
+std::unique_ptr<AcDbObjectIterator> acdbHostVertices(const AcDbObject* o) {
+    if (const auto* p = AcDb2dPolyline::cast(o))
+        return std::unique_ptr<AcDbObjectIterator>(p->vertexIterator());
+    if (const auto* p = AcDb3dPolyline::cast(o))
+        return std::unique_ptr<AcDbObjectIterator>(p->vertexIterator());
+    if (const auto* p = AcDbPolyFaceMesh::cast(o))
+        return std::unique_ptr<AcDbObjectIterator>(p->vertexIterator());
+    if (const auto* p = AcDbPolygonMesh::cast(o))
+        return std::unique_ptr<AcDbObjectIterator>(p->vertexIterator());
+    return nullptr;
 }
 
 Adesk::UInt64 acdbHostOpenObjectCount(const AcDbDatabase* database) {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <unordered_map>
 
 #include "arx/dbdatabase.h"
@@ -52,6 +53,7 @@ struct AcDbDatabase::Impl {
     Adesk::UInt64 nextAnonymousGroup = 1;
     AcGePoint3d ucsOrigin;
     AcGeVector3d ucsXAxis = AcGeVector3d::kXAxis, ucsYAxis = AcGeVector3d::kYAxis;
+    std::shared_ptr<void> fileData;
 
     AcDbStub* stubAt(Adesk::UInt64 handle, bool create);
 };
@@ -80,6 +82,8 @@ struct AcDbImpl {
     static AcDbObject* peek(const AcDbStub* s) { return s ? s->object : nullptr; }
     static AcDbStub* layer(const AcDbEntity* e) { return e->layer_; }
     static void setLayer(AcDbEntity* e, AcDbStub* layer) { e->layer_ = layer; }
+    static void setExtensionDictionary(AcDbObject* o, AcDbStub* d) { o->extensionDictionary_ = d; }
+    static void appendToBlock(AcDbBlockTableRecord* b, AcDbStub* e) { b->entities_.push_back(e); }
     static const std::wstring* groupName(const AcDbGroup* g) { return g->name_; }
     static void setGroupName(AcDbGroup* g, const std::wstring* name) { g->name_ = name; }
     static void setGroupAnonymous(AcDbGroup& g, bool anonymous) { g.anonymous_ = anonymous; }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <mutex>
+#include <unordered_map>
 
 #include "../db/objectimpl.h"
 #include "../db/text.h"
@@ -12,6 +13,8 @@ namespace {
 struct Registry {
     std::mutex guard;
     std::vector<const AcDbDxfKind*> kinds;
+    // Every object written or read looks its kind up by class.
+    std::unordered_map<const AcRxClass*, const AcDbDxfKind*> byClass;
 };
 
 Registry& registry() {
@@ -110,9 +113,8 @@ AcDbDxfItem AcDbDxfItem::ofId(short code, AcDbObjectId value) {
 const AcDbDxfKind* acdbDxfKindOf(const AcRxClass* cls) {
     Registry& r = registry();
     std::lock_guard lock(r.guard);
-    for (const AcDbDxfKind* k : r.kinds)
-        if (k->rxClass() == cls) return k;
-    return nullptr;
+    const auto it = r.byClass.find(cls);
+    return it == r.byClass.end() ? nullptr : it->second;
 }
 
 const AcDbDxfKind* acdbDxfKindNamed(const ACHAR* dxfName) {
@@ -135,7 +137,18 @@ bool acdbDxfAddKind(const AcDbDxfKind* kind) {
     for (const AcDbDxfKind* k : r.kinds)
         if (k->rxClass == kind->rxClass) return false;
     r.kinds.push_back(kind);
+    r.byClass.emplace(kind->rxClass(), kind);
     return true;
+}
+
+bool acdbDxfKindTakes(const AcDbDxfKind* kind, bool entity, short code) {
+    if (entity && std::any_of(std::begin(kEntityFields), std::end(kEntityFields),
+                              [code](const AcDbDxfField& f) { return takes(f, code); }))
+        return true;
+    if (kind == nullptr) return false;
+    return std::any_of(kind->fields.begin(), kind->fields.end(), [code](const AcDbDxfField& f) {
+        return takes(f, code) || (f.flags & AcDbDxfField::kRest);
+    });
 }
 
 Acad::ErrorStatus acdbDxfWriteObject(const AcDbObject& object, AcDbDxfItems& out) {

@@ -1,7 +1,4 @@
-// Result buffers and DXF items, one into the other.
+// Result buffers and DXF items, one into the other: declared with the kinds.
 #pragma once
 
 #include "arx/dxfkind.h"
-
-resbuf* acdbDxfToResbuf(const AcDbDxfItem& item);
-AcDbDxfItem acdbDxfFromResbuf(const resbuf& rb);

@@ -97,10 +97,13 @@ Acad::ErrorStatus AcDbEllipse::setEndParam(double param) {
 // Angle and parameter lie in one quadrant; the difference between them stays below a quarter
 // turn, so whole turns carry over.
 double AcDbEllipse::paramAtAngle(double angle) const {
+    // On the axes angle and parameter are equal: kept exact, so that files read back the same.
+    if (std::remainder(angle, M_PI / 2) == 0.0) return angle;
     return angle + wrapToPi(std::atan2(std::sin(angle), ratio_ * std::cos(angle)) - angle);
 }
 
 double AcDbEllipse::angleAtParam(double param) const {
+    if (std::remainder(param, M_PI / 2) == 0.0) return param;
     return param + wrapToPi(std::atan2(ratio_ * std::sin(param), std::cos(param)) - param);
 }
 

@@ -32,6 +32,10 @@ int meshType(const AcDbPolygonMesh& m) {
     return m.polyMeshType();
 }
 Acad::ErrorStatus setMeshType(AcDbPolygonMesh& m, const int& t) {
+    // Only the types there are become an enumeration.
+    if (t != AcDb::kSimpleMesh && t != AcDb::kQuadSurfaceMesh && t != AcDb::kCubicSurfaceMesh &&
+        t != AcDb::kBezierSurfaceMesh)
+        return Acad::eInvalidInput;
     return m.setPolyMeshType(AcDb::PolyMeshType(t));
 }
 int vertexFlags(const AcDbPolygonMeshVertex&) {

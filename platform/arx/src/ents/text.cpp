@@ -24,13 +24,16 @@ Acad::ErrorStatus setOcsAlignment(AcDbText& t, const AcGePoint3d& p) {
 int horizontal(const AcDbText& t) {
     return t.horizontalMode();
 }
+// Values out of range are refused before they become an enumeration.
 Acad::ErrorStatus setHorizontal(AcDbText& t, const int& mode) {
+    if (mode < AcDb::kTextLeft || mode > AcDb::kTextFit) return Acad::eInvalidInput;
     return t.setHorizontalMode(AcDb::TextHorzMode(mode));
 }
 int vertical(const AcDbText& t) {
     return t.verticalMode();
 }
 Acad::ErrorStatus setVertical(AcDbText& t, const int& mode) {
+    if (mode < AcDb::kTextBase || mode > AcDb::kTextTop) return Acad::eInvalidInput;
     return t.setVerticalMode(AcDb::TextVertMode(mode));
 }
 void writeString(const AcDbDxfField& f, const AcDbObject& o, AcDbDxfItems& out) {

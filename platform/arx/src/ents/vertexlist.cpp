@@ -124,8 +124,15 @@ Acad::ErrorStatus AcDbVertexList::append(AcDbEntity* owner, AcDbVertex* vertex, 
     id = AcDbObjectId::kNull;
     if (!owner->isWriteEnabled()) return Acad::eNotOpenForWrite;
     if (vertex == nullptr) return Acad::eNullObjectPointer;
-    if (AcDbImpl::stub(vertex) != nullptr) return Acad::eAlreadyInDb;
     AcDbStub* ownerStub = AcDbImpl::stub(owner);
+    // A vertex a drawing reader made resident under its own handle joins its owner's list.
+    if (AcDbImpl::stub(vertex) != nullptr) {
+        if (ownerStub == nullptr || AcDbImpl::owner(vertex) != ownerStub) return Acad::eAlreadyInDb;
+        AcDbImpl::setLayer(vertex, AcDbImpl::layer(owner));
+        resident_.push_back(AcDbImpl::stub(vertex));
+        id = vertex->objectId();
+        return Acad::eOk;
+    }
     if (ownerStub == nullptr) {
         pending_.push_back(vertex);
         return Acad::eOk;

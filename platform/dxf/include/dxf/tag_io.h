@@ -5,6 +5,7 @@
 
 #include <ostream>
 #include <string>
+#include <string_view>
 
 namespace dxf {
 
@@ -14,6 +15,11 @@ namespace dxf {
 class TagReader {
 public:
     TagReader(std::string text, std::string source);
+    // Reads a text it does not copy, which must outlive the reader.
+    TagReader(const std::string* text, std::string source);
+    // The reader looks into its text: not copied, not moved.
+    TagReader(const TagReader&) = delete;
+    TagReader& operator=(const TagReader&) = delete;
 
     // The next tag, or false at the end of the text.
     bool next(Tag& tag);
@@ -25,7 +31,10 @@ public:
 private:
     bool nextLine(std::string_view& line);
 
-    std::string m_text;
+    void start();
+
+    std::string m_owned;
+    std::string_view m_text;
     std::string m_source;
     std::size_t m_pos = 0;
     std::size_t m_line = 0;
@@ -41,10 +50,8 @@ public:
 
     void write(int code, const std::string& value);
     void write(const Tag& tag) { write(tag.code, tag.value); }
-    void write(const Tags& tags) {
-        for (const Tag& t : tags)
-            write(t);
-    }
+    // The tags in one write to the stream.
+    void write(const Tags& tags);
     void writeDouble(int code, double value) { write(code, formatDouble(value)); }
     void writeInt(int code, long long value) { write(code, std::to_string(value)); }
     void writeHandle(int code, std::uint64_t handle) { write(code, formatHandle(handle)); }
@@ -53,6 +60,10 @@ public:
 
 private:
     std::ostream& m_out;
+    std::string m_buffer;
 };
+
+// One tag in the layout TagWriter writes, appended to out.
+void appendTag(std::string& out, int code, std::string_view value);
 
 } // namespace dxf

@@ -55,6 +55,14 @@ AcApDocument* newDocument();
 bool closeDocument(AcApDocument* document);
 void closeAllDocuments();
 bool setCurrentDocument(AcApDocument* document);
+// A new document holding the drawing of a DXF file, made current; the modules get kLoadDwgMsg.
+// Null, with the reason in message, when the file cannot be read; nothing changes then.
+AcApDocument* openDocument(const std::filesystem::path& path, std::string& message);
+// Saves the document's drawing as DXF (the old file stays whole until the new one is
+// complete); the document takes the path as its name. False, with the reason, on failure.
+bool saveDocument(AcApDocument* document, const std::filesystem::path& path, std::string& message);
+// Whether the document's drawing came from a file or was saved to one.
+bool hasFile(const AcApDocument* document);
 
 // Modules.
 void setModuleFolder(const std::filesystem::path& folder);

@@ -1,0 +1,57 @@
+#include "utf8.h"
+
+namespace dxf {
+
+std::string toUtf8(std::wstring_view text) {
+    std::string out;
+    out.reserve(text.size());
+    for (wchar_t wc : text) {
+        const auto c = static_cast<char32_t>(wc);
+        if (c < 0x80) {
+            out += char(c);
+        } else if (c < 0x800) {
+            out += char(0xC0 | (c >> 6));
+            out += char(0x80 | (c & 0x3F));
+        } else if (c < 0x10000) {
+            out += char(0xE0 | (c >> 12));
+            out += char(0x80 | ((c >> 6) & 0x3F));
+            out += char(0x80 | (c & 0x3F));
+        } else {
+            out += char(0xF0 | (c >> 18));
+            out += char(0x80 | ((c >> 12) & 0x3F));
+            out += char(0x80 | ((c >> 6) & 0x3F));
+            out += char(0x80 | (c & 0x3F));
+        }
+    }
+    return out;
+}
+
+std::wstring fromUtf8(std::string_view text) {
+    std::wstring out;
+    out.reserve(text.size());
+    for (size_t i = 0; i < text.size();) {
+        const auto b = static_cast<unsigned char>(text[i]);
+        const int more = b >= 0xF0 ? 3 : b >= 0xE0 ? 2 : b >= 0xC0 ? 1 : 0;
+        char32_t c = more == 3 ? b & 0x07 : more == 2 ? b & 0x0F : more == 1 ? b & 0x1F : b;
+        bool ok = b < 0x80 || (more > 0 && i + size_t(more) < text.size() + 1);
+        for (int k = 1; ok && k <= more; ++k) {
+            if (i + size_t(k) >= text.size()) {
+                ok = false;
+                break;
+            }
+            const auto n = static_cast<unsigned char>(text[i + size_t(k)]);
+            ok = (n & 0xC0) == 0x80;
+            c = (c << 6) | (n & 0x3F);
+        }
+        if (ok) {
+            out += wchar_t(c);
+            i += size_t(more) + 1;
+        } else {
+            out += wchar_t(b);
+            ++i;
+        }
+    }
+    return out;
+}
+
+} // namespace dxf

@@ -1,0 +1,159 @@
+// Damaged and hostile drawings are refused with the line of the fault; saving is all or nothing.
+#include <filesystem>
+
+#include <arx/acdb.h>
+
+#include "drawing_test.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+// The fixture with one piece of text replaced (the first occurrence after `after`).
+std::string damaged(const std::string& after, const std::string& from, const std::string& to) {
+    std::string text = fixtureText("ezdxf-every-kind.dxf");
+    const size_t start = text.find(after);
+    const size_t at = text.find(from, start == std::string::npos ? 0 : start);
+    EXPECT_NE(at, std::string::npos) << from;
+    text.replace(at, from.size(), to);
+    return text;
+}
+
+size_t lineOf(const std::string& text, const std::string& piece) {
+    const size_t at = text.find(piece);
+    return size_t(std::count(text.begin(), text.begin() + std::ptrdiff_t(at), '\n')) + 1;
+}
+
+struct Fault {
+    const char* name;
+    std::string text;
+    const char* says;
+    size_t line; // 0: any line
+};
+
+TEST(DrawingFaults, EachIsRefusedWithItsLineAndReason) {
+    const std::string whole = fixtureText("ezdxf-every-kind.dxf");
+    const std::vector<Fault> faults = {
+        {"truncated", whole.substr(0, whole.size() / 2), "", 0},
+        {"code not a number", damaged("AcDbLine", " 10\n", "1x0\n"), "", 0},
+        {"dangling group member", damaged("AcDbGroup", "340\n91\n", "340\nFFFF0\n"),
+         "refers to handle FFFF0", 0},
+        {"handle twice", damaged("\n  0\nCIRCLE\n", "  5\n98\n", "  5\n91\n"), "used twice", 0},
+        {"count below zero", damaged("AcDbPolyline", " 90\n", " 90\n-"), "group 90", 0},
+        {"polyline without its end", damaged("\n  0\nSEQEND\n", "\n  0\nSEQEND\n", "\n  0\nLINE\n"),
+         "no SEQEND", 0},
+        {"extended data of no application",
+         damaged("1001\nMYAPP", "1001\nMYAPP", "1001\nNOSUCHAPP"), "APPID", 0},
+        {"no header", whole.substr(whole.find("  0\nSECTION\n  2\nCLASSES")), "HEADER", 0},
+        {"old version", damaged("$ACADVER", "AC1024", "AC1009"), "AC1009", 0},
+        {"dictionary entry that is an entity", damaged("ACAD_LAYOUT", "350\nD\n", "350\n91\n"),
+         "belongs elsewhere", 0},
+        {"block reference without its block", damaged("AcDbBlockReference", "  2\nMYBLOCK\n", ""),
+         "names no block", 0},
+        {"point without y", damaged("AcDbCircle", " 20\n", " 70\n"), "", 0},
+    };
+    for (const Fault& f : faults) {
+        try {
+            dxf::readDrawing(f.text, "bad.dxf");
+            ADD_FAILURE() << f.name << ": read without complaint";
+        } catch (const dxf::DxfError& e) {
+            EXPECT_NE(std::string(e.what()).find("bad.dxf"), std::string::npos) << f.name;
+            EXPECT_NE(std::string(e.what()).find(f.says), std::string::npos)
+                << f.name << ": " << e.what();
+        }
+    }
+}
+
+TEST(DrawingFaults, TheLineNamedIsTheLineOfTheFault) {
+    const std::string text = damaged("AcDbGroup", "340\n91\n", "340\nFFFF0\n");
+    try {
+        dxf::readDrawing(text, "bad.dxf");
+        FAIL() << "read without complaint";
+    } catch (const dxf::DxfError& e) {
+        EXPECT_EQ(e.line(), lineOf(text, "340\nFFFF0\n"));
+    }
+}
+
+class DrawingFiles : public ::testing::Test {
+protected:
+    void SetUp() override {
+        folder = fs::temp_directory_path() /
+                 ("qel-dxf-" + std::to_string(::getpid()) + "-" +
+                  ::testing::UnitTest::GetInstance()->current_test_info()->name());
+        fs::create_directories(folder);
+    }
+    void TearDown() override { fs::remove_all(folder); }
+    fs::path folder;
+};
+
+TEST_F(DrawingFiles, SaveThenOpenGivesTheDrawingBack) {
+    auto db = dxf::readDrawing(fixtureText("ezdxf-every-kind.dxf"), "every-kind");
+    std::string message;
+    const fs::path path = folder / "saved.dxf";
+    ASSERT_TRUE(dxf::saveDrawing(*db, path.string(), message)) << message;
+    auto back = dxf::openDrawing(path.string(), message);
+    ASSERT_NE(back, nullptr) << message;
+    EXPECT_EQ(textDifference(drawingText(*back), drawingText(*db)), "");
+    EXPECT_EQ(std::distance(fs::directory_iterator(folder), fs::directory_iterator()), 1)
+        << "no temporary file is left";
+}
+
+TEST_F(DrawingFiles, AFailedSaveLeavesTheOldFileAndNoTemporary) {
+    auto db = dxf::readDrawing(fixtureText("ezdxf-every-kind.dxf"), "every-kind");
+    // A folder where the file should go: the new text cannot take its place.
+    const fs::path blocked = folder / "blocked.dxf";
+    fs::create_directories(blocked / "inside");
+    std::string message;
+    EXPECT_FALSE(dxf::saveDrawing(*db, blocked.string(), message));
+    EXPECT_NE(message.find("old file is unchanged"), std::string::npos) << message;
+    EXPECT_TRUE(fs::is_directory(blocked / "inside"));
+    EXPECT_EQ(std::distance(fs::directory_iterator(folder), fs::directory_iterator()), 1);
+    // A folder that does not exist.
+    EXPECT_FALSE(dxf::saveDrawing(*db, (folder / "no" / "such.dxf").string(), message));
+    EXPECT_NE(message.find("cannot write"), std::string::npos) << message;
+}
+
+// An entity of a class that has no form in a file.
+class Unwritable : public AcDbEntity {
+public:
+    static AcRxClass* desc() {
+        static AcRxClass cls(L"Unwritable", AcDbEntity::desc());
+        return &cls;
+    }
+    AcRxClass* isA() const override { return desc(); }
+};
+
+TEST_F(DrawingFiles, ASaveThatCannotWriteEverythingLeavesTheOldFile) {
+    AcDbDatabase db;
+    acdbHostApplicationServices()->setWorkingDatabase(&db);
+    const fs::path path = folder / "kept.dxf";
+    std::string message;
+    ASSERT_TRUE(dxf::saveDrawing(db, path.string(), message)) << message;
+    const std::string before = drawingText(db);
+    AcDbBlockTableRecord* space = nullptr;
+    acdbOpenObject(space, db.modelSpaceId(), AcDb::kForWrite);
+    auto* odd = new Unwritable;
+    space->appendAcDbEntity(odd);
+    odd->close();
+    space->close();
+    EXPECT_FALSE(dxf::saveDrawing(db, path.string(), message));
+    EXPECT_NE(message.find("Unwritable"), std::string::npos) << message;
+    std::ifstream in(path, std::ios::binary);
+    std::ostringstream text;
+    text << in.rdbuf();
+    EXPECT_EQ(text.str(), before);
+    EXPECT_EQ(std::distance(fs::directory_iterator(folder), fs::directory_iterator()), 1);
+    acdbHostApplicationServices()->setWorkingDatabase(nullptr);
+}
+
+TEST_F(DrawingFiles, OpeningAMissingOrDamagedFileSaysWhy) {
+    std::string message;
+    EXPECT_EQ(dxf::openDrawing((folder / "none.dxf").string(), message), nullptr);
+    EXPECT_NE(message.find("cannot be read"), std::string::npos) << message;
+    const fs::path bad = folder / "bad.dxf";
+    std::ofstream(bad) << "  0\nSECTION\n  2\nHEADER\n";
+    EXPECT_EQ(dxf::openDrawing(bad.string(), message), nullptr);
+    EXPECT_NE(message.find("bad.dxf"), std::string::npos) << message;
+}
+
+} // namespace
