@@ -1,5 +1,13 @@
 // Every kind of solid the creators make, and regions with holes, go to SAT and come back with
 // the same measures and topology.
+#include <dxf/drawing.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <arx/arx.h>
+#include <arx/dbhost.h>
+#include <cstdlib>
+#include <filesystem>
 #include <functional>
 
 #include "acis_test.h"
@@ -215,6 +223,98 @@ TEST(SatRoundTrip, EverySolidComesBackTheSame) {
         ASSERT_FALSE(copy.isNull()) << sat;
         expectSameBody(original, copy, c.size, c.rel);
     }
+}
+
+// The same bodies, and a region with holes, in one drawing: saved through the drawing writer,
+// reopened through its reader, each found again by its handle; and the saved file passes a
+// third-party reader's strict read and audit.
+TEST(SatRoundTrip, EverySolidSavesInADrawingAndReopensTheSame) {
+    auto db = std::make_unique<AcDbDatabase>();
+    acdbHostApplicationServices()->setWorkingDatabase(db.get());
+    std::vector<std::pair<AcDbHandle, const BodyCase*>> saved;
+    const auto append = [&](AcDbEntity* entity) {
+        AcDbBlockTableRecord* space = nullptr;
+        EXPECT_EQ(acdbOpenObject(space, db->currentSpaceId(), AcDb::kForWrite), Acad::eOk);
+        AcDbObjectId id;
+        EXPECT_EQ(space->appendAcDbEntity(id, entity), Acad::eOk);
+        space->close();
+        entity->close();
+        return id.handle();
+    };
+    for (const BodyCase& c : kBodies) {
+        auto* solid = new AcDb3dSolid;
+        EXPECT_EQ(solid->setBody(c.make()), Acad::eOk) << c.name;
+        saved.emplace_back(append(solid), &c);
+    }
+    auto* plate = new AcDbRegion;
+    EXPECT_EQ(plate->setBody(plateWithHoles()), Acad::eOk);
+    const AcDbHandle plateHandle = append(plate);
+
+    const std::string path = (std::filesystem::temp_directory_path() /
+                              ("qel-solids-" + std::to_string(::getpid()) + ".dxf"))
+                                 .string();
+    std::string message;
+    ASSERT_TRUE(dxf::saveDrawing(*db, path, message)) << message;
+    acdbHostApplicationServices()->setWorkingDatabase(nullptr);
+    db.reset();
+    std::unique_ptr<AcDbDatabase> reopened = dxf::openDrawing(path, message);
+    ASSERT_NE(reopened, nullptr) << message;
+    acdbHostApplicationServices()->setWorkingDatabase(reopened.get());
+    const auto body = [&](AcDbHandle handle, auto* entity) {
+        AcDbObjectId id;
+        EXPECT_EQ(reopened->getAcDbObjectId(id, false, handle), Acad::eOk);
+        using Entity = std::remove_pointer_t<decltype(entity)>;
+        Entity* opened = nullptr;
+        EXPECT_EQ(acdbOpenObject(opened, id, AcDb::kForRead), Acad::eOk);
+        auto copy = opened ? opened->body() : decltype(opened->body()){};
+        if (opened) opened->close();
+        return copy;
+    };
+    for (const auto& [handle, c] : saved) {
+        SCOPED_TRACE(c->name);
+        expectSameBody(c->make(), body(handle, static_cast<AcDb3dSolid*>(nullptr)), c->size,
+                       c->rel);
+    }
+    const Region copy = body(plateHandle, static_cast<AcDbRegion*>(nullptr));
+    EXPECT_TRUE(near(areaOf(plateWithHoles()), areaOf(copy), 36));
+    EXPECT_EQ(copy.topology().loops, plateWithHoles().topology().loops);
+    acdbHostApplicationServices()->setWorkingDatabase(nullptr);
+
+    if (std::system(QEL_PYTHON3 " -c 'import ezdxf' >/dev/null 2>&1") == 0) {
+        const std::string audit = QEL_PYTHON3 " " QEL_DXF_REPORT " " + path + " >/dev/null";
+        EXPECT_EQ(std::system(audit.c_str()), 0) << "ezdxf's strict read and audit of " << path;
+    }
+    std::filesystem::remove(path);
+}
+
+// A body the SAT writer refuses (an empty solid) stops the save, naming the entity; the file
+// saved before stays as it was and no temporary is left.
+TEST(SatRoundTrip, ASolidWithNoBodyStopsTheSaveAndKeepsTheOldFile) {
+    AcDbDatabase db;
+    acdbHostApplicationServices()->setWorkingDatabase(&db);
+    const auto folder =
+        std::filesystem::temp_directory_path() / ("qel-nobody-" + std::to_string(::getpid()));
+    std::filesystem::create_directories(folder);
+    const std::string path = (folder / "kept.dxf").string();
+    std::string message;
+    ASSERT_TRUE(dxf::saveDrawing(db, path, message)) << message;
+    const auto size = std::filesystem::file_size(path);
+    AcDbBlockTableRecord* space = nullptr;
+    ASSERT_EQ(acdbOpenObject(space, db.currentSpaceId(), AcDb::kForWrite), Acad::eOk);
+    auto* empty = new AcDb3dSolid;
+    AcDbObjectId id;
+    EXPECT_EQ(space->appendAcDbEntity(id, empty), Acad::eOk);
+    empty->close();
+    space->close();
+    EXPECT_FALSE(dxf::saveDrawing(db, path, message));
+    EXPECT_NE(message.find("AcDb3dSolid"), std::string::npos) << message;
+    EXPECT_NE(message.find("solid model cannot be written"), std::string::npos) << message;
+    EXPECT_EQ(std::filesystem::file_size(path), size);
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder),
+                            std::filesystem::directory_iterator()),
+              1);
+    acdbHostApplicationServices()->setWorkingDatabase(nullptr);
+    std::filesystem::remove_all(folder);
 }
 
 TEST(SatRoundTrip, ReopenedElbowKeepsItsEndCircles) {

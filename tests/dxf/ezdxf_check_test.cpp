@@ -210,6 +210,12 @@ TEST_F(EzdxfCheck, EzdxfsDrawingOfEveryKindSavesBackClean) {
         // ellipse.
         x.erase("reactors"), y.erase("reactors");
         if (y["type"] == "ELLIPSE") x.erase("extrusion"), y.erase("extrusion");
+        // A solid or region is read into the host and written anew by its own SAT writer: the
+        // same bodies, faces, loops, coedges and surfaces, in another header and line count.
+        if (y.contains("acis_faces")) {
+            for (nlohmann::json* j : {&x, &y})
+                j->erase("sat_header"), j->erase("sat_lines");
+        }
         EXPECT_EQ(x, y) << handle;
     }
 }

@@ -17,9 +17,8 @@ namespace dxf {
 std::unique_ptr<AcDbDatabase> readDrawing(const std::string& text, const std::string& source);
 // Writes the database. A database that was never in a file first gets what a file needs and
 // it lacks (the standard tables, layouts), and every end marker of a polyline or block gets
-// its handle: so saving twice gives the same text. An entity of a class with no form in a file
-// (a solid the host made, until the solid codec writes it) throws std::runtime_error before
-// anything is written.
+// its handle: so saving twice gives the same text. An entity of a class with no form in a file,
+// or a solid or region whose body the SAT writer refuses, throws std::runtime_error.
 void writeDrawing(AcDbDatabase& db, std::ostream& out);
 
 // The drawing of a file, or null with the reason in message.

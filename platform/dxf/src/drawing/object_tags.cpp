@@ -1,12 +1,17 @@
 #include "object_tags.h"
 
+#include <acis/sat.h>
 #include <arx/adsdef.h>
 #include <arx/dbkept.h>
 #include <arx/dbpl.h>
+#include <arx/dbregion.h>
+#include <arx/dbsol3d.h>
 #include <arx/dxfkind.h>
 
+#include <stdexcept>
 #include <unordered_map>
 
+#include "acis_text.h"
 #include "item_tags.h"
 #include "utf8.h"
 
@@ -67,6 +72,18 @@ void appendHead(Tags& out, const std::string& type, const AcDbObject& object, Ac
     out.push_back({330, handleText(owner)});
 }
 
+// Groups 1 and 3 of a solid's or region's body in SAT text; none for other objects. A body the
+// codec cannot write stops the save, which then leaves the old file as it was.
+Tags modelTags(const AcDbObject& object) {
+    if (!AcDb3dSolid::cast(&object) && !AcDbRegion::cast(&object)) return {};
+    std::string sat, message;
+    if (acis::satFromEntity(AcDbEntity::cast(&object), sat, message) != Acad::eOk)
+        throw std::runtime_error("entity " + formatHandle(Adesk::UInt64(object.handle())) + " (" +
+                                 toUtf8(object.isA()->name()) +
+                                 "): its solid model cannot be written: " + message);
+    return tagsFromSat(sat);
+}
+
 void appendBody(Tags& out, const AcDbObject& object, const FileData& data) {
     const std::vector<ExtraGroup>* extras = extrasOf(object, data);
     AcDbDxfItems items;
@@ -76,14 +93,20 @@ void appendBody(Tags& out, const AcDbObject& object, const FileData& data) {
     const bool flat = AcDbPolyline::cast(&object) != nullptr;
     Tags body;
     appendTags(body, items, flat);
+    // The model text of a solid or region closes the modeller's part.
+    const Tags model = modelTags(object);
+    const auto endPart = [&] {
+        if (marker == "AcDbModelerGeometry") out.insert(out.end(), model.begin(), model.end());
+        appendExtras(out, extras, marker);
+    };
     for (const Tag& t : body) {
         if (t.code == 100) {
-            appendExtras(out, extras, marker);
+            endPart();
             marker = t.value;
         }
         out.push_back(t);
     }
-    appendExtras(out, extras, marker);
+    endPart();
     if (const auto* kept = AcDbKeptEntity::cast(&object))
         for (const auto& [code, value] : kept->groups())
             out.push_back({code, value});

@@ -1,5 +1,6 @@
 // A DXF file as a new database: every record becomes an object under its own handle, of the
 // host's class where the host knows the kind, kept as read where it does not.
+#include <acis/sat.h>
 #include <arx/acdb.h>
 #include <arx/dbblkref.h>
 #include <arx/dbhost.h>
@@ -15,6 +16,7 @@
 #include <map>
 #include <set>
 
+#include "acis_text.h"
 #include "file_data.h"
 #include "item_tags.h"
 #include "utf8.h"
@@ -645,18 +647,20 @@ private:
         const AcDbDxfKind* kind = nullptr;
         if (r.type == "POLYLINE")
             kind = acdbDxfKindOf(polylineClass(r));
-        else if (!isSolidModel(r.type))
+        else
             kind = kindNamed(r.type);
         if (r.type == "ACDBKEPTENTITY") kind = nullptr;
-        if (std::unique_ptr<AcDbEntity> e = make<AcDbEntity>(kind)) {
+        if (isSolidModel(r.type)) {
+            if (AcDbEntity* e = solidModel(r, c, kind)) return e;
+        } else if (std::unique_ptr<AcDbEntity> e = make<AcDbEntity>(kind)) {
             fields(*e, kind, r, c, c.body, c.xdata, {66, 67});
             if (const auto* ref = AcDbBlockReference::cast(e.get());
                 ref && ref->blockTableRecord().isNull())
                 fail(r.line, r.type + " names no block (group 2)");
             return e.release();
         }
-        // Solids and regions keep their model text as read until the modelling kernel reads
-        // it; the groups 1 and 3 hold it (see acis_text.h).
+        // A BODY, or a solid whose model text lies elsewhere, keeps its groups as read (the
+        // model text in groups 1 and 3, see acis_text.h).
         size_t own = c.body;
         while (own < c.xdata && !(r.tags[own].code == 100 && r.tags[own].value != "AcDbEntity"))
             ++own;
@@ -665,6 +669,22 @@ private:
             groups.emplace_back(short(r.tags[i].code), r.tags[i].value);
         auto e = std::make_unique<AcDbKeptEntity>(r.type, std::move(groups));
         fields(*e, acdbDxfKindOf(AcDbKeptEntity::desc()), r, c, c.body, own, {67});
+        return e.release();
+    }
+
+    // A solid or region whose model text the SAT codec reads. Null, for the record to be kept
+    // as read, when the host has no such class (BODY) or the text is not in the record (files
+    // of later releases keep it elsewhere).
+    AcDbEntity* solidModel(const Record& r, const Common& c, const AcDbDxfKind* kind) {
+        const std::string sat = satFromTags(Tags(r.tags.begin() + std::ptrdiff_t(c.body),
+                                                 r.tags.begin() + std::ptrdiff_t(c.xdata)));
+        if (sat.empty()) return nullptr;
+        std::unique_ptr<AcDbEntity> e = make<AcDbEntity>(kind);
+        if (!e) return nullptr;
+        fields(*e, kind, r, c, c.body, c.xdata, {1, 3, 66, 67});
+        std::string message;
+        if (acis::entityFromSat(sat, e.get(), message) != Acad::eOk)
+            fail(r.line, r.type + ": its solid model is refused: " + message);
         return e.release();
     }
 
