@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 
@@ -60,11 +61,13 @@ std::uint64_t toHandle(const Tag& tag, const std::string& where) {
 std::string formatDouble(double value) {
     if (value == 0.0) return "0.0";
     char text[64];
-    auto [end, ec] = std::to_chars(text, text + sizeof text, value);
-    std::string s(text, end);
+    auto [end, ec] = std::to_chars(text, text + sizeof text - 2, value);
     // Readers of other programs expect a decimal point or an exponent in a real value.
-    if (s.find_first_of(".e") == std::string::npos) s += ".0";
-    return s;
+    if (std::find_if(text, end, [](char c) { return c == '.' || c == 'e'; }) == end) {
+        *end++ = '.';
+        *end++ = '0';
+    }
+    return std::string(text, end);
 }
 
 std::string formatHandle(std::uint64_t handle) {

@@ -7,6 +7,7 @@
 #include <fstream>
 #include <sstream>
 #include <unistd.h>
+#include <vector>
 
 namespace fs = std::filesystem;
 
@@ -18,14 +19,26 @@ std::unique_ptr<AcDbDatabase> openDrawing(const std::string& path, std::string& 
         message = path + ": cannot be read (" + std::strerror(errno) + ")";
         return nullptr;
     }
-    std::ostringstream text;
-    text << in.rdbuf();
+    // The whole text in one read where the size is known, through the stream otherwise.
+    std::string text;
+    std::error_code sizeUnknown;
+    const auto size = fs::file_size(path, sizeUnknown);
+    if (!sizeUnknown) {
+        text.resize(size);
+        in.read(text.data(), std::streamsize(size));
+        text.resize(std::size_t(in.gcount()));
+    }
+    if (!in.eof()) {
+        std::ostringstream rest;
+        rest << in.rdbuf();
+        text += rest.str();
+    }
     if (in.bad()) {
         message = path + ": reading failed";
         return nullptr;
     }
     try {
-        return readDrawing(text.str(), path);
+        return readDrawing(text, path);
     } catch (const DxfError& e) {
         message = e.what();
     } catch (const std::exception& e) {
@@ -39,7 +52,11 @@ bool saveDrawing(AcDbDatabase& db, const std::string& path, std::string& message
     fs::path temp = target;
     temp += ".saving-" + std::to_string(::getpid());
     {
-        std::ofstream out(temp, std::ios::binary | std::ios::trunc);
+        // Records go to the file in large blocks rather than one system call per few records.
+        std::vector<char> buffer(std::size_t(1) << 20);
+        std::ofstream out;
+        out.rdbuf()->pubsetbuf(buffer.data(), std::streamsize(buffer.size()));
+        out.open(temp, std::ios::binary | std::ios::trunc);
         if (!out) {
             message = path + ": cannot write " + temp.string() + " (" + std::strerror(errno) + ")";
             return false;

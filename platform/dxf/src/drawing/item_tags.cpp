@@ -39,22 +39,26 @@ std::string handleText(AcDbObjectId id) {
     return formatHandle(id.isNull() ? 0 : Adesk::UInt64(id.handle()));
 }
 
-AcDbDxfItems itemsFromTags(const Tags& tags, size_t first, size_t last, AcDbDatabase* db,
-                           const std::set<short>& angleCodes, const std::string& source,
-                           const std::string& where) {
+namespace {
+
+// The items of the tags at(first) to at(last - 1).
+template <class At>
+AcDbDxfItems itemsOf(At at, size_t first, size_t last, AcDbDatabase* db,
+                     const std::set<short>& angleCodes, const std::string& source,
+                     const std::string& where) {
     AcDbDxfItems items;
     items.reserve(last - first);
     for (size_t i = first; i < last; ++i) {
-        const Tag& t = tags[i];
+        const Tag& t = at(i);
         AcDbDxfItem item;
         item.code = short(t.code);
         try {
             if (isPointCode(t.code)) {
                 item.point.x = toDouble(t, where);
-                if (i + 1 < last && tags[i + 1].code == t.code + 10) {
-                    item.point.y = toDouble(tags[++i], where);
-                    if (i + 1 < last && tags[i + 1].code == t.code + 20)
-                        item.point.z = toDouble(tags[++i], where);
+                if (i + 1 < last && at(i + 1).code == t.code + 10) {
+                    item.point.y = toDouble(at(++i), where);
+                    if (i + 1 < last && at(i + 1).code == t.code + 20)
+                        item.point.z = toDouble(at(++i), where);
                 } else {
                     throw DxfError(source, t.line,
                                    where + ": group " + std::to_string(t.code) +
@@ -98,6 +102,22 @@ AcDbDxfItems itemsFromTags(const Tags& tags, size_t first, size_t last, AcDbData
         items.push_back(std::move(item));
     }
     return items;
+}
+
+} // namespace
+
+AcDbDxfItems itemsFromTags(const Tags& tags, size_t first, size_t last, AcDbDatabase* db,
+                           const std::set<short>& angleCodes, const std::string& source,
+                           const std::string& where) {
+    return itemsOf([&](size_t i) -> const Tag& { return tags[i]; }, first, last, db, angleCodes,
+                   source, where);
+}
+
+AcDbDxfItems itemsFromTags(const std::vector<const Tag*>& tags, AcDbDatabase* db,
+                           const std::set<short>& angleCodes, const std::string& source,
+                           const std::string& where) {
+    return itemsOf([&](size_t i) -> const Tag& { return *tags[i]; }, 0, tags.size(), db, angleCodes,
+                   source, where);
 }
 
 void appendTags(Tags& out, const AcDbDxfItems& items, bool flatPoints) {

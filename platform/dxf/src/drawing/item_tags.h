@@ -8,6 +8,7 @@
 
 #include <set>
 #include <string>
+#include <vector>
 
 namespace dxf {
 
@@ -18,6 +19,10 @@ bool isPointCode(int code);
 // in db; angleCodes are read in degrees. Throws DxfError naming the line of a bad value or of
 // a reference to no object; its reason starts with where (the record's type).
 AcDbDxfItems itemsFromTags(const Tags& tags, size_t first, size_t last, AcDbDatabase* db,
+                           const std::set<short>& angleCodes, const std::string& source,
+                           const std::string& where);
+// The same for tags picked out of a record, which are not copied.
+AcDbDxfItems itemsFromTags(const std::vector<const Tag*>& tags, AcDbDatabase* db,
                            const std::set<short>& angleCodes, const std::string& source,
                            const std::string& where);
 // The items as tags: angles in degrees; with flatPoints, points of code 10 lose their z (the

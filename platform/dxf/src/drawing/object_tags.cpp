@@ -92,6 +92,7 @@ void appendBody(Tags& out, const AcDbObject& object, const FileData& data) {
     std::string marker;
     const bool flat = AcDbPolyline::cast(&object) != nullptr;
     Tags body;
+    body.reserve(3 * items.size()); // a point is three groups
     appendTags(body, items, flat);
     // The model text of a solid or region closes the modeller's part.
     const Tags model = modelTags(object);
@@ -99,12 +100,12 @@ void appendBody(Tags& out, const AcDbObject& object, const FileData& data) {
         if (marker == "AcDbModelerGeometry") out.insert(out.end(), model.begin(), model.end());
         appendExtras(out, extras, marker);
     };
-    for (const Tag& t : body) {
+    for (Tag& t : body) {
         if (t.code == 100) {
             endPart();
             marker = t.value;
         }
-        out.push_back(t);
+        out.push_back(std::move(t));
     }
     endPart();
     if (const auto* kept = AcDbKeptEntity::cast(&object))

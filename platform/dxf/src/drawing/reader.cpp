@@ -199,7 +199,7 @@ private:
     void fields(AcDbObject& object, const AcDbDxfKind* kind, const Record& r, const Common& c,
                 size_t from, size_t to, std::initializer_list<int> dropped = {}) {
         const bool entity = AcDbEntity::cast(&object) != nullptr;
-        Tags& taken = m_taken; // one buffer for all records
+        std::vector<const Tag*>& taken = m_taken; // one buffer for all records
         taken.clear();
         std::vector<ExtraGroup> extras = c.appGroups;
         std::string marker;
@@ -208,25 +208,25 @@ private:
             if (t.code == 100) marker = t.value;
             if (std::find(dropped.begin(), dropped.end(), t.code) != dropped.end()) continue;
             if (t.code == 100 || acdbDxfKindTakes(kind, entity, short(t.code))) {
-                taken.push_back(t);
+                taken.push_back(&t);
                 // A point takes its y and z along.
                 for (int k = 1; isPointCode(t.code) && k <= 2 && i + 1 < to &&
                                 r.tags[i + 1].code == t.code + 10 * k;
                      ++k)
-                    taken.push_back(r.tags[++i]);
+                    taken.push_back(&r.tags[++i]);
             } else {
                 extras.push_back({marker, t});
             }
         }
         const AcDbDxfItems items =
-            itemsFromTags(taken, 0, taken.size(), m_db.get(), anglesOf(kind), m_source, r.type);
+            itemsFromTags(taken, m_db.get(), anglesOf(kind), m_source, r.type);
         short failed = 0;
         const Acad::ErrorStatus es = acdbDxfReadObject(object, items, &failed);
         if (es != Acad::eOk) {
             std::size_t line = r.line;
-            for (const Tag& t : taken)
-                if (t.code == failed) {
-                    line = t.line;
+            for (const Tag* t : taken)
+                if (t->code == failed) {
+                    line = t->line;
                     break;
                 }
             fail(line, r.type + ": the value of group " + std::to_string(failed) + " is refused (" +
@@ -814,7 +814,7 @@ private:
     std::vector<Pending> m_pending;
     std::vector<Pending> m_objects;
     std::map<std::string, const AcDbDxfKind*> m_kinds;
-    Tags m_taken;
+    std::vector<const Tag*> m_taken;
     std::uint64_t m_lastOwner = 0;
     AcDbObjectId m_lastBlock;
     std::map<const AcDbDxfKind*, std::set<short>> m_angles;
