@@ -32,7 +32,6 @@ std::string describe(const Tag& t) {
 // Reads one section's body, up to and including its ENDSEC. A record's tags gather in one
 // buffer and move to the record, in a vector of their number, when the record ends.
 void readSection(TagReader& in, Section& section) {
-    Tag tag;
     Record* current = nullptr;
     Tags gathered;
     auto finish = [&] {
@@ -41,21 +40,21 @@ void readSection(TagReader& in, Section& section) {
         std::move(gathered.begin(), gathered.end(), std::back_inserter(current->tags));
         gathered.clear();
     };
-    while (in.next(tag)) {
-        if (tag.code == 0) {
-            finish();
-            if (tag.value == "ENDSEC") return;
-            if (tag.value == "SECTION" || tag.value == "EOF")
-                throw DxfError(in.source(), tag.line,
-                               "section " + section.name + " is not closed (found " +
-                                   describe(tag) + " before its ENDSEC)");
-            section.records.push_back({tag.value, {}, tag.line});
-            current = &section.records.back();
-        } else if (current) {
-            gathered.push_back(std::move(tag));
-        } else {
-            section.leading.push_back(std::move(tag));
-        }
+    // Each tag is read in the place it goes to; a group 0 leaves it again.
+    for (Tags* into = &section.leading; in.next(into->emplace_back());
+         into = current ? &gathered : &section.leading) {
+        const Tag& tag = into->back();
+        if (tag.code != 0) continue;
+        Tag start = std::move(into->back());
+        into->pop_back();
+        finish();
+        if (start.value == "ENDSEC") return;
+        if (start.value == "SECTION" || start.value == "EOF")
+            throw DxfError(in.source(), start.line,
+                           "section " + section.name + " is not closed (found " + describe(start) +
+                               " before its ENDSEC)");
+        section.records.push_back({std::move(start.value), {}, start.line});
+        current = &section.records.back();
     }
     throw DxfError(in.source(), section.line,
                    "section " + section.name + " is not closed: the file ends before its ENDSEC");

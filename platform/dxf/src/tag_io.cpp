@@ -86,20 +86,21 @@ void TagReader::pushBack(const Tag& tag) {
 }
 
 void appendTag(std::string& out, int code, std::string_view value) {
-    char text[16];
-    auto [end, ec] = std::to_chars(text, text + sizeof text, code);
-    const std::size_t width = static_cast<std::size_t>(end - text);
-    if (width < 3) out.append(3 - width, ' ');
-    out.append(text, width);
-    out += '\n';
+    char digits[16];
+    const auto [end, ec] = std::to_chars(digits, digits + sizeof digits, code);
+    const std::size_t width = static_cast<std::size_t>(end - digits);
+    const std::size_t pad = width < 3 ? 3 - width : 0;
+    // The two lines in one step: the room is made once, then filled.
+    const std::size_t at = out.size();
+    out.resize(at + pad + width + value.size() + 2);
+    char* p = out.data() + at;
+    std::memset(p, ' ', pad);
+    p = std::copy(digits, end, p + pad);
+    *p++ = '\n';
     // A value never spans lines: a line break inside it would be read as the next group code.
-    const std::size_t from = out.size();
-    out.append(value);
-    if (std::any_of(value.begin(), value.end(), [](char c) { return c == '\n' || c == '\r'; }))
-        std::replace_if(
-            out.begin() + std::ptrdiff_t(from), out.end(),
-            [](char c) { return c == '\n' || c == '\r'; }, ' ');
-    out += '\n';
+    p = std::replace_copy_if(
+        value.begin(), value.end(), p, [](char c) { return c == '\n' || c == '\r'; }, ' ');
+    *p = '\n';
 }
 
 void TagWriter::write(int code, const std::string& value) {
