@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <sstream>
+#include <utility>
 
 namespace {
 
@@ -85,4 +86,21 @@ TEST(TagWriter, CodesAreRightAlignedAndValuesStayOnOneLine) {
     w.write(1, "two\nlines");
     EXPECT_EQ(out.str(),
               "  0\nLINE\n999\ncomment\n1001\nAPP\n 10\n1.0\n 20\n2.0\n 30\n3.0\n  1\ntwo lines\n");
+}
+
+TEST(TagValues, EachCodeRangeHasItsValueType) {
+    using dxf::ValueType;
+    const std::pair<int, ValueType> cases[] = {
+        {-5, ValueType::String},   {-1, ValueType::String},  {0, ValueType::String},
+        {5, ValueType::Handle},    {10, ValueType::Double},  {59, ValueType::Double},
+        {60, ValueType::Int16},    {90, ValueType::Int32},   {105, ValueType::Handle},
+        {160, ValueType::Int64},   {290, ValueType::Bool},   {310, ValueType::Binary},
+        {330, ValueType::Handle},  {481, ValueType::Handle}, {999, ValueType::String},
+        {1004, ValueType::Binary}, {1071, ValueType::Int32},
+    };
+    for (const auto& [code, type] : cases)
+        EXPECT_EQ(dxf::valueType(code), type) << code;
+    // Codes outside every range, at the ends and in the gaps.
+    for (int code : {-6, 80, 101, 150, 482, 998, 1072, 5000, -100000, 100000})
+        EXPECT_EQ(dxf::valueType(code), ValueType::Unknown) << code;
 }

@@ -1,6 +1,8 @@
 // The catalogue of group-code ranges and what their values hold.
 #include <dxf/tags.h>
 
+#include <array>
+
 namespace dxf {
 
 namespace {
@@ -41,12 +43,23 @@ constexpr const char* kNames[] = {"string",         "16-bit integer", "32-bit in
                                   "64-bit integer", "double",         "bool",
                                   "handle",         "binary",         "unknown"};
 
+constexpr int kLowest = -5, kHighest = 1071;
+
+// The catalogue by code, made once when compiled: every group of a file asks.
+constexpr auto kByCode = [] {
+    std::array<ValueType, kHighest - kLowest + 1> byCode{};
+    byCode.fill(ValueType::Unknown);
+    for (const Range& r : kRanges)
+        for (int code = r.first; code <= r.last; ++code)
+            if (byCode[code - kLowest] == ValueType::Unknown) byCode[code - kLowest] = r.type;
+    return byCode;
+}();
+
 } // namespace
 
 ValueType valueType(int code) {
-    for (const Range& r : kRanges)
-        if (code >= r.first && code <= r.last) return r.type;
-    return ValueType::Unknown;
+    if (code < kLowest || code > kHighest) return ValueType::Unknown;
+    return kByCode[code - kLowest];
 }
 
 const char* valueTypeName(ValueType type) {

@@ -1,8 +1,22 @@
 #include "utf8.h"
 
+#include <algorithm>
+
 namespace dxf {
 
+namespace {
+
+// Most texts of a drawing are plain ASCII, which converts character for character.
+template <class Char>
+bool isAscii(std::basic_string_view<Char> text) {
+    return std::all_of(text.begin(), text.end(),
+                       [](Char c) { return static_cast<char32_t>(c) < 0x80; });
+}
+
+} // namespace
+
 std::string toUtf8(std::wstring_view text) {
+    if (isAscii(text)) return std::string(text.begin(), text.end());
     std::string out;
     out.reserve(text.size());
     for (wchar_t wc : text) {
@@ -27,6 +41,7 @@ std::string toUtf8(std::wstring_view text) {
 }
 
 std::wstring fromUtf8(std::string_view text) {
+    if (isAscii(text)) return std::wstring(text.begin(), text.end());
     std::wstring out;
     out.reserve(text.size());
     for (size_t i = 0; i < text.size();) {
