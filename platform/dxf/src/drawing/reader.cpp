@@ -112,7 +112,7 @@ public:
         for (const std::vector<Pending>* list : {&m_pending, &m_objects})
             for (const Pending& p : *list) {
                 AcDbObject* object = openForWrite(p);
-                shared(p, object);
+                shared(*p.record, p.common, object);
                 object->close();
             }
         for (const Pending& p : m_objects)
@@ -397,7 +397,7 @@ private:
 
     void createObjects(const Section& s) {
         for (const Record& r : s.records) {
-            const Common c = common(r);
+            Common c = common(r);
             AcDbObject* object = nullptr;
             if (r.type == "DICTIONARY") {
                 object = new AcDbDictionary;
@@ -414,7 +414,7 @@ private:
             object->close();
             if (m_roots.namedObjects.isNull() && r.type == "DICTIONARY")
                 m_roots.namedObjects = object->objectId();
-            m_objects.push_back({&r, object->objectId(), c});
+            m_objects.push_back({&r, object->objectId(), std::move(c)});
         }
     }
 
@@ -633,7 +633,7 @@ private:
                          (es == Acad::eHandleInUse ? " is used twice" : " cannot be taken"));
             }
             // Entities on locked layers open for write only now, as they are made.
-            shared({&r, e->objectId(), c}, e);
+            shared(r, c, e);
             if (r.type == "POLYLINE")
                 i = vertices(records, i + 1, last, e);
             else if (const std::string* follow = r.find(66); follow && *follow == "1")
@@ -778,30 +778,28 @@ private:
     }
 
     // Reactors, extension dictionary and extended data, on the object open for write.
-    void shared(const Pending& p, AcDbObject* object) {
-        const Record& r = *p.record;
+    void shared(const Record& r, const Common& c, AcDbObject* object) {
         // A group puts itself among its members' reactors when it reads its members.
-        for (const Tag* t : p.common.reactors)
+        for (const Tag* t : c.reactors)
             if (AcDbObjectId id = idOf(handleOf(*t), *t);
                 !id.isNull() && !AcDbGroup::cast(peek(id)))
                 object->addPersistentReactor(id);
-        if (const Tag* t = p.common.extensionDictionary) {
+        if (const Tag* t = c.extensionDictionary) {
             const AcDbObjectId id = idOf(handleOf(*t), *t);
             if (acdbHostSetExtensionDictionary(object, id) != Acad::eOk) {
                 fail(t->line,
                      r.type + ": its extension dictionary " + t->value + " is no dictionary");
             }
         }
-        if (p.common.xdata < r.tags.size()) {
-            const AcDbDxfItems items = itemsFromTags(r.tags, p.common.xdata, r.tags.size(),
-                                                     m_db.get(), {}, m_source, r.type);
+        if (c.xdata < r.tags.size()) {
+            const AcDbDxfItems items =
+                itemsFromTags(r.tags, c.xdata, r.tags.size(), m_db.get(), {}, m_source, r.type);
             resbuf* chain = chainOf(items);
             const Acad::ErrorStatus es = object->setXData(chain);
             acutRelRb(chain);
             if (es != Acad::eOk) {
-                fail(r.tags[p.common.xdata].line,
-                     r.type + ": extended data refused (" + statusText(es) +
-                         "); is every application in the APPID table?");
+                fail(r.tags[c.xdata].line, r.type + ": extended data refused (" + statusText(es) +
+                                               "); is every application in the APPID table?");
             }
         }
     }
