@@ -3,7 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <sstream>
+#include <stdexcept>
 
 namespace {
 
@@ -73,6 +75,8 @@ TEST(TagValues, DoublesAreWrittenExactlyWithAPoint) {
     for (double v : {1.0 / 3.0, 6.2831854820251465, -123456.789e-7, 5e-324})
         EXPECT_EQ(dxf::toDouble({40, dxf::formatDouble(v)}, "w"), v) << dxf::formatDouble(v);
     EXPECT_EQ(dxf::formatHandle(0x2fa), "2FA");
+    for (double v : {std::nan(""), -double(INFINITY)})
+        EXPECT_THROW(dxf::formatDouble(v), std::invalid_argument) << v;
 }
 
 TEST(TagWriter, CodesAreRightAlignedAndValuesStayOnOneLine) {

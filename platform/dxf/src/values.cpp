@@ -4,6 +4,7 @@
 
 #include <charconv>
 #include <cmath>
+#include <stdexcept>
 
 namespace dxf {
 
@@ -59,6 +60,10 @@ std::uint64_t toHandle(const Tag& tag, const std::string& where) {
 
 std::string formatDouble(double value) {
     if (value == 0.0) return "0.0";
+    // No reader takes "nan" or "inf" back, this one included: refused rather than written.
+    if (!std::isfinite(value))
+        throw std::invalid_argument("a real value that is not a finite number (" +
+                                    std::to_string(value) + ") cannot be written");
     char text[64];
     auto [end, ec] = std::to_chars(text, text + sizeof text, value);
     std::string s(text, end);
