@@ -330,7 +330,8 @@ int main(int argc, char** argv) {
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& e) {
-        return app.exit(e);
+        // --help and --version end with 0; every usage error with the status of bad options.
+        return app.exit(e) == 0 ? 0 : 2;
     }
     try {
         return chosen->run(options);

@@ -241,6 +241,17 @@ TEST_F(QelinEndToEnd, ContradictingOptionsAndDrawingsToOpenStopBeforeAnything) {
     EXPECT_FALSE(KeyExists(QEL_SETTINGS_KEY));
 }
 
+// Usage errors end with status 2 like every other bad option, whatever the parser calls them.
+TEST_F(QelinEndToEnd, UsageErrorsEndWithStatusTwo) {
+    for (const char* arguments :
+         {"", "bogus", "info", "info a.dxf b.dxf", "import " /*no -o*/, "run --frobnicate"}) {
+        const Outcome run = qelcad(arguments);
+        EXPECT_EQ(run.status, 2) << "qelcad " << arguments << "\n" << run.out;
+        EXPECT_TRUE(has(run.out, "--help")) << run.out;
+    }
+    EXPECT_EQ(qelcad("--help").status, 0);
+}
+
 TEST_F(QelinEndToEnd, APersonAtTheTerminalIsToldWhatTheDialogRefusesAndAskedAgain) {
     const std::string input = "No\n" // the companion's error: don't suppress
                               "QELIN\n"
