@@ -252,6 +252,20 @@ TEST_F(QelinEndToEnd, UsageErrorsEndWithStatusTwo) {
     EXPECT_EQ(qelcad("--help").status, 0);
 }
 
+// Ctrl-C at the import dialog cancels it as at the command prompt; the session goes on, and the
+// next command is read.
+TEST_F(QelinEndToEnd, CtrlCAtTheImportDialogCancelsItAndTheSessionGoesOn) {
+    const std::string script = "mkfifo in; " + std::string(QELCAD) +
+                               " shell < in > out.txt 2>&1 & pid=$!; exec 3> in; "
+                               "echo QELIN >&3; sleep 1; kill -INT $pid; sleep 0.5; "
+                               "printf 'SETVAR\\nOSMODE\\n\\nQUIT\\n' >&3; wait $pid";
+    const Outcome run = qelcad("--help >/dev/null; " + script);
+    const std::string out = read(dir / "out.txt");
+    EXPECT_EQ(run.status, 0) << run.out << out;
+    EXPECT_FALSE(KeyExists(QEL_SETTINGS_KEY)) << "a cancelled dialog stores nothing";
+    EXPECT_TRUE(has(out, "OSMODE")) << "the command after Ctrl-C was read\n" << out;
+}
+
 TEST_F(QelinEndToEnd, APersonAtTheTerminalIsToldWhatTheDialogRefusesAndAskedAgain) {
     const std::string input = "No\n" // the companion's error: don't suppress
                               "QELIN\n"

@@ -2,6 +2,8 @@
 #include <win/strings.h>
 #include <win/terminal.h>
 
+#include <cerrno>
+#include <cstdio>
 #include <istream>
 #include <ostream>
 
@@ -106,8 +108,16 @@ void TerminalPresenter::say(const std::wstring& text) {
 bool TerminalPresenter::ask(const std::wstring& prompt, std::wstring& answer) {
     say(prompt);
     std::string raw;
+    errno = 0;
     if (!std::getline(in_, raw)) {
         say(L"\n");
+        // Ctrl-C interrupted the read: the stream is not at its end, and the answer is Escape.
+        if (errno == EINTR) {
+            in_.clear();
+            std::clearerr(stdin);
+            answer = L"\x1b";
+            return true;
+        }
         return false;
     }
     answer = trim(fromUtf8(raw));
