@@ -266,6 +266,22 @@ TEST_F(QelinEndToEnd, CtrlCAtTheImportDialogCancelsItAndTheSessionGoesOn) {
     EXPECT_TRUE(has(out, "OSMODE")) << "the command after Ctrl-C was read\n" << out;
 }
 
+// An output that could never be saved is refused before the import runs, not after it.
+TEST_F(QelinEndToEnd, AnOutputThatCannotBeSavedStopsBeforeTheImport) {
+    const Outcome dwg = qelcad("import " + plant + " -o out.dwg --no-log");
+    EXPECT_EQ(dwg.status, 2);
+    EXPECT_TRUE(has(dwg.out, "qelcad: out.dwg: drawings are saved as DXF: give a name ending in "
+                             ".dxf"))
+        << dwg.out;
+    const Outcome folder = qelcad("import " + plant + " -o no/such/out.dxf --no-log");
+    EXPECT_EQ(folder.status, 2);
+    EXPECT_TRUE(has(folder.out, "qelcad: no/such/out.dxf: the folder no/such does not exist"))
+        << folder.out;
+    EXPECT_FALSE(has(dwg.out + folder.out, "Loading Velmora")) << "the host didn't start";
+    EXPECT_FALSE(KeyExists(QEL_SETTINGS_KEY));
+    EXPECT_EQ(qelcad("import " + plant + " -o OUT.DXF --no-log").status, 0);
+}
+
 TEST_F(QelinEndToEnd, APersonAtTheTerminalIsToldWhatTheDialogRefusesAndAskedAgain) {
     const std::string input = "No\n" // the companion's error: don't suppress
                               "QELIN\n"
