@@ -44,6 +44,9 @@ TEST(TagReader, RefusesWhatIsNotATagStreamWithItsLine) {
     EXPECT_EQ(errorOf("SomeCAD Binary DXF\r\n\x1a"),
               "t.dxf, line 1: binary DXF is not supported; save the drawing as ASCII DXF");
     EXPECT_EQ(errorOf("  0\nLINE\n  8x\n0\n"), "t.dxf, line 3: group code '8x' is not a number");
+    // A line of garbage is quoted by its start, not written out whole on one line of the message.
+    EXPECT_EQ(errorOf("  0\nLINE\n" + std::string(100000, 'x') + "\n0\n"),
+              "t.dxf, line 3: group code '" + std::string(40, 'x') + "...' is not a number");
     EXPECT_EQ(errorOf("  0\nLINE\n  8"), "t.dxf, line 3: group code 8 has no value line");
     EXPECT_EQ(errorOf("  0\nLINE\n\n  8\n0\n"),
               "t.dxf, line 3: empty line where a group code should be");
@@ -63,6 +66,13 @@ TEST(TagValues, NumbersAndHandlesAreChecked) {
         FAIL();
     } catch (const std::invalid_argument& e) {
         EXPECT_STREQ(e.what(), "LINE #2F: group 40 value 'abc' is not a number");
+    }
+    try {
+        dxf::toDouble({40, std::string(5000, '7') + "x"}, "w");
+        FAIL();
+    } catch (const std::invalid_argument& e) {
+        EXPECT_EQ(std::string(e.what()),
+                  "w: group 40 value '" + std::string(40, '7') + "...' is not a number");
     }
 }
 

@@ -26,8 +26,8 @@ std::string_view trimmed(const std::string& s) {
 }
 
 [[noreturn]] void bad(const Tag& tag, const std::string& where, const char* expected) {
-    throw std::invalid_argument(
-        fmt::format("{}: group {} value '{}' is not {}", where, tag.code, tag.value, expected));
+    throw std::invalid_argument(fmt::format("{}: group {} value {} is not {}", where, tag.code,
+                                            quotedValue(tag.value), expected));
 }
 
 } // namespace
@@ -70,6 +70,12 @@ std::string formatDouble(double value) {
     // Readers of other programs expect a decimal point or an exponent in a real value.
     if (s.find_first_of(".e") == std::string::npos) s += ".0";
     return s;
+}
+
+std::string quotedValue(std::string_view value) {
+    constexpr std::size_t kShown = 40;
+    if (value.size() <= kShown) return "'" + std::string(value) + "'";
+    return "'" + std::string(value.substr(0, kShown)) + "...'";
 }
 
 std::string formatHandle(std::uint64_t handle) {
