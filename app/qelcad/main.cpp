@@ -186,8 +186,22 @@ void saveDrawing(const std::string& path) {
         throw Failure{2, "cannot save: " + message};
 }
 
+// An output that could not be saved, told before the import runs rather than after it.
+void checkOutput(const std::string& output) {
+    const fs::path path(output);
+    std::string extension = path.extension().string();
+    std::transform(extension.begin(), extension.end(), extension.begin(), ::tolower);
+    if (extension != ".dxf")
+        throw Failure{2, output + ": drawings are saved as DXF: give a name ending in .dxf"};
+    const fs::path folder = path.parent_path();
+    std::error_code ec;
+    if (!folder.empty() && !fs::is_directory(folder, ec))
+        throw Failure{2, output + ": the folder " + folder.string() + " does not exist"};
+}
+
 // Imports an object file through the module's own dialogs, answered from the options.
 int importCommand(const Options& o) {
+    checkOutput(o.output);
     std::string error;
     // The dialog keeps the whole path in the settings, as a browse would give it.
     qelcad::ImportChoices choices = o.import;
@@ -330,7 +344,8 @@ int main(int argc, char** argv) {
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& e) {
-        return app.exit(e);
+        // --help and --version end with 0; every usage error with the status of bad options.
+        return app.exit(e) == 0 ? 0 : 2;
     }
     try {
         return chosen->run(options);

@@ -110,6 +110,22 @@ TEST(SatDamaged, BrokenSplinesNameTheirField) {
     expectRefused(replaced(sat, " 0 0 0 0 0 0 0 F [^#]*#", " #"), {line, "closing brace"});
 }
 
+// A solid so far from the origin that its circles' axes round away: refused on writing, never
+// written as text that reading refuses.
+TEST(SatDamaged, ABodyWhoseCirclesRoundAwayIsNotWritten) {
+    AcDb3dSolid far;
+    ASSERT_EQ(far.createFrustum(2.0, 1.0, 1.0, 1.0), Acad::eOk);
+    ASSERT_EQ(far.transformBy(AcGeMatrix3d::translation({1e20, 1e20, 1e20})), Acad::eOk);
+    std::string sat, message;
+    const Acad::ErrorStatus written = acis::satFromEntity(&far, sat, message);
+    if (written == Acad::eOk) {
+        AcDb3dSolid back;
+        EXPECT_EQ(acis::entityFromSat(sat, &back, message), Acad::eOk) << message;
+    } else {
+        EXPECT_NE(message.find("no length"), std::string::npos) << message;
+    }
+}
+
 TEST(SatDamaged, OtherEntitiesAreRefused) {
     AcDbCircle circle;
     std::string sat, message;

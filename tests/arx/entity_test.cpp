@@ -495,6 +495,15 @@ TEST(Entities, TextFollowsItsTransform) {
     acutDelString(copy);
 }
 
+// Axes so long that their cross product overflows still give the turned unit normal, never a
+// normal of NaN that a saved drawing could not be read back with.
+TEST(Entities, EllipseOfHugeAxesKeepsItsNormalUnderARotation) {
+    AcDbEllipse e({1e300, 1e300, 1e300}, AcGeVector3d::kZAxis, {1e300, 0, 0}, 1.0, 0, M_PI);
+    ASSERT_EQ(e.transformBy(AcGeMatrix3d::rotation(M_PI / 2, AcGeVector3d::kXAxis)), Acad::eOk);
+    expectNear(e.normal(), {0, -1, 0});
+    EXPECT_DOUBLE_EQ(e.majorRadius(), 1e300);
+}
+
 TEST(Entities, EllipseUnderScaleAndMirror) {
     AcDbEllipse e({1, 0, 0}, AcGeVector3d::kZAxis, {2, 0, 0}, 0.5, 0, M_PI / 2);
     ASSERT_EQ(e.transformBy(AcGeMatrix3d::scaling(2)), Acad::eOk);

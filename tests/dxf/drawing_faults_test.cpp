@@ -2,6 +2,7 @@
 #include <filesystem>
 
 #include <arx/acdb.h>
+#include <arx/dbents.h>
 
 #include "drawing_test.h"
 
@@ -142,6 +143,31 @@ TEST_F(DrawingFiles, ASaveThatCannotWriteEverythingLeavesTheOldFile) {
     std::ostringstream text;
     text << in.rdbuf();
     EXPECT_EQ(text.str(), before);
+    EXPECT_EQ(std::distance(fs::directory_iterator(folder), fs::directory_iterator()), 1);
+    acdbHostApplicationServices()->setWorkingDatabase(nullptr);
+}
+
+// A value that is not a number would be written as text that no reader takes back, this one
+// included: the save stops instead and the old file stays.
+TEST_F(DrawingFiles, ASaveOfAValueThatIsNotANumberLeavesTheOldFile) {
+    AcDbDatabase db;
+    acdbHostApplicationServices()->setWorkingDatabase(&db);
+    const fs::path path = folder / "kept.dxf";
+    std::string message;
+    ASSERT_TRUE(dxf::saveDrawing(db, path.string(), message)) << message;
+    const std::string before = drawingText(db);
+    AcDbBlockTableRecord* space = nullptr;
+    acdbOpenObject(space, db.modelSpaceId(), AcDb::kForWrite);
+    auto* line = new AcDbLine(AcGePoint3d(0, 0, 0), AcGePoint3d(std::nan(""), 0, 0));
+    space->appendAcDbEntity(line);
+    line->close();
+    space->close();
+    EXPECT_FALSE(dxf::saveDrawing(db, path.string(), message));
+    EXPECT_NE(message.find("not a finite number"), std::string::npos) << message;
+    std::ifstream in(path, std::ios::binary);
+    std::ostringstream text;
+    text << in.rdbuf();
+    EXPECT_TRUE(text.str() == before) << "the old file changed";
     EXPECT_EQ(std::distance(fs::directory_iterator(folder), fs::directory_iterator()), 1);
     acdbHostApplicationServices()->setWorkingDatabase(nullptr);
 }

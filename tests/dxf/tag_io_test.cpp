@@ -3,7 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <sstream>
+#include <stdexcept>
 #include <utility>
 
 namespace {
@@ -43,6 +45,9 @@ TEST(TagReader, RefusesWhatIsNotATagStreamWithItsLine) {
     EXPECT_EQ(errorOf("SomeCAD Binary DXF\r\n\x1a"),
               "t.dxf, line 1: binary DXF is not supported; save the drawing as ASCII DXF");
     EXPECT_EQ(errorOf("  0\nLINE\n  8x\n0\n"), "t.dxf, line 3: group code '8x' is not a number");
+    // A line of garbage is quoted by its start, not written out whole on one line of the message.
+    EXPECT_EQ(errorOf("  0\nLINE\n" + std::string(100000, 'x') + "\n0\n"),
+              "t.dxf, line 3: group code '" + std::string(40, 'x') + "...' is not a number");
     EXPECT_EQ(errorOf("  0\nLINE\n  8"), "t.dxf, line 3: group code 8 has no value line");
     EXPECT_EQ(errorOf("  0\nLINE\n\n  8\n0\n"),
               "t.dxf, line 3: empty line where a group code should be");
@@ -63,6 +68,13 @@ TEST(TagValues, NumbersAndHandlesAreChecked) {
     } catch (const std::invalid_argument& e) {
         EXPECT_STREQ(e.what(), "LINE #2F: group 40 value 'abc' is not a number");
     }
+    try {
+        dxf::toDouble({40, std::string(5000, '7') + "x"}, "w");
+        FAIL();
+    } catch (const std::invalid_argument& e) {
+        EXPECT_EQ(std::string(e.what()),
+                  "w: group 40 value '" + std::string(40, '7') + "...' is not a number");
+    }
 }
 
 TEST(TagValues, DoublesAreWrittenExactlyWithAPoint) {
@@ -74,6 +86,8 @@ TEST(TagValues, DoublesAreWrittenExactlyWithAPoint) {
     for (double v : {1.0 / 3.0, 6.2831854820251465, -123456.789e-7, 5e-324})
         EXPECT_EQ(dxf::toDouble({40, dxf::formatDouble(v)}, "w"), v) << dxf::formatDouble(v);
     EXPECT_EQ(dxf::formatHandle(0x2fa), "2FA");
+    for (double v : {std::nan(""), -double(INFINITY)})
+        EXPECT_THROW(dxf::formatDouble(v), std::invalid_argument) << v;
 }
 
 TEST(TagWriter, CodesAreRightAlignedAndValuesStayOnOneLine) {

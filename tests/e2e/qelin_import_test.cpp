@@ -241,6 +241,47 @@ TEST_F(QelinEndToEnd, ContradictingOptionsAndDrawingsToOpenStopBeforeAnything) {
     EXPECT_FALSE(KeyExists(QEL_SETTINGS_KEY));
 }
 
+// Usage errors end with status 2 like every other bad option, whatever the parser calls them.
+TEST_F(QelinEndToEnd, UsageErrorsEndWithStatusTwo) {
+    for (const char* arguments :
+         {"", "bogus", "info", "info a.dxf b.dxf", "import " /*no -o*/, "run --frobnicate"}) {
+        const Outcome run = qelcad(arguments);
+        EXPECT_EQ(run.status, 2) << "qelcad " << arguments << "\n" << run.out;
+        EXPECT_TRUE(has(run.out, "--help")) << run.out;
+    }
+    EXPECT_EQ(qelcad("--help").status, 0);
+}
+
+// Ctrl-C at the import dialog cancels it as at the command prompt; the session goes on, and the
+// next command is read.
+TEST_F(QelinEndToEnd, CtrlCAtTheImportDialogCancelsItAndTheSessionGoesOn) {
+    const std::string script = "mkfifo in; " + std::string(QELCAD) +
+                               " shell < in > out.txt 2>&1 & pid=$!; exec 3> in; "
+                               "echo QELIN >&3; sleep 1; kill -INT $pid; sleep 0.5; "
+                               "printf 'SETVAR\\nOSMODE\\n\\nQUIT\\n' >&3; wait $pid";
+    const Outcome run = qelcad("--help >/dev/null; " + script);
+    const std::string out = read(dir / "out.txt");
+    EXPECT_EQ(run.status, 0) << run.out << out;
+    EXPECT_FALSE(KeyExists(QEL_SETTINGS_KEY)) << "a cancelled dialog stores nothing";
+    EXPECT_TRUE(has(out, "OSMODE")) << "the command after Ctrl-C was read\n" << out;
+}
+
+// An output that could never be saved is refused before the import runs, not after it.
+TEST_F(QelinEndToEnd, AnOutputThatCannotBeSavedStopsBeforeTheImport) {
+    const Outcome dwg = qelcad("import " + plant + " -o out.dwg --no-log");
+    EXPECT_EQ(dwg.status, 2);
+    EXPECT_TRUE(has(dwg.out, "qelcad: out.dwg: drawings are saved as DXF: give a name ending in "
+                             ".dxf"))
+        << dwg.out;
+    const Outcome folder = qelcad("import " + plant + " -o no/such/out.dxf --no-log");
+    EXPECT_EQ(folder.status, 2);
+    EXPECT_TRUE(has(folder.out, "qelcad: no/such/out.dxf: the folder no/such does not exist"))
+        << folder.out;
+    EXPECT_FALSE(has(dwg.out + folder.out, "Loading Velmora")) << "the host didn't start";
+    EXPECT_FALSE(KeyExists(QEL_SETTINGS_KEY));
+    EXPECT_EQ(qelcad("import " + plant + " -o OUT.DXF --no-log").status, 0);
+}
+
 TEST_F(QelinEndToEnd, APersonAtTheTerminalIsToldWhatTheDialogRefusesAndAskedAgain) {
     const std::string input = "No\n" // the companion's error: don't suppress
                               "QELIN\n"

@@ -130,7 +130,23 @@ TEST(Builders, RefuseSizesOutOfRangeAndKeepTheSolid) {
     EXPECT_STATUS(Status::eInvalidInput, s.createSphere(0.0));
     EXPECT_STATUS(Status::eInvalidInput, s.createTorus(1.0, 0.0));
     EXPECT_STATUS(Status::eInvalidInput, s.createTorus(-2.0, 2.0));
+    // Sizes far beyond what the kernel's fixed tolerance can model: refused at once rather than
+    // built into a body that later operations hang on or empty.
+    EXPECT_STATUS(Status::eInvalidInput, s.createSphere(1e300));
+    EXPECT_STATUS(Status::eInvalidInput, s.createSphere(1e10));
+    EXPECT_STATUS(Status::eInvalidInput, s.createBox(1, 1e300, 1));
+    EXPECT_STATUS(Status::eInvalidInput, s.createFrustum(1e300, 1, 1, 1));
+    EXPECT_STATUS(Status::eInvalidInput, s.createFrustum(1, 1, 1, 1e300));
+    EXPECT_STATUS(Status::eInvalidInput, s.createTorus(1e300, 1.0));
+    EXPECT_STATUS(Status::eInvalidInput, s.createTorus(1.0, 1e300));
     EXPECT_VOLUME(s, 1.0, 1.0);
+}
+
+TEST(Builders, LargestSizeInRangeIsBuiltAndSliced) {
+    Solid s;
+    ASSERT_OK(s.createSphere(1e8));
+    ASSERT_OK(s.getSlice({{0, 0, 0}, {0, 0, 1}}, false, nullptr));
+    EXPECT_VOLUME(s, 2 * kPi / 3 * 1e24, 1e8);
 }
 
 TEST(Builders, HistorySwitchIsKeptAndCopied) {

@@ -205,6 +205,19 @@ TEST(Dialog, EndOfInputAtTheTerminalCancels) {
     win::setPresenter(nullptr);
 }
 
+TEST(Dialog, EscapeAtTheTerminalCancelsAndTheNextLinesAreLeft) {
+    std::istringstream in("\x1b\nnext\n");
+    std::ostringstream out;
+    win::setPresenter(std::make_shared<win::TerminalPresenter>(in, out));
+    CTestExportDialog dialog;
+    EXPECT_EQ(dialog.DoModal(), IDCANCEL);
+    win::setPresenter(nullptr);
+    EXPECT_EQ(out.str().find("no button"), std::string::npos) << out.str();
+    std::string rest;
+    EXPECT_TRUE(std::getline(in, rest));
+    EXPECT_EQ(rest, "next");
+}
+
 TEST(Dialog, OptionsOfTheCommandLineAnswerTheNextDialog) {
     std::wstring error;
     auto answer = win::ScriptedPresenter::dialogFromOptions({L"file=C:\\out\\from-options.qel",

@@ -68,6 +68,19 @@ TEST(MessageBox, TheTerminalAsksUntilItGetsAButton) {
         << shown;
 }
 
+// Escape closes a box as it does on screen: by its Cancel button, or by OK when that is the only
+// one; a box without either (Yes / No) is asked again rather than answered by its default.
+TEST(MessageBox, EscapeAtTheTerminalIsCancelNeverTheDefault) {
+    std::istringstream in("\x1b\n\x1b\nno\n\x1b\n");
+    std::ostringstream out;
+    win::setPresenter(std::make_shared<win::TerminalPresenter>(in, out));
+    EXPECT_EQ(AfxMessageBox(L"Proceed?", MB_OKCANCEL), IDCANCEL);
+    EXPECT_EQ(AfxMessageBox(L"Create it?", MB_YESNO), IDNO) << "asked again, then answered No";
+    EXPECT_EQ(AfxMessageBox(L"Done.", MB_OK), IDOK);
+    win::setPresenter(nullptr);
+    EXPECT_EQ(out.str().find('\x1b'), std::string::npos) << "Escape is not echoed back";
+}
+
 TEST(MessageBox, AnswersFileErrorsNameTheLine) {
     win::ScriptedPresenter presenter;
     std::string error;

@@ -399,6 +399,9 @@ CurveRecord curveRecord(const Curve& curve, const Vec3& start) {
     using arxsolids::LineCurve;
     const auto ellipse = [](const Vec3& centre, const Vec3& normal, const Vec3& major, double ratio,
                             double t0, double t1) {
+        // Far enough from the origin, the axis found from the edge's vertex rounds to nothing.
+        if (!(length(major) > 0.0))
+            throw Unrepresentable("a circle or ellipse whose major axis has no length");
         return CurveRecord{record("ellipse-curve", vec(centre) + " " + vec(unit(normal)) + " " +
                                                        vec(major) + " " + formatNumber(ratio) +
                                                        " I I"),

@@ -67,8 +67,7 @@ bool TagReader::next(Tag& tag) {
     auto [end, ec] = std::from_chars(codeLine.data() + a, codeLine.data() + b, code);
     if (ec != std::errc() || end != codeLine.data() + b)
         throw DxfError(m_source, m_line,
-                       "group code '" + std::string(codeLine.substr(a, b - a)) +
-                           "' is not a number");
+                       "group code " + quotedValue(codeLine.substr(a, b - a)) + " is not a number");
     const std::size_t codeAt = m_line;
     std::string_view valueLine;
     if (!nextLine(valueLine))

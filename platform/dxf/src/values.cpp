@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <stdexcept>
 
 namespace dxf {
 
@@ -26,8 +27,8 @@ std::string_view trimmed(const std::string& s) {
 }
 
 [[noreturn]] void bad(const Tag& tag, const std::string& where, const char* expected) {
-    throw std::invalid_argument(
-        fmt::format("{}: group {} value '{}' is not {}", where, tag.code, tag.value, expected));
+    throw std::invalid_argument(fmt::format("{}: group {} value {} is not {}", where, tag.code,
+                                            quotedValue(tag.value), expected));
 }
 
 } // namespace
@@ -60,6 +61,10 @@ std::uint64_t toHandle(const Tag& tag, const std::string& where) {
 
 std::string formatDouble(double value) {
     if (value == 0.0) return "0.0";
+    // No reader takes "nan" or "inf" back, this one included: refused rather than written.
+    if (!std::isfinite(value))
+        throw std::invalid_argument("a real value that is not a finite number (" +
+                                    std::to_string(value) + ") cannot be written");
     char text[64];
     auto [end, ec] = std::to_chars(text, text + sizeof text - 2, value);
     // Readers of other programs expect a decimal point or an exponent in a real value.
@@ -68,6 +73,12 @@ std::string formatDouble(double value) {
         *end++ = '0';
     }
     return std::string(text, end);
+}
+
+std::string quotedValue(std::string_view value) {
+    constexpr std::size_t kShown = 40;
+    if (value.size() <= kShown) return "'" + std::string(value) + "'";
+    return "'" + std::string(value.substr(0, kShown)) + "...'";
 }
 
 std::string formatHandle(std::uint64_t handle) {

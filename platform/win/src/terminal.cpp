@@ -2,6 +2,8 @@
 #include <win/strings.h>
 #include <win/terminal.h>
 
+#include <cerrno>
+#include <cstdio>
 #include <istream>
 #include <ostream>
 
@@ -82,6 +84,19 @@ std::wstring changedLines(const std::wstring& before, const std::wstring& now) {
     return out;
 }
 
+// A line holding the Escape character: the key that closes a dialog or box on screen.
+bool isEscape(const std::wstring& answer) {
+    return answer.find(L'\x1b') != std::wstring::npos;
+}
+
+// What Escape answers in a box: Cancel, or OK when it is the only button; 0 when the box has
+// neither (Yes / No), which Escape does not close.
+int escapeButton(const std::vector<int>& buttons) {
+    for (int b : buttons)
+        if (b == IDCANCEL) return b;
+    return buttons.size() == 1 && buttons[0] == IDOK ? IDOK : 0;
+}
+
 } // namespace
 
 TerminalPresenter::TerminalPresenter(std::istream& in, std::ostream& out) : in_(in), out_(out) {}
@@ -93,8 +108,16 @@ void TerminalPresenter::say(const std::wstring& text) {
 bool TerminalPresenter::ask(const std::wstring& prompt, std::wstring& answer) {
     say(prompt);
     std::string raw;
+    errno = 0;
     if (!std::getline(in_, raw)) {
         say(L"\n");
+        // Ctrl-C interrupted the read: the stream is not at its end, and the answer is Escape.
+        if (errno == EINTR) {
+            in_.clear();
+            std::clearerr(stdin);
+            answer = L"\x1b";
+            return true;
+        }
         return false;
     }
     answer = trim(fromUtf8(raw));
@@ -123,9 +146,14 @@ int TerminalPresenter::messageBox(const MessageBoxRequest& box, AnswerSource& so
         }
         source = AnswerSource::User;
         if (answer.empty()) return fallback;
-        for (int b : buttons) {
-            std::wstring name = buttonName(b);
-            if (sameText(answer, name) || sameText(answer, name.substr(0, answer.size()))) return b;
+        if (isEscape(answer)) {
+            if (int b = escapeButton(buttons)) return b;
+        } else {
+            for (int b : buttons) {
+                std::wstring name = buttonName(b);
+                if (sameText(answer, name) || sameText(answer, name.substr(0, answer.size())))
+                    return b;
+            }
         }
         say(L"Please answer " + choices + L".\n");
     }
@@ -139,7 +167,7 @@ void TerminalPresenter::runModal(DialogDriver& dialog) {
         L"? shows the dialog again.\n");
     while (dialog.open()) {
         std::wstring answer;
-        if (!ask(L"dialog> ", answer)) {
+        if (!ask(L"dialog> ", answer) || isEscape(answer)) {
             dialog.press(IDCANCEL, AnswerSource::Default);
             if (dialog.open()) dialog.end(IDCANCEL);
             return;
@@ -176,7 +204,8 @@ std::optional<std::wstring> TerminalPresenter::choosePath(const std::wstring& wh
                                                           AnswerSource& source) {
     std::wstring answer;
     std::wstring hint = start.empty() ? L"" : L"Enter: " + start + L", ";
-    if (!ask(what + L" (" + hint + L"cancel to cancel): ", answer) || sameText(answer, L"cancel")) {
+    if (!ask(what + L" (" + hint + L"cancel to cancel): ", answer) || isEscape(answer) ||
+        sameText(answer, L"cancel")) {
         source = AnswerSource::Default;
         return std::nullopt;
     }

@@ -17,8 +17,17 @@
 namespace arxsolids {
 namespace {
 
+// The largest size a builder takes. The kernel's tolerance is fixed (1e-7), and a double holds
+// some 16 digits: beyond this the tolerance is lost in rounding, and slicing or joining such a
+// body empties it or does not end.
+constexpr double kMaxSize = 1e8;
+
+bool inRange(double v) {
+    return std::fabs(v) <= kMaxSize;
+}
+
 bool positive(double v) {
-    return v > 0.0 && std::isfinite(v);
+    return v > 0.0 && inRange(v);
 }
 
 // Elliptic section of an elliptic frustum at height z; radii along X and Y.
@@ -58,7 +67,7 @@ TopoDS_Shape overlappingTorus(double major, double minor) {
 Status Solid::createFrustum(double height, double xRadius, double yRadius, double topXRadius) {
     return guarded([&] {
         if (!positive(height) || !positive(xRadius) || !positive(yRadius) || !(topXRadius >= 0.0) ||
-            !std::isfinite(topXRadius))
+            !inRange(topXRadius))
             return Status::eInvalidInput;
         const gp_Ax2 base(gp_Pnt(0, 0, -0.5 * height), gp::DZ());
         TopoDS_Shape shape;
@@ -92,7 +101,7 @@ Status Solid::createSphere(double radius) {
 
 Status Solid::createTorus(double majorRadius, double minorRadius) {
     return guarded([&] {
-        if (!positive(minorRadius) || !std::isfinite(majorRadius) || majorRadius <= -minorRadius)
+        if (!positive(minorRadius) || !inRange(majorRadius) || majorRadius <= -minorRadius)
             return Status::eInvalidInput;
         // With equal radii the tube just closes the hole: the plain torus is right.
         if (majorRadius >= minorRadius) {

@@ -129,10 +129,11 @@ Acad::ErrorStatus AcDbEllipse::transformBy(const AcGeMatrix3d& xform) {
     ACDB_WRITE_CHECK();
     double scale = 1.0;
     if (!entgeom::uniformScale(xform, scale)) return Acad::eCannotScaleNonUniformly;
-    const AcGeVector3d major = xform * major_, minor = xform * minorAxis();
+    // The normal from the unit axes of the plane: the ellipse's own axes may be long enough for
+    // their cross product to overflow.
+    normal_ = entgeom::transformNormal(xform, normal_);
     center_ = xform * center_;
-    normal_ = major.crossProduct(minor).normal();
-    major_ = major;
+    major_ = xform * major_;
     return Acad::eOk;
 }
 

@@ -35,8 +35,9 @@ bool AcGePoint2d::isEqualTo(const AcGePoint2d& p, const AcGeTol& tol) const {
     return distanceTo(p) <= tol.equalPoint();
 }
 
+// Without squaring first: a vector above 1e154 keeps a finite length.
 double AcGeVector3d::length() const {
-    return std::sqrt(lengthSqrd());
+    return std::hypot(x, y, z);
 }
 
 AcGeVector3d AcGeVector3d::crossProduct(const AcGeVector3d& v) const {

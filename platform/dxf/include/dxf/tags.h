@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace dxf {
@@ -44,6 +45,8 @@ std::uint64_t toHandle(const Tag& tag, const std::string& where);
 // Text of values in the form written to files: doubles in their shortest exact form, handles
 // in upper-case hexadecimal.
 std::string formatDouble(double value);
+// A value of the file as a message quotes it: its first 40 characters, "..." for the rest.
+std::string quotedValue(std::string_view value);
 std::string formatHandle(std::uint64_t handle);
 
 } // namespace dxf
