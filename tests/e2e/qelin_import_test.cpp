@@ -257,7 +257,10 @@ TEST_F(QelinEndToEnd, UsageErrorsEndWithStatusTwo) {
 TEST_F(QelinEndToEnd, CtrlCAtTheImportDialogCancelsItAndTheSessionGoesOn) {
     const std::string script = "mkfifo in; " + std::string(QELCAD) +
                                " shell < in > out.txt 2>&1 & pid=$!; exec 3> in; "
-                               "echo QELIN >&3; sleep 1; kill -INT $pid; sleep 0.5; "
+                               "echo QELIN >&3; "
+                               // Ctrl-C once the dialog is on screen, however slow the start.
+                               "for i in $(seq 600); do grep -q 'Import Options' out.txt && "
+                               "break; sleep 0.1; done; sleep 0.2; kill -INT $pid; sleep 0.5; "
                                "printf 'SETVAR\\nOSMODE\\n\\nQUIT\\n' >&3; wait $pid";
     const Outcome run = qelcad("--help >/dev/null; " + script);
     const std::string out = read(dir / "out.txt");
