@@ -75,27 +75,27 @@ private:
     void checkParams(int id, QelObject& o, const std::string& where) {
         const QelClassSpec* cls = QelFindClass(o.GetName());
         if (!cls) return;
-        for (const QelParamSpec& spec : cls->params)
-            if (spec.status == QelParamStatus::Required && !o.GetParam(spec.name, 0))
-                note(id, fmt::format("{} lacks the required \"{}\"", where, spec.name));
+        for (const QelParamDef& def : cls->params)
+            if (def.status == QelParamStatus::Required && !o.GetParam(def.name, 0))
+                note(id, fmt::format("{} lacks the required \"{}\"", where, def.name));
         for (unsigned i = 0; i < o.GetParamCount(); ++i) {
             QelParam* p = o.GetParam(i);
-            const QelParamSpec* spec = p ? QelFindParam(*cls, p->GetName()) : nullptr;
-            if (!spec) continue;
-            if (p->GetType() != spec->type) {
-                note(id, fmt::format("{} \"{}\" should be a {}, not a {}", where, spec->name,
-                                     QelTypeName(spec->type), QelTypeName(p->GetType())));
+            const QelParamDef* def = p ? QelFindParam(*cls, p->GetName()) : nullptr;
+            if (!def) continue;
+            if (p->GetType() != def->type) {
+                note(id, fmt::format("{} \"{}\" should be a {}, not a {}", where, def->name,
+                                     QelTypeName(def->type), QelTypeName(p->GetType())));
                 continue;
             }
-            if (QelArrayElementSize(spec->type) && !QelCountFits(*spec, p->GetArraySize()))
-                note(id, fmt::format("{} \"{}\" holds {} values, not {}", where, spec->name,
-                                     p->GetArraySize(), spec->count));
-            if (spec->type == QelObjectType) {
+            if (QelArrayElementSize(def->type) && !QelCountFits(*def, p->GetArraySize()))
+                note(id, fmt::format("{} \"{}\" holds {} values, not {}", where, def->name,
+                                     p->GetArraySize(), def->count));
+            if (def->type == QelObjectType) {
                 QelObject* child = nullptr;
                 p->GetValue(child);
                 if (child)
                     checkParams(id, *child,
-                                fmt::format("{} \"{}\" {}", where, spec->name, child->GetName()));
+                                fmt::format("{} \"{}\" {}", where, def->name, child->GetName()));
             }
         }
     }

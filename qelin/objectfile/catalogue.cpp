@@ -28,7 +28,7 @@ constexpr auto UInts = QelUIntArrayType;
 constexpr auto Floats = QelFloatArrayType;
 constexpr auto Doubles = QelDoubleArrayType;
 
-using P = QelParamSpec;
+using P = QelParamDef;
 
 // Sub-objects.
 constexpr P kTransformation[] = {
@@ -381,21 +381,21 @@ const QelClassSpec* QelFindClass(const char* className) {
     return nullptr;
 }
 
-const QelParamSpec* QelFindParam(const QelClassSpec& cls, const char* paramName) {
-    for (const QelParamSpec& spec : cls.params)
-        if (std::strcmp(spec.name, paramName) == 0) return &spec;
+const QelParamDef* QelFindParam(const QelClassSpec& cls, const char* paramName) {
+    for (const QelParamDef& def : cls.params)
+        if (std::strcmp(def.name, paramName) == 0) return &def;
     if (cls.geometric)
-        for (const QelParamSpec& spec : kCommon)
-            if (std::strcmp(spec.name, paramName) == 0) return &spec;
+        for (const QelParamDef& def : kCommon)
+            if (std::strcmp(def.name, paramName) == 0) return &def;
     return nullptr;
 }
 
-std::span<const QelParamSpec> QelCommonGeometricParams() {
+std::span<const QelParamDef> QelCommonGeometricParams() {
     return kCommon;
 }
 
-bool QelCountFits(const QelParamSpec& spec, unsigned count) {
-    const char* rule = spec.count;
+bool QelCountFits(const QelParamDef& def, unsigned count) {
+    const char* rule = def.count;
     if (!*rule || std::strcmp(rule, "n") == 0) return true;
     const unsigned size = unsigned(rule[0] - '0');
     return rule[1] == 'n' ? count % size == 0 : count == size;

@@ -14,7 +14,7 @@ enum class QelParamStatus {
     Conditional, // required in some forms of the class only (the default column says when)
 };
 
-struct QelParamSpec {
+struct QelParamDef {
     const char* name;
     QelParamType type;
     // For arrays, the element count: "3", "4", "3n", "2n", "n" (any count); "" for scalars.
@@ -31,7 +31,7 @@ struct QelClassSpec {
     const char* name;
     // A geometric class: it may carry "pose", "appearance" and "annotations".
     bool geometric;
-    std::span<const QelParamSpec> params;
+    std::span<const QelParamDef> params;
 };
 
 // Every class of the file, structure, geometry, grouping and sub-objects.
@@ -39,11 +39,11 @@ std::span<const QelClassSpec> QelCatalogue();
 // The class of that name (exact match), or null.
 const QelClassSpec* QelFindClass(const char* className);
 // The param of that name in the class (exact match), or null.
-const QelParamSpec* QelFindParam(const QelClassSpec& cls, const char* paramName);
+const QelParamDef* QelFindParam(const QelClassSpec& cls, const char* paramName);
 // The params every geometric class may carry beside its own.
-std::span<const QelParamSpec> QelCommonGeometricParams();
+std::span<const QelParamDef> QelCommonGeometricParams();
 // True when count elements fit the count rule of the param's definition ("3", "3n", ...).
-bool QelCountFits(const QelParamSpec& spec, unsigned count);
+bool QelCountFits(const QelParamDef& def, unsigned count);
 
 // Object-type codes of the classes met on import, as member records keep them.
 struct QelTypeCode {

@@ -10,7 +10,7 @@
 namespace {
 
 using namespace fittingstest;
-using qelintest::FileSpec;
+using qelintest::FileLayout;
 
 // Two objects with annotations: a flange (disk, centre line, one text) and a tee (run, centre
 // line, branch, centre line, two texts), and a plain line of the user's.
@@ -23,15 +23,15 @@ protected:
                    R"(", "object", {"class": "StrAnnotation", "params": [["value", "string", ")" +
                    value + R"("]]}])";
         };
-        FileSpec spec;
-        spec.objects = {
+        FileLayout layout;
+        layout.objects = {
             R"({"class": "Flange", "params": [["radius", "double", 0.3], ["height", "double", 0.05], ["annotations", "object", {"class": "A", "params": [)" +
                 text("Rating", "150") + "]}]]}",
             R"({"class": "Tee", "params": [["radius", "double", 0.1], ["height", "double", 0.4], ["branchradius", "double", 0.08], ["branchheight", "double", 0.3], ["annotations", "object", {"class": "A", "params": [)" +
                 text("Line", "L-7") + ", " + text("Size", "100") + "]}]]}"};
-        spec.layers = {{R"("Piping")", "[0, 1]", ""}};
+        layout.layers = {{R"("Piping")", "[0, 1]", ""}};
         answer("");
-        run(spec);
+        run(layout);
         appendLine();
         const std::vector<AcDbObjectId> ids = modelSpaceIds();
         ASSERT_EQ(ids.size(), 10u);

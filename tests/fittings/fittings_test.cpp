@@ -9,7 +9,7 @@
 namespace {
 
 using namespace fittingstest;
-using qelintest::FileSpec;
+using qelintest::FileLayout;
 
 constexpr double kPi = 3.14159265358979323846;
 constexpr double kQuarterTurn = 1.5707963705062866;
@@ -42,14 +42,14 @@ struct Frustum {
 class Fittings : public qelintest::ImportTest {
 protected:
     void import(const std::vector<std::string>& objects) {
-        FileSpec spec;
-        spec.objects = objects;
+        FileLayout layout;
+        layout.objects = objects;
         std::string refs;
         for (std::size_t i = 0; i < objects.size(); ++i)
             refs += (i ? ", " : "") + std::to_string(i);
-        spec.layers = {{R"("Piping")", "[" + refs + "]", ""}};
+        layout.layers = {{R"("Piping")", "[" + refs + "]", ""}};
         answer("");
-        run(spec);
+        run(layout);
         m_ids = modelSpaceIds();
     }
     // The entities of model space of one kind, in order.

@@ -20,7 +20,7 @@ TEST(Catalogue, ClassesAndParamsAreUniqueAndWellFormed) {
     for (const QelClassSpec& cls : QelCatalogue()) {
         EXPECT_TRUE(classes.insert(cls.name).second) << cls.name;
         std::set<std::string> params;
-        for (const QelParamSpec& p : cls.params) {
+        for (const QelParamDef& p : cls.params) {
             EXPECT_TRUE(params.insert(p.name).second) << cls.name << "." << p.name;
             // Counts belong to arrays only, and every array has one.
             const bool array = p.type >= QelByteArrayType;
@@ -35,12 +35,12 @@ TEST(Catalogue, EntriesReadAsTheSchemaStates) {
     ASSERT_NE(valve, nullptr);
     // A Valve needs its pose, unlike every other class, whose pose comes from the common list.
     EXPECT_EQ(QelFindParam(*valve, "pose")->status, QelParamStatus::Required);
-    const QelParamSpec* pose = QelFindParam(*QelFindClass("Cylinder"), "pose");
+    const QelParamDef* pose = QelFindParam(*QelFindClass("Cylinder"), "pose");
     ASSERT_NE(pose, nullptr);
     EXPECT_EQ(pose->status, QelParamStatus::Optional);
     EXPECT_EQ(QelFindParam(*QelFindClass("Header"), "pose"), nullptr);
 
-    const QelParamSpec* angle = QelFindParam(*QelFindClass("Elbow"), "endAngle");
+    const QelParamDef* angle = QelFindParam(*QelFindClass("Elbow"), "endAngle");
     ASSERT_NE(angle, nullptr);
     EXPECT_STREQ(angle->fallback, "1.5707963705062866");
     EXPECT_STREQ(angle->unit, "rad");
@@ -53,10 +53,10 @@ TEST(Catalogue, EntriesReadAsTheSchemaStates) {
 }
 
 TEST(Catalogue, CountRules) {
-    const QelParamSpec& translation = QelFindClass("Transformation")->params[0];
+    const QelParamDef& translation = QelFindClass("Transformation")->params[0];
     EXPECT_TRUE(QelCountFits(translation, 3));
     EXPECT_FALSE(QelCountFits(translation, 2));
-    const QelParamSpec* vertices = QelFindParam(*QelFindClass("PlanarPatch"), "vertices");
+    const QelParamDef* vertices = QelFindParam(*QelFindClass("PlanarPatch"), "vertices");
     EXPECT_TRUE(QelCountFits(*vertices, 8));
     EXPECT_FALSE(QelCountFits(*vertices, 7));
     EXPECT_TRUE(QelCountFits(*QelFindParam(*QelFindClass("LayerMgr"), "layerList"), 0));

@@ -8,7 +8,7 @@
 
 namespace {
 
-using qelintest::FileSpec;
+using qelintest::FileLayout;
 using qelintest::ImportTest;
 using qelintest::object;
 using qelintest::transformation;
@@ -21,8 +21,8 @@ protected:
         int selected = -1;
         int result = 0;
     };
-    Choice choose(const FileSpec& spec) {
-        const std::wstring path = build(spec.json(), "cs" + std::to_string(m_serial++) + ".qel");
+    Choice choose(const FileLayout& layout) {
+        const std::wstring path = build(layout.json(), "cs" + std::to_string(m_serial++) + ".qel");
         QelReader reader(std::string(path.begin(), path.end()).c_str());
         CCoordSystemMgr mgr;
         double translation[3], rotation[4];
@@ -47,8 +47,8 @@ const std::string kZero = R"(["Zero", "object", )" + transformation("[0, 0, 0]",
 
 TEST_F(CoordSystemTest, NoSystemsInTheFileAndNoDialog) {
     answer("");
-    FileSpec spec;
-    const Choice choice = choose(spec);
+    FileLayout layout;
+    const Choice choice = choose(layout);
     EXPECT_EQ(choice.names,
               (std::vector<std::wstring>{L"<None> (current)", L"<Default> (current)"}));
     EXPECT_EQ(choice.selected, 1);
@@ -58,10 +58,10 @@ TEST_F(CoordSystemTest, NoSystemsInTheFileAndNoDialog) {
 
 TEST_F(CoordSystemTest, TheCurrentSystemIsMarkedAndPreselected) {
     answer("dialog 1005\n  ok\n");
-    FileSpec spec;
-    spec.coordSystems = kNorth + ", " + kZero;
-    spec.currCoordSys = transformation("[10, 20, 0]", "[0, 0, 1, 1.5707963705062866]");
-    const Choice choice = choose(spec);
+    FileLayout layout;
+    layout.coordSystems = kNorth + ", " + kZero;
+    layout.currCoordSys = transformation("[10, 20, 0]", "[0, 0, 1, 1.5707963705062866]");
+    const Choice choice = choose(layout);
     EXPECT_EQ(choice.names,
               (std::vector<std::wstring>{L"<None>", L"<Default>", L"North (current)", L"Zero"}));
     EXPECT_EQ(choice.selected, 2);
@@ -76,10 +76,10 @@ TEST_F(CoordSystemTest, TheCurrentSystemIsMarkedAndPreselected) {
 
 TEST_F(CoordSystemTest, AnUnsavedCurrentSystemComesLastAndAZeroSystemSharesTheMark) {
     answer("dialog 1005\n  ok\n");
-    FileSpec spec;
-    spec.coordSystems = kNorth;
-    spec.currCoordSys = transformation("[1, 2, 3]", "");
-    Choice choice = choose(spec);
+    FileLayout layout;
+    layout.coordSystems = kNorth;
+    layout.currCoordSys = transformation("[1, 2, 3]", "");
+    Choice choice = choose(layout);
     EXPECT_EQ(choice.names,
               (std::vector<std::wstring>{L"<None>", L"<Default>", L"North", L"<Unsaved>"}));
     EXPECT_EQ(choice.selected, 3);
@@ -89,10 +89,10 @@ TEST_F(CoordSystemTest, AnUnsavedCurrentSystemComesLastAndAZeroSystemSharesTheMa
     // The identity saved under a name: every equal entry is marked, the last one selected; the
     // file's default makes the choice matter.
     answer("dialog 1005\n  cancel\n");
-    spec.coordSystems = kZero;
-    spec.currCoordSys = "";
-    spec.defCoordSys = transformation("[5, 0, 0]", "");
-    choice = choose(spec);
+    layout.coordSystems = kZero;
+    layout.currCoordSys = "";
+    layout.defCoordSys = transformation("[5, 0, 0]", "");
+    choice = choose(layout);
     EXPECT_EQ(choice.names,
               (std::vector<std::wstring>{L"<None> (current)", L"<Default>", L"Zero (current)"}));
     EXPECT_EQ(choice.selected, 2);
@@ -102,9 +102,9 @@ TEST_F(CoordSystemTest, AnUnsavedCurrentSystemComesLastAndAZeroSystemSharesTheMa
 TEST_F(CoordSystemTest, LengthsAndTheAxisAreConvertedTheAngleIsNot) {
     answer("dialog 1005\n  ok\n");
     QelDocData().importUnitIndex = 1; // millimetres
-    FileSpec spec;
-    spec.currCoordSys = transformation("[0.01, 0.02, 0]", "[0, 0, 0.001, 0.5]");
-    choose(spec);
+    FileLayout layout;
+    layout.currCoordSys = transformation("[0.01, 0.02, 0]", "[0, 0, 0.001, 0.5]");
+    choose(layout);
     const CDocData& doc = QelDocData();
     EXPECT_DOUBLE_EQ(doc.selectedTranslation[0], 10.0);
     EXPECT_DOUBLE_EQ(doc.selectedTranslation[1], 20.0);
@@ -114,11 +114,11 @@ TEST_F(CoordSystemTest, LengthsAndTheAxisAreConvertedTheAngleIsNot) {
 
 TEST_F(CoordSystemTest, AnImportCancelledAtTheDialogChangesNothing) {
     answer("dialog 1005\n  cancel\n");
-    FileSpec spec;
-    spec.objects = {object("Cylinder")};
-    spec.layers = {{R"("Piping")", "[0]", ""}};
-    spec.coordSystems = kNorth;
-    run(spec);
+    FileLayout layout;
+    layout.objects = {object("Cylinder")};
+    layout.layers = {{R"("Piping")", "[0]", ""}};
+    layout.coordSystems = kNorth;
+    run(layout);
     EXPECT_NE(printed().find(L"\n User cancelled, import stopped."), std::wstring::npos);
     EXPECT_NE(logText().find("\n User cancelled, import stopped.\n"), std::string::npos);
     EXPECT_FALSE(layer(L"Piping"));
@@ -130,11 +130,11 @@ TEST_F(CoordSystemTest, AnImportCancelledAtTheDialogChangesNothing) {
 TEST_F(CoordSystemTest, TheFilesCurrentUcsComesBackAtTheEndUnderTheChosenMapping) {
     // The user keeps <None>: the file's current system shows where it lies in the file.
     answer("dialog 1005\n  system = <None>\n  ok\n");
-    FileSpec spec;
-    spec.layers = {{R"("Piping")", "", ""}};
-    spec.coordSystems = kNorth;
-    spec.currCoordSys = transformation("[10, 20, 0]", "[0, 0, 1, 1.5707963705062866]");
-    run(spec);
+    FileLayout layout;
+    layout.layers = {{R"("Piping")", "", ""}};
+    layout.coordSystems = kNorth;
+    layout.currCoordSys = transformation("[10, 20, 0]", "[0, 0, 1, 1.5707963705062866]");
+    run(layout);
     const auto origin = ucsVar(L"UCSORG"), xDir = ucsVar(L"UCSXDIR");
     EXPECT_NEAR(origin[0], 10.0, 1e-9);
     EXPECT_NEAR(origin[1], 20.0, 1e-9);
@@ -144,7 +144,7 @@ TEST_F(CoordSystemTest, TheFilesCurrentUcsComesBackAtTheEndUnderTheChosenMapping
 
     // Choosing North maps North onto the world: the current UCS, North itself, is the world.
     answer("dialog 1005\n  system = North (current)\n  ok\n");
-    run(spec);
+    run(layout);
     const auto mappedOrigin = ucsVar(L"UCSORG"), mappedX = ucsVar(L"UCSXDIR");
     EXPECT_NEAR(std::hypot(mappedOrigin[0], mappedOrigin[1]), 0.0, 1e-6);
     EXPECT_NEAR(mappedX[0], 1.0, 1e-6);

@@ -28,7 +28,7 @@ struct LayerSpec {
 
 // The objects of a file in writing order: the given objects from 0, then the layers, the
 // layer manager, the coordinate systems, the view, the model space and the header.
-struct FileSpec {
+struct FileLayout {
     std::vector<std::string> objects;
     std::vector<LayerSpec> layers;
     std::string overrides;    // JSON of "layerOverrides", "" for none
@@ -141,7 +141,7 @@ protected:
         ReadQelFile(job);
         m_badLayerNames = job.badLayerNames;
     }
-    void run(const FileSpec& spec) { run(build(spec.json())); }
+    void run(const FileLayout& layout) { run(build(layout.json())); }
 
     static std::optional<LayerState> layer(const wchar_t* name) {
         AcDbLayerTable* table = nullptr;

@@ -9,7 +9,7 @@
 
 namespace {
 
-using qelintest::FileSpec;
+using qelintest::FileLayout;
 using qelintest::ImportTest;
 using qelintest::object;
 using qelintest::transformation;
@@ -69,16 +69,16 @@ constexpr const wchar_t* kBadNamesBox =
 // Five layers: colours, an invalid name, a layer without a name, the existing "0", and a last
 // layer without objects; two of them off in the view. Objects: one listed twice, an unknown
 // class, and the file's Header (object 12) in a list.
-FileSpec plantWithOddLayers() {
-    FileSpec spec;
-    spec.objects = {object("Cylinder"), object("Flange"), object("Spaceship"), object("Sphere")};
-    spec.layers = {{R"("Piping")", "[0, 1]", "[255, 0, 0]"},
-                   {R"("A,B=C")", "[1, 2]", "[0, 255, 0]"},
-                   {"", "[3]", ""},
-                   {R"("0")", "[12]", "[0, 0, 255]"},
-                   {R"("Last")", "", ""}};
-    spec.overrides = "[0, 1, 0, 0, 1]";
-    return spec;
+FileLayout plantWithOddLayers() {
+    FileLayout layout;
+    layout.objects = {object("Cylinder"), object("Flange"), object("Spaceship"), object("Sphere")};
+    layout.layers = {{R"("Piping")", "[0, 1]", "[255, 0, 0]"},
+                     {R"("A,B=C")", "[1, 2]", "[0, 255, 0]"},
+                     {"", "[3]", ""},
+                     {R"("0")", "[12]", "[0, 0, 255]"},
+                     {R"("Last")", "", ""}};
+    layout.overrides = "[0, 1, 0, 0, 1]";
+    return layout;
 }
 
 TEST_F(ImportTest, LayersAreMadeWithTheirColoursNamesAndViewState) {
@@ -143,14 +143,15 @@ TEST_F(ImportTest, LayersAreMadeWithTheirColoursNamesAndViewState) {
 TEST_F(ImportTest, ExistingLayersMergeAndKeepTheirColourTheTempNameIsPurged) {
     answer("");
     ASSERT_TRUE(QelCreateLayer(L"Pipe_A", 1, 2, 3));
-    FileSpec spec;
-    spec.objects = {object("Cylinder")};
+    FileLayout layout;
+    layout.objects = {object("Cylinder")};
     // The temporary name is taken as any other; not being the last, it isn't current at the end.
-    spec.layers = {{R"("z_VelmoraTemp_Layer")", "", ""}, {R"("Pipe,A")", "[0]", "[200, 200, 200]"}};
+    layout.layers = {{R"("z_VelmoraTemp_Layer")", "", ""},
+                     {R"("Pipe,A")", "[0]", "[200, 200, 200]"}};
     // The second layer takes its objects in the layer's colour.
-    spec.overrides = "[0, 2]";
+    layout.overrides = "[0, 2]";
     QelDocData().useLayerColourOverride = 1;
-    run(spec);
+    run(layout);
     const auto merged = layer(L"Pipe_A");
     ASSERT_TRUE(merged);
     EXPECT_EQ(merged->red + merged->green + merged->blue, 6u);
@@ -160,22 +161,22 @@ TEST_F(ImportTest, ExistingLayersMergeAndKeepTheirColourTheTempNameIsPurged) {
     EXPECT_FALSE(layer(L"z_VelmoraTemp_Layer"));
     EXPECT_EQ(QelDocData().layerColourFlag, 1);
     // The flag is each layer's own, and needs the user's choice.
-    spec.overrides = "[2, 0]";
-    run(build(spec.json(), "two.qel"));
+    layout.overrides = "[2, 0]";
+    run(build(layout.json(), "two.qel"));
     EXPECT_EQ(QelDocData().layerColourFlag, 0);
-    spec.overrides = "[0, 2]";
+    layout.overrides = "[0, 2]";
     QelDocData().useLayerColourOverride = 0;
-    run(build(spec.json(), "three.qel"));
+    run(build(layout.json(), "three.qel"));
     EXPECT_EQ(QelDocData().layerColourFlag, 0);
 }
 
 TEST_F(ImportTest, HiddenClassesAreFilteredByTheirNumbersAgainstTheRows) {
-    FileSpec spec;
+    FileLayout layout;
     for (const char* name :
          {"Flange", "Reducer", "Sphere", "RectangularBox", "Valve", "Vertex3d", "TriMesh", "Torus"})
-        spec.objects.push_back(object(name));
-    spec.layers = {{R"("Piping")", "[0, 1, 2, 3, 4, 5, 6, 7]", ""}};
-    const std::wstring file = build(spec.json());
+        layout.objects.push_back(object(name));
+    layout.layers = {{R"("Piping")", "[0, 1, 2, 3, 4, 5, 6, 7]", ""}};
+    const std::wstring file = build(layout.json());
     DispatchRecorder dispatched;
     auto shownClasses = [&] {
         run(file);
@@ -200,17 +201,17 @@ TEST_F(ImportTest, HiddenClassesAreFilteredByTheirNumbersAgainstTheRows) {
 TEST_F(ImportTest, MissingListsAreNotedAndTheReadGoesOn) {
     DispatchRecorder dispatched;
     answer("");
-    FileSpec spec;
-    spec.objects = {object("Cylinder")};
-    spec.layers = {{R"("Piping")", "[0]", ""}};
-    spec.modelObjectList = false;
-    run(spec);
+    FileLayout layout;
+    layout.objects = {object("Cylinder")};
+    layout.layers = {{R"("Piping")", "[0]", ""}};
+    layout.modelObjectList = false;
+    run(layout);
     EXPECT_TRUE(has(logText(), "\nNo objects in ModelSpace 'objectList'."));
     EXPECT_TRUE(layer(L"Piping"));
     EXPECT_EQ(dispatched.take(), "Cylinder ");
 
     // An empty layer list walks nothing, and the temporary layers still go.
-    FileSpec empty;
+    FileLayout empty;
     run(build(empty.json(), "empty.qel"));
     EXPECT_FALSE(layer(L"z_VelmoraDefaultLayer"));
     EXPECT_TRUE(has(logText(), "\n Removing temporary  layers"));
@@ -220,10 +221,10 @@ TEST_F(ImportTest, MissingListsAreNotedAndTheReadGoesOn) {
 TEST_F(ImportTest, AReferenceBeyondTheFileCostsOneErrorAndTheWalkGoesOn) {
     DispatchRecorder dispatched;
     answer("");
-    FileSpec spec;
-    spec.objects = {object("Cylinder"), object("Sphere")};
-    spec.layers = {{R"("Piping")", "[0, 500, 1]", ""}};
-    run(spec);
+    FileLayout layout;
+    layout.objects = {object("Cylinder"), object("Sphere")};
+    layout.layers = {{R"("Piping")", "[0, 500, 1]", ""}};
+    run(layout);
     EXPECT_EQ(errorCount(), 1u);
     EXPECT_TRUE(has(logText(), "\n  Processing Qel ref # 500 \nUnable to read qel object."));
     EXPECT_EQ(dispatched.take(), "Cylinder Sphere ");
@@ -232,9 +233,9 @@ TEST_F(ImportTest, AReferenceBeyondTheFileCostsOneErrorAndTheWalkGoesOn) {
 
 TEST_F(ImportTest, AFileWithoutHeaderOrThatCannotBeReadEndsBeforeAnyLayer) {
     answer("");
-    FileSpec spec = plantWithOddLayers();
-    spec.header = false;
-    run(spec);
+    FileLayout layout = plantWithOddLayers();
+    layout.header = false;
+    run(layout);
     EXPECT_EQ(boxes(), (std::vector<std::wstring>{
                            L"\nUnable to read qel file Header.\n\nSuppress all non-critical error "
                            L"messages?|36"}));
@@ -257,10 +258,10 @@ TEST_F(ImportTest, AFileWithoutHeaderOrThatCannotBeReadEndsBeforeAnyLayer) {
 
 TEST_F(ImportTest, ADamagedListEndsTheWalkWithTheStateRestoredAndOneError) {
     answer("");
-    FileSpec spec;
-    spec.objects = {object("Cylinder")};
-    spec.layers = {{R"("Piping")", "[0]", ""}};
-    std::string json = spec.json();
+    FileLayout layout;
+    layout.objects = {object("Cylinder")};
+    layout.layers = {{R"("Piping")", "[0]", ""}};
+    std::string json = layout.json();
     // The layer's list as text: the library refuses to read it as numbers.
     const std::string from = R"(["objectList", "uint[]", [0]])";
     json.replace(json.find(from), from.size(), R"(["objectList", "string", "0"])");
@@ -279,10 +280,10 @@ TEST_F(ImportTest, ADamagedListEndsTheWalkWithTheStateRestoredAndOneError) {
 
 TEST_F(ImportTest, AMistypedStructureParamIsToldAndCountedBeforeAnyLayer) {
     answer("");
-    FileSpec spec;
-    spec.objects = {object("Cylinder")};
-    spec.layers = {{R"("Piping")", "[0]", ""}};
-    std::string json = spec.json();
+    FileLayout layout;
+    layout.objects = {object("Cylinder")};
+    layout.layers = {{R"("Piping")", "[0]", ""}};
+    std::string json = layout.json();
     const std::string from = R"(["rootLocation", "uint", 4])";
     ASSERT_NE(json.find(from), std::string::npos) << json;
     json.replace(json.find(from), from.size(), R"(["rootLocation", "string", "4"])");
@@ -298,11 +299,11 @@ TEST_F(ImportTest, AMistypedStructureParamIsToldAndCountedBeforeAnyLayer) {
 }
 
 TEST_F(ImportTest, CancelFromTheProgressDialogKeepsWhatWasMade) {
-    FileSpec spec;
-    spec.objects = {object("Cylinder"), object("Sphere"), object("Torus")};
-    spec.layers = {{R"("Piping")", "[0, 1, 2]", ""}, {R"("Steel")", "[]", ""}};
+    FileLayout layout;
+    layout.objects = {object("Cylinder"), object("Sphere"), object("Torus")};
+    layout.layers = {{R"("Piping")", "[0, 1, 2]", ""}, {R"("Steel")", "[]", ""}};
     answer("progress cancel 2\n");
-    run(spec);
+    run(layout);
     const std::string log = logText();
     EXPECT_TRUE(has(log, "\n User canceled, import stopped.\n"));
     EXPECT_FALSE(has(log, "Torus"));
