@@ -4,10 +4,9 @@
 #include <string>
 #include <string_view>
 
+#include "arx/acutf8.h"
 #include "arx/adesk.h"
 
-std::string acdbToUtf8(std::wstring_view text);
-void acdbAppendUtf8(std::string& out, std::wstring_view text);
 std::wstring acdbFromUtf8(std::string_view text);
 std::wstring acdbUpper(std::wstring_view text);
 bool acdbEqualNoCase(std::wstring_view a, std::wstring_view b);

@@ -1,5 +1,7 @@
 #include "utf8.h"
 
+#include <arx/acutf8.h>
+
 #include <algorithm>
 
 namespace dxf {
@@ -19,24 +21,7 @@ std::string toUtf8(std::wstring_view text) {
     if (isAscii(text)) return std::string(text.begin(), text.end());
     std::string out;
     out.reserve(text.size());
-    for (wchar_t wc : text) {
-        const auto c = static_cast<char32_t>(wc);
-        if (c < 0x80) {
-            out += char(c);
-        } else if (c < 0x800) {
-            out += char(0xC0 | (c >> 6));
-            out += char(0x80 | (c & 0x3F));
-        } else if (c < 0x10000) {
-            out += char(0xE0 | (c >> 12));
-            out += char(0x80 | ((c >> 6) & 0x3F));
-            out += char(0x80 | (c & 0x3F));
-        } else {
-            out += char(0xF0 | (c >> 18));
-            out += char(0x80 | ((c >> 12) & 0x3F));
-            out += char(0x80 | ((c >> 6) & 0x3F));
-            out += char(0x80 | (c & 0x3F));
-        }
-    }
+    acdbAppendUtf8(out, text);
     return out;
 }
 
