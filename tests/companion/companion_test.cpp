@@ -3,6 +3,8 @@
 #include "companion_test.h"
 #include "solids.h"
 
+#include "../support/command.h"
+
 #include <arx/rxregsvc.h>
 #include <win/strings.h>
 
@@ -99,16 +101,9 @@ TEST(CompanionInQelcad, LoadsByNameWithoutAnError) {
     const std::string command = std::string(QELCAD) + " run --no-autoload --modules " +
                                 QEL_MODULE_FOLDER + " --load ToviQelOut.dll --script " + script +
                                 " 2>&1";
-    FILE* pipe = popen(command.c_str(), "r");
-    ASSERT_NE(pipe, nullptr);
-    std::string out;
-    std::array<char, 4096> buffer;
-    for (std::size_t n; (n = std::fread(buffer.data(), 1, buffer.size(), pipe)) > 0;)
-        out.append(buffer.data(), n);
-    const int status = pclose(pipe);
-    ASSERT_TRUE(WIFEXITED(status));
-    EXPECT_EQ(WEXITSTATUS(status), 0) << out;
-    EXPECT_EQ(out.find("Unable to load"), std::string::npos) << out;
+    const Outcome run = runCommand(command);
+    EXPECT_EQ(run.status, 0) << run.out;
+    EXPECT_EQ(run.out.find("Unable to load"), std::string::npos) << run.out;
     std::remove(script.c_str());
 }
 

@@ -11,28 +11,15 @@
 #include <set>
 #include <sys/wait.h>
 
+#include "../support/command.h"
 #include "module_drawing.h"
 
 namespace fs = std::filesystem;
 
 namespace {
 
-struct Outcome {
-    int status = -1;
-    std::string out;
-};
-
 Outcome run(const std::string& command) {
-    Outcome o;
-    FILE* pipe = popen((command + " 2>&1").c_str(), "r");
-    if (pipe == nullptr) return o;
-    std::array<char, 65536> buffer;
-    size_t n = 0;
-    while ((n = fread(buffer.data(), 1, buffer.size(), pipe)) > 0)
-        o.out.append(buffer.data(), n);
-    const int status = pclose(pipe);
-    o.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    return o;
+    return runCommand(command + " 2>&1");
 }
 
 constexpr const char* kPython = "/usr/bin/python3";

@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include "../support/command.h"
+
 #include <array>
 #include <cstdio>
 #include <filesystem>
@@ -18,11 +20,6 @@
 namespace fs = std::filesystem;
 
 namespace {
-
-struct Outcome {
-    int status = -1;
-    std::string out;
-};
 
 class QelinEndToEnd : public ::testing::Test {
 protected:
@@ -56,16 +53,7 @@ protected:
     Outcome qelcad(const std::string& arguments, const std::string& input = "") {
         const std::string command = "cd " + dir.string() + " && " + QELCAD + " " + arguments +
                                     " < " + write("stdin.txt", input) + " 2>&1";
-        Outcome run;
-        FILE* pipe = popen(command.c_str(), "r");
-        if (!pipe) return run;
-        std::array<char, 4096> buffer;
-        std::size_t n;
-        while ((n = fread(buffer.data(), 1, buffer.size(), pipe)) > 0)
-            run.out.append(buffer.data(), n);
-        const int status = pclose(pipe);
-        run.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-        return run;
+        return runCommand(command);
     }
     DWORD number(const wchar_t* name) {
         DWORD value = 12345;

@@ -1,6 +1,8 @@
 // qelcad end to end: scripts, answers, the shell on a pipe, exit codes and the transcript file.
 #include <gtest/gtest.h>
 
+#include "../support/command.h"
+
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -14,11 +16,6 @@
 namespace {
 
 namespace fs = std::filesystem;
-
-struct Outcome {
-    int status = -1;
-    std::string out;
-};
 
 class Qelcad : public ::testing::Test {
 protected:
@@ -49,16 +46,7 @@ protected:
             std::string(QELCAD) + " " + arguments +
             (withModules ? std::string(" --modules ") + QEL_TEST_MODULES : "") + " < " + input +
             " 2>&1";
-        Outcome run;
-        FILE* pipe = popen(command.c_str(), "r");
-        if (pipe == nullptr) return run;
-        std::array<char, 4096> buffer;
-        std::size_t n;
-        while ((n = fread(buffer.data(), 1, buffer.size(), pipe)) > 0)
-            run.out.append(buffer.data(), n);
-        const int status = pclose(pipe);
-        run.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-        return run;
+        return runCommand(command);
     }
     fs::path dir;
 };
