@@ -124,7 +124,10 @@ public:
     AcRxClass* isA() const override { return desc(); }
 };
 
-TEST_F(DrawingFiles, ASaveThatCannotWriteEverythingLeavesTheOldFile) {
+// Saves a drawing, adds the entity, and expects the next save to fail with the reason in its
+// message, leaving the saved file as it was and no temporary beside it.
+void expectRefusedSaveKeepsTheOldFile(const fs::path& folder, AcDbEntity* entity,
+                                      const std::string& reason) {
     AcDbDatabase db;
     acdbHostApplicationServices()->setWorkingDatabase(&db);
     const fs::path path = folder / "kept.dxf";
@@ -133,43 +136,29 @@ TEST_F(DrawingFiles, ASaveThatCannotWriteEverythingLeavesTheOldFile) {
     const std::string before = drawingText(db);
     AcDbBlockTableRecord* space = nullptr;
     acdbOpenObject(space, db.modelSpaceId(), AcDb::kForWrite);
-    auto* odd = new Unwritable;
-    space->appendAcDbEntity(odd);
-    odd->close();
+    space->appendAcDbEntity(entity);
+    entity->close();
     space->close();
     EXPECT_FALSE(dxf::saveDrawing(db, path.string(), message));
-    EXPECT_NE(message.find("Unwritable"), std::string::npos) << message;
-    std::ifstream in(path, std::ios::binary);
-    std::ostringstream text;
-    text << in.rdbuf();
-    EXPECT_EQ(text.str(), before);
-    EXPECT_EQ(std::distance(fs::directory_iterator(folder), fs::directory_iterator()), 1);
-    acdbHostApplicationServices()->setWorkingDatabase(nullptr);
-}
-
-// A value that is not a number would be written as text that no reader takes back, this one
-// included: the save stops instead and the old file stays.
-TEST_F(DrawingFiles, ASaveOfAValueThatIsNotANumberLeavesTheOldFile) {
-    AcDbDatabase db;
-    acdbHostApplicationServices()->setWorkingDatabase(&db);
-    const fs::path path = folder / "kept.dxf";
-    std::string message;
-    ASSERT_TRUE(dxf::saveDrawing(db, path.string(), message)) << message;
-    const std::string before = drawingText(db);
-    AcDbBlockTableRecord* space = nullptr;
-    acdbOpenObject(space, db.modelSpaceId(), AcDb::kForWrite);
-    auto* line = new AcDbLine(AcGePoint3d(0, 0, 0), AcGePoint3d(std::nan(""), 0, 0));
-    space->appendAcDbEntity(line);
-    line->close();
-    space->close();
-    EXPECT_FALSE(dxf::saveDrawing(db, path.string(), message));
-    EXPECT_NE(message.find("not a finite number"), std::string::npos) << message;
+    EXPECT_NE(message.find(reason), std::string::npos) << message;
     std::ifstream in(path, std::ios::binary);
     std::ostringstream text;
     text << in.rdbuf();
     EXPECT_TRUE(text.str() == before) << "the old file changed";
     EXPECT_EQ(std::distance(fs::directory_iterator(folder), fs::directory_iterator()), 1);
     acdbHostApplicationServices()->setWorkingDatabase(nullptr);
+}
+
+TEST_F(DrawingFiles, ASaveThatCannotWriteEverythingLeavesTheOldFile) {
+    expectRefusedSaveKeepsTheOldFile(folder, new Unwritable, "Unwritable");
+}
+
+// A value that is not a number would be written as text that no reader takes back, this one
+// included: the save stops instead and the old file stays.
+TEST_F(DrawingFiles, ASaveOfAValueThatIsNotANumberLeavesTheOldFile) {
+    expectRefusedSaveKeepsTheOldFile(
+        folder, new AcDbLine(AcGePoint3d(0, 0, 0), AcGePoint3d(std::nan(""), 0, 0)),
+        "not a finite number");
 }
 
 TEST_F(DrawingFiles, OpeningAMissingOrDamagedFileSaysWhy) {
