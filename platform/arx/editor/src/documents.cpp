@@ -114,10 +114,11 @@ std::vector<Document*> documents() {
     return out;
 }
 
-AcApDocument* newDocument() {
+namespace {
+// A new or opened drawing joins the open ones and becomes current; reactors and modules hear of
+// it.
+AcApDocument* adopt(std::unique_ptr<Document> doc) {
     DocManager& m = manager();
-    auto doc =
-        std::make_unique<Document>(L"Drawing" + std::to_wstring(++m.drawingsMade_) + L".dwg");
     Document* made = doc.get();
     m.docs_.push_back(std::move(doc));
     makeCurrent(made);
@@ -125,18 +126,17 @@ AcApDocument* newDocument() {
     sendToModules(3 /* kLoadDwgMsg */);
     return made;
 }
+} // namespace
+
+AcApDocument* newDocument() {
+    const int number = ++manager().drawingsMade_;
+    return adopt(std::make_unique<Document>(L"Drawing" + std::to_wstring(number) + L".dwg"));
+}
 
 AcApDocument* openDocument(const std::filesystem::path& path, std::string& message) {
     std::unique_ptr<AcDbDatabase> database = dxf::openDrawing(path.string(), message);
     if (database == nullptr) return nullptr;
-    DocManager& m = manager();
-    auto doc = std::make_unique<Document>(path, std::move(database));
-    Document* made = doc.get();
-    m.docs_.push_back(std::move(doc));
-    makeCurrent(made);
-    m.tell([made](AcApDocManagerReactor* r) { r->documentCreated(made); });
-    sendToModules(3 /* kLoadDwgMsg */);
-    return made;
+    return adopt(std::make_unique<Document>(path, std::move(database)));
 }
 
 bool saveDocument(AcApDocument* document, const std::filesystem::path& path, std::string& message) {
