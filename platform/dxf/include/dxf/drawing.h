@@ -17,8 +17,10 @@ namespace dxf {
 std::unique_ptr<AcDbDatabase> readDrawing(const std::string& text, const std::string& source);
 // Writes the database. A database that was never in a file first gets what a file needs and
 // it lacks (the standard tables, layouts), and every end marker of a polyline or block gets
-// its handle: so saving twice gives the same text. An entity of a class with no form in a file,
-// or a solid or region whose body the SAT writer refuses, throws std::runtime_error.
+// its handle: so saving twice gives the same text, but for the time of the save that the SAT
+// header of each solid carries (SOURCE_DATE_EPOCH, when set, fixes it). An entity of a class with
+// no form in a file, or a solid or region whose body the SAT writer refuses, throws
+// std::runtime_error.
 void writeDrawing(AcDbDatabase& db, std::ostream& out);
 
 // The drawing of a file, or null with the reason in message.
