@@ -4,6 +4,7 @@
 #include "creators/primitives.h"
 #include "foundation/error_report.h"
 #include "foundation/log_file.h"
+#include "import/class_table.h"
 #include "objectfile/param_read.h"
 
 #include <arx/aced.h>
@@ -23,12 +24,13 @@ bool made(AcDbSpline* spline) {
 
 void tagSpline(QelObject* object, AcDbEntity* spline, const AcGePoint3d& first, int partIndex,
                unsigned objIndex, const CString* filePath) {
+    const QelClassRow& kind = QelClassOf(QelCode::BSplineCurve3d);
     QelMemberRecord record;
-    record.memberType = 5;
+    record.memberType = kind.code;
     record.partIndex = partIndex;
-    QelGroupTagAnnotate(object, spline, L"BSplineCurveGroup", L"BSPLINE_CURVE_GROUP", record,
-                        objIndex, filePath, AcGeMatrix3d::translation(first.asVector()),
-                        AcGeMatrix3d::kIdentity, L"BSplineCurve3d");
+    QelGroupTagAnnotate(object, spline, kind.groupName, kind.groupKey, record, objIndex, filePath,
+                        AcGeMatrix3d::translation(first.asVector()), AcGeMatrix3d::kIdentity,
+                        kind.xdata);
 }
 
 // Placed, coloured and appended; false after the failure's text.
@@ -92,11 +94,11 @@ bool drawnSpline(QelObject* object, const AcGePoint3dArray& points, bool periodi
     return true;
 }
 
-int poleForm(QelObject* object, unsigned objIndex, const CString* filePath) {
+void poleForm(QelObject* object, unsigned objIndex, const CString* filePath) {
     AcGePoint3dArray poles;
     if (!GetPoint3dArrayParam(object, "poles", poles, true)) {
         QelReportError(L"\nError getting control points.");
-        return 1;
+        return;
     }
     int order = 4;
     if (!QelReadInt(object, "order", order)) {
@@ -115,31 +117,31 @@ int poleForm(QelObject* object, unsigned objIndex, const CString* filePath) {
     AcGeDoubleArray weights, knots;
     if (!GetDoubleArrayParam(object, "weights", weights, false)) {
         QelReportError(L"\nError getting weights of Spline.");
-        return 1;
+        return;
     }
     if (!GetDoubleArrayParam(object, "knots", knots, false)) {
         QelReportError(L"\nError getting knots of Spline.");
-        return 1;
+        return;
     }
     // The file's order goes in as the degree and the closed flag follows periodic, so the host
     // takes only knots of poles + order + 1.
     auto* spline =
         new AcDbSpline(order, rational, periodic, periodic, poles, knots, weights, 0.0, 0.0);
-    if (!made(spline)) return 1;
-    if (!appendSpline(object, spline, L"\nError creating Spline.")) return 1;
+    if (!made(spline)) return;
+    if (!appendSpline(object, spline, L"\nError creating Spline.")) return;
     tagSpline(object, spline, poles[0], 0, objIndex, filePath);
-    return 0;
 }
 
 } // namespace
 
-int CreateBSplineCurve3d(QelObject* object, void*, int, unsigned char, unsigned objIndex,
-                         const CString* filePath) {
+QelCreated CreateBSplineCurve3d(QelObject* object, void*, int, unsigned char, unsigned objIndex,
+                                const CString* filePath) {
     AcGePoint3dArray points;
     if (!GetFitPointArrayParam(object, "fitPoints", points, true)) {
         QelLogAppend(L"\nfitPoints do not exist trying pole control points");
+        // The pole form makes its spline, and the object still counts as failed.
         poleForm(object, objIndex, filePath);
-        return 1;
+        return QelCreated::Failed;
     }
     int order = 4;
     if (!QelReadInt(object, "order", order)) {
@@ -154,12 +156,13 @@ int CreateBSplineCurve3d(QelObject* object, void*, int, unsigned char, unsigned 
     AcDbEntity* spline = nullptr;
     if (tangents) {
         auto* fitted = new AcDbSpline(points, startVec.asVector(), endVec.asVector(), order, 0.0);
-        if (!made(fitted) || !appendSpline(object, fitted, L"Error creating Spline.")) return 1;
+        if (!made(fitted) || !appendSpline(object, fitted, L"Error creating Spline."))
+            return QelCreated::Failed;
         spline = fitted;
     } else if (!drawnSpline(object, points, periodic, spline)) {
-        return 0;
+        return QelCreated::FailedReported;
     }
     tagSpline(object, spline, points.isEmpty() ? AcGePoint3d::kOrigin : points[0], 0, objIndex,
               filePath);
-    return 0;
+    return QelCreated::Done;
 }

@@ -3,6 +3,8 @@
 #include "creators/creation_helpers.h"
 #include "creators/fitting_parts.h"
 #include "foundation/error_report.h"
+#include "import/class_table.h"
+#include "objectfile/param_read.h"
 
 #include <arx/acdb.h>
 #include <arx/aced.h>
@@ -20,23 +22,21 @@ constexpr double kFullTurn = 6.2831854820251465;
 enum class CapKind { Flat, HemiSpheric, SemiElliptic };
 
 struct CapRow {
-    const char* className;
+    int code; // its class name, record and text in the class table
     CapKind kind;
-    int memberType;
-    const wchar_t* xdata;
     double farEndShare; // z of end 1 as a share of the height
 };
 
 // The caps by class name, compared without regard to case; any other name is a flat cap.
 constexpr CapRow kCaps[] = {
-    {"FlatCap", CapKind::Flat, 25, L"Flat Cap", 0.5},
-    {"HemiSphericCap", CapKind::HemiSpheric, 26, L"Hemispheric Cap", 1.0},
-    {"SemiEllipticCap", CapKind::SemiElliptic, 27, L"SemiEllipticCap Cap", 1.0},
+    {QelCode::FlatCap, CapKind::Flat, 0.5},
+    {QelCode::HemisphericCap, CapKind::HemiSpheric, 1.0},
+    {QelCode::SemiEllipticCap, CapKind::SemiElliptic, 1.0},
 };
 
 const CapRow& capRow(const char* className) {
     for (const CapRow& row : kCaps)
-        if (className && ::strcasecmp(row.className, className) == 0) return row;
+        if (className && ::strcasecmp(QelClassOf(row.code).className, className) == 0) return row;
     return kCaps[0];
 }
 
@@ -138,17 +138,17 @@ bool DrawCap(QelObject* object, const char* className, double radius, double hei
     }
     QelGroupAppend(group, id);
     QelMemberRecord record;
-    record.memberType = row.memberType;
+    record.memberType = row.code;
     record.length = radius;
     record.partIndex = end;
     QelFillRecordOrigin(record, objIndex, filePath, QelGroupName(group));
-    QelTagEntity(cap, record, row.xdata);
+    QelTagEntity(cap, record, QelClassOf(row.code).xdata);
     return true;
 }
 
 // The class name of the cap object held in param name; null without one.
 const char* capClass(QelObject* object, const char* name) {
-    QelParam* param = object->GetParam(name, 0);
+    QelParam* param = QelParamOf(object, name);
     if (!param || param->GetType() != QelObjectType) return nullptr;
     QelObject* cap = nullptr;
     param->GetValue(cap);
@@ -166,18 +166,19 @@ bool DrawCaps(QelObject* object, double radius, double height, const AcGeMatrix3
                         filePath, group) &&
                 drawn;
     };
+    const char* flat = QelClassOf(QelCode::FlatCap).className;
     if (subtype != 1) {
         const char* ends[] = {"cap0", "cap1"};
         for (int end = 0; end < 2; ++end) {
             const char* className = capClass(object, ends[end]);
             if (!className) continue;
             // Only the exact name stands for the closed end of a solid.
-            if (solidCaps && std::strcmp(className, "FlatCap") == 0) continue;
+            if (solidCaps && std::strcmp(className, flat) == 0) continue;
             draw(className, end);
         }
     } else if (!solidCaps) {
-        draw("FlatCap", 0);
-        draw("FlatCap", 1);
+        draw(flat, 0);
+        draw(flat, 1);
     }
     return drawn;
 }

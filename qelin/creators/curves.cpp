@@ -3,6 +3,7 @@
 #include "creators/primitives.h"
 #include "foundation/error_report.h"
 #include "foundation/log_file.h"
+#include "import/class_table.h"
 
 #include <arx/aced.h>
 
@@ -15,17 +16,11 @@ AcGeMatrix3d movedTo(const AcGePoint3d& point) {
     return AcGeMatrix3d::translation(point.asVector());
 }
 
-struct ArcClass {
-    const wchar_t* groupName;
-    const wchar_t* key;
-    const wchar_t* xdata;
-    int memberType;
-};
-
 // An arc or an elliptic arc about the pose's origin in its XY plane, turned by the pose, placed
 // and tagged.
-int placeArc(QelObject* object, const AcGeVector3d& major, double ratio, double startAngle,
-             double endAngle, const ArcClass& kind, unsigned objIndex, const CString* filePath) {
+QelCreated placeArc(QelObject* object, const AcGeVector3d& major, double ratio, double startAngle,
+                    double endAngle, const QelClassRow& kind, unsigned objIndex,
+                    const CString* filePath) {
     AcGeMatrix3d translation, rotation;
     AcGePoint3d centre;
     PoseMatrices(object, translation, rotation, centre);
@@ -38,65 +33,65 @@ int placeArc(QelObject* object, const AcGeVector3d& major, double ratio, double 
     if (status != Acad::eOk) {
         acutPrintf(L"Process Error:%s", acadErrorStatusText(status));
         QelLogAppend(L"\nProcess Error adding arc to current dwg space");
-        return 1;
+        return QelCreated::Failed;
     }
     QelMemberRecord record;
-    record.memberType = kind.memberType;
-    QelGroupTagAnnotate(object, arc, kind.groupName, kind.key, record, objIndex, filePath,
+    record.memberType = kind.code;
+    QelGroupTagAnnotate(object, arc, kind.groupName, kind.groupKey, record, objIndex, filePath,
                         translation, rotation, kind.xdata);
-    return 0;
+    return QelCreated::Done;
 }
 
 } // namespace
 
-int CreateLine3d(QelObject* object, void*, int, unsigned char, unsigned objIndex,
-                 const CString* filePath) {
+QelCreated CreateLine3d(QelObject* object, void*, int, unsigned char, unsigned objIndex,
+                        const CString* filePath) {
     AcGePoint3d start, end;
     if (!GetPointParam(object, "startPoint", start, true)) {
         QelReportError(L"\nError setting 3d Start point.");
-        return 1;
+        return QelCreated::Failed;
     }
     if (!GetPointParam(object, "endPoint", end, true)) {
         QelReportError(L"\nError setting 3d end point.");
-        return 1;
+        return QelCreated::Failed;
     }
     auto* line = new AcDbLine(start, end);
+    const QelClassRow& kind = QelClassOf(QelCode::Line3d);
     QelMemberRecord record;
-    record.memberType = 0;
+    record.memberType = kind.code;
     record.length = std::hypot(std::hypot(std::fabs(end.x - start.x), std::fabs(end.y - start.y)),
                                std::fabs(end.z - start.z));
     ApplyImportTransform(line);
     ApplyColour(object, line);
-    if (AppendToModelSpace(line) != Acad::eOk) return 1;
-    QelGroupTagAnnotate(object, line, L"LineGroup", L"LINE_GROUP", record, objIndex, filePath,
-                        movedTo(start), AcGeMatrix3d::kIdentity, L"Line");
-    return 0;
+    if (AppendToModelSpace(line) != Acad::eOk) return QelCreated::Failed;
+    QelGroupTagAnnotate(object, line, kind.groupName, kind.groupKey, record, objIndex, filePath,
+                        movedTo(start), AcGeMatrix3d::kIdentity, kind.xdata);
+    return QelCreated::Done;
 }
 
-int CreateCircularArc3d(QelObject* object, void*, int, unsigned char, unsigned objIndex,
-                        const CString* filePath) {
+QelCreated CreateCircularArc3d(QelObject* object, void*, int, unsigned char, unsigned objIndex,
+                               const CString* filePath) {
     double radius = 0.0, endAngle = 0.0;
     if (!QelRequireLength(object, "radius", radius,
                           L"\nError getting radius of the Circular Arc.") ||
         !QelRequireValue(object, "endAngle", endAngle,
                          L"\nError getting endAngle of the Circular Arc."))
-        return 1;
+        return QelCreated::Failed;
     if (1e-6 > std::fabs(endAngle)) endAngle = 1e-6;
     const AcGeVector3d major = AcGeVector3d::kZAxis.perpVector().normal() * radius;
-    return placeArc(object, major, 1.0, 0.0, endAngle,
-                    {L"CircularArcGroup", L"CIRCULAR_ARC_GROUP", L"CircularArc3d", 1}, objIndex,
+    return placeArc(object, major, 1.0, 0.0, endAngle, QelClassOf(QelCode::CircularArc3d), objIndex,
                     filePath);
 }
 
-int CreateEllipticArc3d(QelObject* object, void*, int, unsigned char, unsigned objIndex,
-                        const CString* filePath) {
+QelCreated CreateEllipticArc3d(QelObject* object, void*, int, unsigned char, unsigned objIndex,
+                               const CString* filePath) {
     double radiusX = 0.0, radiusY = 0.0, startAngle = 0.0, endAngle = 0.0;
     if (!QelRequireLength(object, "radiusX", radiusX, L"\nError getting radiusX of the Ellipse.") ||
         !QelRequireLength(object, "radiusY", radiusY, L"\nError getting radiusY of the Ellipse.") ||
         !QelRequireValue(object, "startAngle", startAngle,
                          L"\nError getting startAngle of the Ellipse.") ||
         !QelRequireValue(object, "endAngle", endAngle, L"\nError getting endAngle of the Ellipse."))
-        return 1;
+        return QelCreated::Failed;
     if (endAngle < 1e-6) endAngle = 1e-6;
     // The major axis lies along local Y; a ratio out of range falls back to a circle of radius
     // radiusY, so an ellipse wider than it is long comes in as a circular arc.
@@ -107,20 +102,19 @@ int CreateEllipticArc3d(QelObject* object, void*, int, unsigned char, unsigned o
         ratio = radiusY / radiusY;
         if (!inRange(ratio)) {
             QelReportError(L"\nEllipse ratio out of range.");
-            return 1;
+            return QelCreated::Failed;
         }
     }
     return placeArc(object, AcGeVector3d(0.0, radiusY, 0.0), ratio, startAngle, endAngle,
-                    {L"EllipticArcGroup", L"ELLIPTIC_ARC_GROUP", L"EllipticArc3d", 2}, objIndex,
-                    filePath);
+                    QelClassOf(QelCode::EllipticArc3d), objIndex, filePath);
 }
 
-int CreatePolyline3d(QelObject* object, void*, int, unsigned char, unsigned objIndex,
-                     const CString* filePath) {
+QelCreated CreatePolyline3d(QelObject* object, void*, int, unsigned char, unsigned objIndex,
+                            const CString* filePath) {
     AcGePoint3dArray points;
     if (!GetPoint3dArrayParam(object, "vertices", points, true)) {
         QelReportError(L"\nError getting vertices for Polyline.");
-        return 1;
+        return QelCreated::Failed;
     }
     // In the file's order and never closed, even when the last point is the first.
     auto* polyline = new AcDb3dPolyline(AcDb::k3dSimplePoly, points, false);
@@ -129,13 +123,14 @@ int CreatePolyline3d(QelObject* object, void*, int, unsigned char, unsigned objI
     ApplyColour(object, polyline);
     if (AppendToModelSpace(polyline) != Acad::eOk) {
         QelReportError(L"\nProcess Error adding polyline to current dwg space");
-        return 1;
+        return QelCreated::Failed;
     }
+    const QelClassRow& kind = QelClassOf(QelCode::Polyline3d);
     QelMemberRecord record;
-    record.memberType = 3;
+    record.memberType = kind.code;
     record.partIndex = 0;
     const AcGePoint3d first = points.isEmpty() ? AcGePoint3d::kOrigin : points[0];
-    QelGroupTagAnnotate(object, polyline, L"Polyline3dGroup", L"POLYLINE3D_GROUP", record, objIndex,
-                        filePath, movedTo(first), AcGeMatrix3d::kIdentity, L"Polyline3d");
-    return 0;
+    QelGroupTagAnnotate(object, polyline, kind.groupName, kind.groupKey, record, objIndex, filePath,
+                        movedTo(first), AcGeMatrix3d::kIdentity, kind.xdata);
+    return QelCreated::Done;
 }

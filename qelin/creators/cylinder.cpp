@@ -7,6 +7,7 @@
 #include "creators/primitives.h"
 #include "foundation/error_report.h"
 #include "foundation/log_file.h"
+#include "import/class_table.h"
 #include "records/import_annotations.h"
 #include "records/xrecords.h"
 #include "shell/doc_data.h"
@@ -17,13 +18,12 @@
 
 namespace {
 
+const QelClassRow& kCylinder = QelClassOf(QelCode::Cylinder);
+
 // Subtype 1 is a flange of flat caps on both ends; no row of the dispatcher passes it. The solid
 // form tags it as one.
-int memberTypeOf(int subtype) {
-    return subtype == 1 ? 11 : 9;
-}
-const wchar_t* xdataOf(int subtype) {
-    return subtype == 1 ? L"Flange" : L"Cylinder";
+const QelClassRow& kindOf(int subtype) {
+    return subtype == 1 ? QelClassOf(QelCode::Flange) : kCylinder;
 }
 
 bool readSize(QelObject* object, double& radius, double& height) {
@@ -31,9 +31,11 @@ bool readSize(QelObject* object, double& radius, double& height) {
            QelRequireLength(object, "height", height, L"\nError getting height of object.");
 }
 
-int solidCylinder(QelObject* object, int subtype, unsigned objIndex, const CString* filePath) {
+QelCreated solidCylinder(QelObject* object, int subtype, unsigned objIndex,
+                         const CString* filePath) {
+    const QelClassRow& kind = kindOf(subtype);
     double radius = 0.0, height = 0.0;
-    if (!readSize(object, radius, height)) return 1;
+    if (!readSize(object, radius, height)) return QelCreated::Failed;
     radius = std::max(radius, 1e-5);
     height = std::max(height, 1e-6);
     AcGeMatrix3d translation, rotation;
@@ -43,36 +45,36 @@ int solidCylinder(QelObject* object, int subtype, unsigned objIndex, const CStri
         [&](AcDb3dSolid& s) { return status = s.createFrustum(height, radius, radius, radius); },
         L"\nCaught arx exception");
     if (!solid) {
-        if (status == Acad::eOk) return 1; // an exception, already told
+        if (status == Acad::eOk) return QelCreated::Failed; // an exception, already told
         QelLogAppend(L"\n  Error creating cylinder. ");
         QelCountError();
-        return 0;
+        return QelCreated::FailedReported;
     }
     const AcGeMatrix3d lift = AcGeMatrix3d::translation(AcGeVector3d(0.0, 0.0, height / 2.0));
     if (QelPlacePart(object, solid, lift, translation, rotation,
                      {L"\nError opening BlockTableRecord for write",
                       L"\nCould not append object to ACAD Database."})
             .isNull())
-        return 1;
+        return QelCreated::Failed;
     CString name;
-    AcDbGroup* group = QelMakeObjectGroup(L"CylinderGroup", L"CYLINDER_GROUP", name);
+    AcDbGroup* group = QelMakeObjectGroup(kind.groupName, kind.groupKey, name);
     QelGroupAppend(group, solid->objectId());
     DrawCaps(object, radius, height, translation, rotation, subtype, objIndex, filePath, group,
              true);
     QelMemberRecord record;
-    record.memberType = memberTypeOf(subtype);
+    record.memberType = kind.code;
     record.length = height;
     record.radius0 = radius;
     QelFillRecordOrigin(record, objIndex, filePath, name);
     record.Store(solid);
     AddAxisCenterLine(object, height, translation, rotation, objIndex, filePath);
-    AddXData(solid, xdataOf(subtype));
+    AddXData(solid, kind.xdata);
     const CString size =
         QelFormatDouble(radius) + L" (Radius) x " + QelFormatDouble(height) + L" (lg)";
     AddXData(solid, size);
     ImportAnnotations(object, translation, rotation, group);
     QelCloseGroup(group);
-    return 0;
+    return QelCreated::Done;
 }
 
 // The block of a size: found by its name, or defined with its one circle, coloured and tagged
@@ -109,23 +111,24 @@ AcDbObjectId cylinderBlock(QelObject* object, const CString& name, double radius
     circle->close();
     // The circle's record says what and which object, not where the file is.
     QelMemberRecord record;
-    record.memberType = 9;
+    record.memberType = kCylinder.code;
     record.length = height;
     record.objectIndex = int(objIndex);
     record.context = QelDocData().importContext;
     record.Store(circle);
-    AddXData(circle, L"Cylinder");
+    AddXData(circle, kCylinder.xdata);
     AddXData(circle, name);
     return id;
 }
 
-int blockCylinder(QelObject* object, int subtype, unsigned objIndex, const CString* filePath) {
+QelCreated blockCylinder(QelObject* object, int subtype, unsigned objIndex,
+                         const CString* filePath) {
     if (!acdbHostApplicationServices()->workingDatabase()) {
         QelReportError(L"\nError inserting Cylinder block");
-        return 0;
+        return QelCreated::FailedReported;
     }
     double radius = 0.0, height = 0.0;
-    if (!readSize(object, radius, height)) return 1;
+    if (!readSize(object, radius, height)) return QelCreated::Failed;
     AcGeMatrix3d translation, rotation;
     PoseMatrices(object, translation, rotation);
     const CString name =
@@ -133,13 +136,13 @@ int blockCylinder(QelObject* object, int subtype, unsigned objIndex, const CStri
     const AcDbObjectId block = cylinderBlock(object, name, radius, height, objIndex);
     if (block.isNull()) {
         QelReportError(L"\nError creating Cylinder block");
-        return 0;
+        return QelCreated::FailedReported;
     }
     auto* reference = new AcDbBlockReference;
     if (reference->setBlockTableRecord(block) != Acad::eOk) {
         delete reference;
         QelReportError(L"\nError finding Cylinder block in block table record.");
-        return 1;
+        return QelCreated::Failed;
     }
     reference->transformBy(translation);
     reference->transformBy(rotation);
@@ -148,29 +151,29 @@ int blockCylinder(QelObject* object, int subtype, unsigned objIndex, const CStri
     ApplyColour(object, reference);
     if (AppendToModelSpace(reference) != Acad::eOk) {
         QelReportError(L"\nError adding Cylinder block to database.");
-        return 1;
+        return QelCreated::Failed;
     }
     // The block form tags a plain cylinder whatever the subtype; only its caps follow it.
     QelMemberRecord record;
-    record.memberType = 9;
+    record.memberType = kCylinder.code;
     record.length = height;
     record.radius0 = radius;
-    AcDbGroup* group = QelGroupAndTag(reference, L"CylinderGroup", L"CYLINDER_GROUP", record,
+    AcDbGroup* group = QelGroupAndTag(reference, kCylinder.groupName, kCylinder.groupKey, record,
                                       objIndex, filePath, nullptr);
     AddAxisCenterLine(object, height, translation, rotation, objIndex, filePath);
     ImportAnnotations(object, translation, rotation, group);
     DrawCaps(object, radius, height, translation, rotation, subtype, objIndex, filePath, group,
              false);
     QelCloseGroup(group);
-    AddXData(reference, L"Cylinder");
+    AddXData(reference, kCylinder.xdata);
     AddXData(reference, name);
-    return 0;
+    return QelCreated::Done;
 }
 
 } // namespace
 
-int CreateCylinder(QelObject* object, void*, int subtype, unsigned char acisMode, unsigned objIndex,
-                   const CString* filePath) {
+QelCreated CreateCylinder(QelObject* object, void*, int subtype, unsigned char acisMode,
+                          unsigned objIndex, const CString* filePath) {
     return acisMode ? solidCylinder(object, subtype, objIndex, filePath)
                     : blockCylinder(object, subtype, objIndex, filePath);
 }

@@ -2,12 +2,8 @@
 // anonymous group, a member record with its part index on every solid.
 #pragma once
 
-#include <qel/qel.h>
-#include <win/win.h>
+#include "creators/creator.h"
 
-int CreateValve(QelObject* object, void* parent, int subtype, unsigned char acisMode,
-                unsigned objIndex, const CString* filePath);
-int CreateFlange(QelObject* object, void* parent, int subtype, unsigned char acisMode,
-                 unsigned objIndex, const CString* filePath);
-int CreateTee(QelObject* object, void* parent, int subtype, unsigned char acisMode,
-              unsigned objIndex, const CString* filePath);
+QEL_CREATOR(CreateValve);
+QEL_CREATOR(CreateFlange);
+QEL_CREATOR(CreateTee);

@@ -3,6 +3,7 @@
 #include "creators/fittings.h"
 #include "foundation/error_report.h"
 #include "foundation/log_file.h"
+#include "import/class_table.h"
 #include "objectfile/param_read.h"
 #include "records/import_annotations.h"
 
@@ -61,10 +62,10 @@ AcGeMatrix3d lift(double z) {
 
 } // namespace
 
-int CreateFlange(QelObject* object, void*, int, unsigned char, unsigned objIndex,
-                 const CString* filePath) {
+QelCreated CreateFlange(QelObject* object, void*, int, unsigned char, unsigned objIndex,
+                        const CString* filePath) {
     FlangeSizes f;
-    if (!readSizes(object, f)) return 1;
+    if (!readSizes(object, f)) return QelCreated::Failed;
     AcGeMatrix3d translation, rotation;
     PoseMatrices(object, translation, rotation);
 
@@ -81,19 +82,20 @@ int CreateFlange(QelObject* object, void*, int, unsigned char, unsigned objIndex
                            L"\n  Error creating hub base for pipe flange. ",
                            L"Could not append pipe flange to ACAD Database.", failed);
 
+    const QelClassRow& kind = QelClassOf(QelCode::PipeFlange);
     CString groupName;
-    AcDbGroup* group = QelMakeObjectGroup(L"PipeFlangeGroup", L"PIPEFLANGE_GROUP", groupName);
+    AcDbGroup* group = QelMakeObjectGroup(kind.groupName, kind.groupKey, groupName);
     QelMemberRecord record;
-    record.memberType = 53;
+    record.memberType = kind.code;
     record.radius1 = double(f.type);
     QelFillRecordOrigin(record, objIndex, filePath, groupName);
     QelTagPart(group, record, disk, 0, f.flangeRadius, f.flangeHeight);
     QelTagPart(group, record, hub, 1, f.radius, f.height - f.flangeHeight);
     ImportAnnotations(object, translation, rotation, group);
-    if (disk) QelAddXDataById(disk->objectId(), L"PipeFlange");
+    if (disk) QelAddXDataById(disk->objectId(), kind.xdata);
     if (hub) QelAddXDataById(hub->objectId(), L"PipeFlangee");
     QelCloseGroup(group);
     AddCenterLine(object, AcGePoint3d(0, 0, 0), AcGePoint3d(0, 0, f.height), translation, rotation,
                   objIndex, filePath);
-    return failed ? 1 : 0;
+    return failed ? QelCreated::Failed : QelCreated::Done;
 }

@@ -1,5 +1,6 @@
 #include "creators/creation_helpers.h"
 
+#include "import/class_table.h"
 #include "records/import_annotations.h"
 #include "records/xrecords.h"
 #include "shell/doc_data.h"
@@ -85,10 +86,11 @@ AcDbObjectId AddCenterLine(QelObject* object, const AcGePoint3d& from, const AcG
     line->transformBy(rotation);
     ApplyImportTransform(line);
     if (AppendToModelSpace(line) != Acad::eOk) return AcDbObjectId();
+    const QelClassRow& kind = QelClassOf(QelCode::CenterLine);
     QelMemberRecord record;
-    record.memberType = 28;
+    record.memberType = kind.code;
     QelFillRecordOrigin(record, objIndex, filePath, CString());
-    QelTagEntity(line, record, L"Center Line");
+    QelTagEntity(line, record, kind.xdata);
     return line->objectId();
 }
 

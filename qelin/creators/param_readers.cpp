@@ -2,19 +2,16 @@
 
 #include "foundation/error_report.h"
 #include "foundation/units.h"
+#include "objectfile/param_read.h"
 #include "shell/doc_data.h"
 
 #include <cmath>
 
 namespace {
 
-QelParam* findParam(QelObject* object, const char* name) {
-    return object ? object->GetParam(name, 0) : nullptr;
-}
-
 // The values of a double array param, or false for an absent param or one of another type.
 bool doubleArray(QelObject* object, const char* name, double*& values, unsigned& count) {
-    QelParam* param = findParam(object, name);
+    QelParam* param = QelParamOf(object, name);
     if (!param || param->GetType() != QelDoubleArrayType) return false;
     values = nullptr;
     count = 0;
@@ -48,7 +45,7 @@ bool readPoints(QelObject* object, const char* name, AcGePoint3dArray& points, b
 }
 
 QelObject* nestedObject(QelObject* object, const char* name) {
-    QelParam* param = findParam(object, name);
+    QelParam* param = QelParamOf(object, name);
     if (!param) return nullptr;
     QelObject* nested = nullptr;
     param->GetValue(nested);
@@ -72,7 +69,7 @@ double QelToDrawing(double metres) {
 }
 
 bool GetDoubleParam(QelObject* object, const char* name, double& value, bool convert) {
-    QelParam* param = findParam(object, name);
+    QelParam* param = QelParamOf(object, name);
     if (!param) return false;
     double read = 0.0;
     param->GetValue(read);
@@ -81,7 +78,7 @@ bool GetDoubleParam(QelObject* object, const char* name, double& value, bool con
 }
 
 bool GetFloatParam(QelObject* object, const char* name, float& value, bool convert) {
-    QelParam* param = findParam(object, name);
+    QelParam* param = QelParamOf(object, name);
     if (!param) return false;
     float read = 0.0f;
     param->GetValue(read);
@@ -90,7 +87,7 @@ bool GetFloatParam(QelObject* object, const char* name, float& value, bool conve
 }
 
 bool GetPointParam(QelObject* object, const char* name, AcGePoint3d& point, bool convert) {
-    QelParam* param = findParam(object, name);
+    QelParam* param = QelParamOf(object, name);
     if (!param) return false;
     double* values = nullptr;
     unsigned count = 0;
@@ -139,7 +136,7 @@ bool GetPoseTranslation(QelObject* object, const char* name, AcGePoint3d& point)
 }
 
 bool GetPoseRotation(QelObject* object, const char* name, double quad[4]) {
-    QelParam* param = findParam(nestedObject(object, name), "rotation");
+    QelParam* param = QelParamOf(nestedObject(object, name), "rotation");
     if (!param) return false;
     double* values = nullptr;
     unsigned count = 0;

@@ -5,6 +5,7 @@
 #include "creators/primitives.h"
 #include "foundation/error_report.h"
 #include "foundation/log_file.h"
+#include "import/class_table.h"
 #include "records/import_annotations.h"
 
 #include <arx/aced.h>
@@ -32,45 +33,45 @@ AcDbEntity* placeSolid(QelObject* object, AcDb3dSolid* solid, const AcGeMatrix3d
 struct RoundKind {
     const wchar_t* noModelSpace;
     const wchar_t* appendFailed;
-    const wchar_t* groupName;
-    const wchar_t* key;
-    const wchar_t* xdata;
-    int memberType;
+    int code;
     bool groupedWhenNotAppended;
 };
 
-int roundSolid(QelObject* object, const std::function<Acad::ErrorStatus(AcDb3dSolid&)>& build,
-               const RoundKind& kind, double length, unsigned objIndex, const CString* filePath) {
+QelCreated roundSolid(QelObject* object,
+                      const std::function<Acad::ErrorStatus(AcDb3dSolid&)>& build,
+                      const RoundKind& kind, double length, unsigned objIndex,
+                      const CString* filePath) {
     AcGeMatrix3d translation, rotation;
     PoseMatrices(object, translation, rotation);
     AcDb3dSolid* solid = QelBuildSolid(build, kCaught);
-    if (!solid) return 1;
+    if (!solid) return QelCreated::Failed;
     AcDbEntity* placed = placeSolid(object, solid, AcGeMatrix3d::kIdentity, translation, rotation,
                                     {kind.noModelSpace, kind.appendFailed});
-    if (!placed && !kind.groupedWhenNotAppended) return 1;
+    if (!placed && !kind.groupedWhenNotAppended) return QelCreated::Failed;
+    const QelClassRow& row = QelClassOf(kind.code);
     QelMemberRecord record;
-    record.memberType = kind.memberType;
+    record.memberType = row.code;
     record.length = length;
-    QelGroupTagAnnotate(object, placed, kind.groupName, kind.key, record, objIndex, filePath,
-                        translation, rotation, kind.xdata);
-    return 0;
+    QelGroupTagAnnotate(object, placed, row.groupName, row.groupKey, record, objIndex, filePath,
+                        translation, rotation, row.xdata);
+    return QelCreated::Done;
 }
 
 } // namespace
 
-int CreateCone(QelObject* object, void*, int, unsigned char, unsigned objIndex,
-               const CString* filePath) {
+QelCreated CreateCone(QelObject* object, void*, int, unsigned char, unsigned objIndex,
+                      const CString* filePath) {
     double radius0 = 0.0, radius1 = 0.0, height = 0.0;
     if (!QelRequireLength(object, "radius0", radius0, L"\nError getting radius0 of Cone.") ||
         !QelRequireLength(object, "radius1", radius1, L"\nError getting radius1 of Cone.") ||
         !QelRequireLength(object, "height", height, L"\nError getting height of Cone."))
-        return 1;
+        return QelCreated::Failed;
     radius0 = std::max(radius0, 1e-5);
     radius1 = std::max(radius1, 1e-5);
     // The limit is 1e-5 and the message says 1e-6: both as they have always been.
     if (1e-5 >= height) {
         QelReportError(L"\nHeight of cone out of range. (< 1e-6)");
-        return 1;
+        return QelCreated::Failed;
     }
     AcGeMatrix3d translation, rotation;
     PoseMatrices(object, translation, rotation);
@@ -80,7 +81,7 @@ int CreateCone(QelObject* object, void*, int, unsigned char, unsigned objIndex,
         kCaught);
     if (!solid) {
         if (status != Acad::eOk) QelReportError(L"\nError creating cone");
-        return 1;
+        return QelCreated::Failed;
     }
     // The centroid is taken with the base at local z = 0, before the pose.
     solid->transformBy(liftBy(height));
@@ -91,54 +92,55 @@ int CreateCone(QelObject* object, void*, int, unsigned char, unsigned objIndex,
     solid->getMassProp(volume, centroid, moments, products, principal, axes, gyration, extents);
     AcDbEntity* cone = placeSolid(object, solid, AcGeMatrix3d::kIdentity, translation, rotation,
                                   {nullptr, L"\nCould not append Cone to ACAD Database."});
-    if (!cone) return 1;
+    if (!cone) return QelCreated::Failed;
+    const QelClassRow& row = QelClassOf(QelCode::Cone);
     QelMemberRecord record;
-    record.memberType = 10;
+    record.memberType = row.code;
     record.length = height;
     record.radius0 = radius0;
     record.radius1 = radius1;
     record.centroid = centroid.z;
     AcDbGroup* group =
-        QelGroupAndTag(cone, L"ConeGroup", L"CONE_GROUP", record, objIndex, filePath, L"Cone");
+        QelGroupAndTag(cone, row.groupName, row.groupKey, record, objIndex, filePath, row.xdata);
     AddAxisCenterLine(object, height, translation, rotation, objIndex, filePath);
     ImportAnnotations(object, translation, rotation, group);
     QelCloseGroup(group);
-    return 0;
+    return QelCreated::Done;
 }
 
-int CreateSphere(QelObject* object, void*, int, unsigned char, unsigned objIndex,
-                 const CString* filePath) {
+QelCreated CreateSphere(QelObject* object, void*, int, unsigned char, unsigned objIndex,
+                        const CString* filePath) {
     double radius = 0.0;
-    if (!QelRequireLength(object, "radius", radius, L"\nError getting radius of sphere.")) return 1;
+    if (!QelRequireLength(object, "radius", radius, L"\nError getting radius of sphere."))
+        return QelCreated::Failed;
     return roundSolid(
         object, [&](AcDb3dSolid& s) { return s.createSphere(radius); },
-        {nullptr, L"\nCould not append Sphere to ACAD Database.", L"SphereGroup", L"SPHERE_GROUP",
-         L"Sphere", 13, false},
-        radius, objIndex, filePath);
+        {nullptr, L"\nCould not append Sphere to ACAD Database.", QelCode::Sphere, false}, radius,
+        objIndex, filePath);
 }
 
-int CreateTorus(QelObject* object, void*, int, unsigned char, unsigned objIndex,
-                const CString* filePath) {
+QelCreated CreateTorus(QelObject* object, void*, int, unsigned char, unsigned objIndex,
+                       const CString* filePath) {
     double major = 0.0, minor = 0.0;
     if (!QelRequireLength(object, "majorRadius", major, L"\nError getting majorRadius of torus.") ||
         !QelRequireLength(object, "minorRadius", minor, L"\nError getting minorRadius of torus."))
-        return 1;
+        return QelCreated::Failed;
     // A torus that could not be appended still gets its group, empty, and its annotations.
     return roundSolid(
         object, [&](AcDb3dSolid& s) { return s.createTorus(major, minor); },
         {L"\nError getting BlockTableRecord", L"\nCould not append Torus to ACAD Database.",
-         L"TorusGroup", L"TORUS_GROUP", L"Torus", 14, true},
+         QelCode::Torus, true},
         major, objIndex, filePath);
 }
 
-int CreateRectangularBox(QelObject* object, void*, int, unsigned char, unsigned objIndex,
-                         const CString* filePath) {
+QelCreated CreateRectangularBox(QelObject* object, void*, int, unsigned char, unsigned objIndex,
+                                const CString* filePath) {
     double height = 0.0, width = 0.0, depth = 0.0;
     if (!QelRequireLength(object, "height", height,
                           L"\nError getting height of Rectangular Box.") ||
         !QelRequireLength(object, "width", width, L"\nError getting width of Rectangular Box.") ||
         !QelRequireLength(object, "depth", depth, L"\nError getting depth of Rectangular Box."))
-        return 1;
+        return QelCreated::Failed;
     AcGeMatrix3d translation, rotation;
     PoseMatrices(object, translation, rotation);
     // Depth along local X, width along Y, height along Z. A box the host refuses is dropped
@@ -146,20 +148,21 @@ int CreateRectangularBox(QelObject* object, void*, int, unsigned char, unsigned 
     Acad::ErrorStatus status = Acad::eOk;
     AcDb3dSolid* solid = QelBuildSolid(
         [&](AcDb3dSolid& s) { return status = s.createBox(depth, width, height); }, kCaught);
-    if (!solid) return status == Acad::eOk ? 1 : 0;
+    if (!solid) return status == Acad::eOk ? QelCreated::Failed : QelCreated::FailedReported;
     AcDbEntity* box = placeSolid(object, solid, liftBy(height), translation, rotation,
                                  {L"\n Error reading RectBox BlockTableRecord.",
                                   L"Could not append RectBox to ACAD Database."});
     if (!box) {
         acutPrintf(L"\n End process RectBox\n");
-        return 1;
+        return QelCreated::Failed;
     }
+    const QelClassRow& row = QelClassOf(QelCode::RectangularBox);
     QelMemberRecord record;
-    record.memberType = 35;
+    record.memberType = row.code;
     record.length = height;
     record.width = width;
     record.depth = depth;
-    QelGroupTagAnnotate(object, box, L"RectBoxGroup", L"RECTBOX_GROUP", record, objIndex, filePath,
-                        translation, rotation, L"RectangularBox");
-    return 0;
+    QelGroupTagAnnotate(object, box, row.groupName, row.groupKey, record, objIndex, filePath,
+                        translation, rotation, row.xdata);
+    return QelCreated::Done;
 }

@@ -2,6 +2,7 @@
 #include "creators/fitting_parts.h"
 #include "creators/fittings.h"
 #include "foundation/error_report.h"
+#include "import/class_table.h"
 #include "records/import_annotations.h"
 
 #include <arx/dbdict.h>
@@ -34,13 +35,13 @@ bool sizesFit(const TeeSizes& t) {
 
 } // namespace
 
-int CreateTee(QelObject* object, void*, int, unsigned char, unsigned objIndex,
-              const CString* filePath) {
+QelCreated CreateTee(QelObject* object, void*, int, unsigned char, unsigned objIndex,
+                     const CString* filePath) {
     TeeSizes t;
-    if (!QelReadSizes(object, kTeeSizes, t)) return 1;
+    if (!QelReadSizes(object, kTeeSizes, t)) return QelCreated::Failed;
     if (!sizesFit(t)) {
         QelReportError(L"Invalid tee parameter values.");
-        return 1;
+        return QelCreated::Failed;
     }
     AcGeMatrix3d translation, rotation;
     PoseMatrices(object, translation, rotation);
@@ -62,16 +63,17 @@ int CreateTee(QelObject* object, void*, int, unsigned char, unsigned objIndex,
     AddCenterLine(object, AcGePoint3d(0, 0, 0), AcGePoint3d(t.branchHeight, 0, 0), translation,
                   rotation, objIndex, filePath);
 
+    const QelClassRow& kind = QelClassOf(QelCode::PipeTee);
     CString groupName;
-    AcDbGroup* group = QelMakeObjectGroup(L"PipeTeeGroup", L"PIPETEE_GROUP", groupName);
+    AcDbGroup* group = QelMakeObjectGroup(kind.groupName, kind.groupKey, groupName);
     QelMemberRecord record;
-    record.memberType = 54;
+    record.memberType = kind.code;
     QelFillRecordOrigin(record, objIndex, filePath, groupName);
     QelTagPart(group, record, run, 0, t.radius, t.height);
     QelTagPart(group, record, branch, 1, t.branchRadius, t.branchHeight);
     ImportAnnotations(object, translation, rotation, group);
     for (AcDbEntity* part : {run, branch})
-        if (part) QelAddXDataById(part->objectId(), L"PipeTee");
+        if (part) QelAddXDataById(part->objectId(), kind.xdata);
     QelCloseGroup(group);
-    return failed ? 1 : 0;
+    return failed ? QelCreated::Failed : QelCreated::Done;
 }

@@ -3,6 +3,7 @@
 #include "creators/fitting_parts.h"
 #include "creators/fittings.h"
 #include "foundation/error_report.h"
+#include "import/class_table.h"
 #include "records/import_annotations.h"
 
 #include <arx/dbdict.h>
@@ -72,15 +73,15 @@ AcDb3dSolid* cone(const ValveSizes& v) {
 
 } // namespace
 
-int CreateValve(QelObject* object, void*, int subtype, unsigned char, unsigned objIndex,
-                const CString* filePath) {
+QelCreated CreateValve(QelObject* object, void*, int subtype, unsigned char, unsigned objIndex,
+                       const CString* filePath) {
     AcGePoint3d origin;
     if (!GetPoseTranslation(object, "pose", origin)) {
         QelReportError(L"\nError getting translation info.");
-        return 1;
+        return QelCreated::Failed;
     }
     ValveSizes v;
-    if (!QelReadSizes(object, kValveSizes, v)) return 1;
+    if (!QelReadSizes(object, kValveSizes, v)) return QelCreated::Failed;
     AcGeMatrix3d translation, rotation;
     PoseMatrices(object, translation, rotation);
 
@@ -102,8 +103,9 @@ int CreateValve(QelObject* object, void*, int subtype, unsigned char, unsigned o
         },
         L"\nCaught arx exception error", L"\nError creating hand wheel of valve.");
 
+    const QelClassRow& kind = QelClassOf(QelCode::Valve);
     CString groupName;
-    AcDbGroup* group = QelMakeObjectGroup(L"ValveGroup", L"VALVE_GROUP", groupName);
+    AcDbGroup* group = QelMakeObjectGroup(kind.groupName, kind.groupKey, groupName);
     AcDbObjectId ids[4]; // by part index
     bool whole = true;
     for (const ValvePart& part : parts) {
@@ -121,7 +123,7 @@ int CreateValve(QelObject* object, void*, int subtype, unsigned char, unsigned o
         QelGroupAppend(group, id);
         // The record starts afresh for each part.
         QelMemberRecord record;
-        record.memberType = 16;
+        record.memberType = kind.code;
         record.length = v.length;
         record.radius0 = v.coneRadius;
         record.radius1 = 0.0;
@@ -141,8 +143,8 @@ int CreateValve(QelObject* object, void*, int subtype, unsigned char, unsigned o
     DrawCaps(object, v.coneRadius, v.length, translation, rotation, subtype, objIndex, filePath,
              group, true);
     QelCloseGroup(group);
-    const wchar_t* xdata[4] = {L"Valve", L"Valve", L"Valve_Hand_Wheel", L"Valve_Stem"};
+    const wchar_t* xdata[4] = {kind.xdata, kind.xdata, L"Valve_Hand_Wheel", L"Valve_Stem"};
     for (int part : {0, 1, 3, 2})
         if (!ids[part].isNull()) QelAddXDataById(ids[part], xdata[part]);
-    return whole ? 0 : 1;
+    return whole ? QelCreated::Done : QelCreated::Failed;
 }

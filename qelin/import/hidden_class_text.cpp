@@ -1,6 +1,6 @@
 #include "hidden_class_text.h"
 
-#include "objectfile/catalogue.h"
+#include "import/class_table.h"
 
 #include <string>
 

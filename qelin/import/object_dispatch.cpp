@@ -1,7 +1,5 @@
 #include "import/object_dispatch.h"
 
-#include "creators/fittings.h"
-#include "creators/primitives.h"
 #include "foundation/error_report.h"
 #include "foundation/log_file.h"
 #include "foundation/state_guards.h"
@@ -18,10 +16,12 @@
 
 namespace {
 
-constexpr QelCreator None = QelCreateNothing;
-constexpr QelCreator Later = QelCreatorNotBuilt;
+// Every row passes 0 as the creator's subtype.
+constexpr int kRowArgument = 0;
 
-std::bitset<QelObjectNameRowCount> g_mentioned;
+std::bitset<QelDispatchRowCount> g_mentioned;
+// Creators standing in for the rows' own (QelCreatorSwap); null where the row's own is called.
+std::array<QelCreator, QelDispatchRowCount> g_swapped{};
 
 // The message of an unknown class has a wide format of 16-bit characters and passes the narrow
 // name as it is, so the user sees the name's bytes taken two by two as one character each.
@@ -39,64 +39,29 @@ std::wstring NarrowAsWide(const char* name) {
 
 } // namespace
 
-QelObjectNameRow QelObjectNameTable[QelObjectNameRowCount] = {
-    {"Line3d", CreateLine3d, 0},                 // 0
-    {"CircularArc3d", CreateCircularArc3d, 0},   // 1
-    {"EllipticArc3d", CreateEllipticArc3d, 0},   // 2
-    {"Polyline3d", CreatePolyline3d, 0},         // 3
-    {"StdShape", Later, 0},                      // 4
-    {"BSplineCurve3d", CreateBSplineCurve3d, 0}, // 5
-    {"PlanarPatch", Later, 0},                   // 6
-    {"PlanarPolylineExtrusion", Later, 0},       // 7
-    {"StdShapeExtrusion", Later, 0},             // 8
-    {"Cylinder", CreateCylinder, 0},             // 9
-    {"Cone", CreateCone, 0},                     // 10
-    {"Reducer", Later, 0},                       // 11
-    {"Sphere", CreateSphere, 0},                 // 12
-    {"Torus", CreateTorus, 0},                   // 13
-    {"Elbow", Later, 0},                         // 14
-    {"Valve", CreateValve, 0},                   // 15
-    {"RectangularBox", CreateRectangularBox, 0}, // 16
-    {"Flange", CreateFlange, 0},                 // 17
-    {"Tee", CreateTee, 0},                       // 18
-    {"Vertex3d", Later, 0},                      // 19
-    {"GeometricGroup", Later, 0},                // 20
-    {"ExclusionVolume", Later, 0},               // 21
-    {"Pointset", Later, 0},                      // 22
-    {"TriMesh", Later, 0},                       // 23
-    {"ContourObj", Later, 0},                    // 24
-    {"Layer", None, 0},                          // 25
-    {"LayerMgr", None, 0},                       // 26
-    {"ModelSpace", None, 0},                     // 27
-    {"Header", None, 0},                         // 28
-    {"ReducingElbow", Later, 0},                 // 29
-    {"PipeBranch", None, 0},                     // 30
-};
-
-int QelCreateNothing(QelObject*, void*, int, unsigned char, unsigned, const CString*) {
-    return 0;
-}
-
-int QelCreatorNotBuilt(QelObject* object, void*, int, unsigned char, unsigned, const CString*) {
-    for (int row = 0; row < QelObjectNameRowCount; ++row) {
-        if (::strcasecmp(QelObjectNameTable[row].className, object->GetName()) != 0) continue;
-        if (!g_mentioned.test(row))
-            acutPrintf(L"\n %hs objects are not imported in this build: skipped.\n",
-                       QelObjectNameTable[row].className);
-        g_mentioned.set(row);
-        break;
-    }
-    return 0;
-}
-
 void QelResetCreatorNotices() {
     g_mentioned.reset();
 }
 
+QelCreatorSwap::QelCreatorSwap(QelCreator creator, const char* className) : m_saved(g_swapped) {
+    for (int row = 0; row < QelDispatchRowCount; ++row) {
+        const QelClassRow* entry = QelDispatchRow(row);
+        if (!entry) continue;
+        const bool named = className && ::strcasecmp(entry->className, className) == 0;
+        if (named || (!className && entry->creator != QelCreateNothing))
+            g_swapped[std::size_t(row)] = creator;
+    }
+}
+
+QelCreatorSwap::~QelCreatorSwap() {
+    g_swapped = m_saved;
+}
+
 bool QelInObject::Lookup(QelJob& job, const char* className) {
-    rowCount = QelObjectNameRowCount;
+    rowCount = QelDispatchRowCount;
     for (rowIndex = 0; rowIndex < rowCount; ++rowIndex)
-        if (::strcasecmp(QelObjectNameTable[rowIndex].className, className) == 0) {
+        if (const QelClassRow* row = QelDispatchRow(rowIndex);
+            row && ::strcasecmp(row->className, className) == 0) {
             job.typeIndex = unsigned(rowIndex);
             found = 1;
             return true;
@@ -119,10 +84,18 @@ void DispatchObject(QelJob& job, QelObject* object, void* parent, unsigned char 
         for (unsigned i = 0; i < doc.hiddenClasses.GetCount(); ++i)
             if (doc.hiddenClasses[i] == job.typeIndex) return;
     const int row = int(job.typeIndex);
-    if (row >= 0 && row < in.rowCount) {
-        const QelObjectNameRow& entry = QelObjectNameTable[row];
-        in.result =
-            entry.creator(object, in.parent, entry.argument, asAcisSolids, reference, fileName);
+    if (const QelClassRow* entry = QelDispatchRow(row)) {
+        const QelCreator creator =
+            g_swapped[std::size_t(row)] ? g_swapped[std::size_t(row)] : entry->creator;
+        const QelCreated created =
+            creator(object, in.parent, kRowArgument, asAcisSolids, reference, fileName);
+        if (created == QelCreated::NotBuilt && !g_mentioned.test(std::size_t(row))) {
+            acutPrintf(L"\n %hs objects are not imported in this build: skipped.\n",
+                       entry->className);
+            g_mentioned.set(std::size_t(row));
+        }
+        // Only a failure the creator has left to the dispatcher counts here.
+        in.result = created == QelCreated::Failed ? 1 : 0;
         in.found = in.result == 0;
     }
     if (in.result != 0) {

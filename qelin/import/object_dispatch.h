@@ -1,36 +1,31 @@
-// The dispatcher's class table: one row per class of the file that an import knows, with the
-// creator that turns such an object into entities. The row number is the object's type index.
+// The dispatcher: finds an object's class among its rows (import/class_table.h) and calls the
+// creator that turns the object into entities. The row number is the object's type index.
 #pragma once
 
+#include "import/class_table.h"
 #include "import/qel_job.h"
 
 #include <qel/qel.h>
 #include <win/win.h>
 
-// A creator: the object, the parent (null), the row's int (0), 1 for solids or 0 for blocks,
-// the object's reference number and the file's name. 0 for success.
-using QelCreator = int (*)(QelObject* object, void* parent, int rowArgument,
-                           unsigned char asAcisSolids, unsigned reference, const CString* fileName);
+#include <array>
 
-struct QelObjectNameRow {
-    const char* className;
-    QelCreator creator;
-    int argument;
-};
-
-inline constexpr int QelObjectNameRowCount = 31;
-// Not const: the creators take their rows as they come into the build.
-extern QelObjectNameRow QelObjectNameTable[QelObjectNameRowCount];
-
-// Classes that are known and make nothing.
-int QelCreateNothing(QelObject* object, void* parent, int rowArgument, unsigned char asAcisSolids,
-                     unsigned reference, const CString* fileName);
-// Classes whose creator this build doesn't have: says so once per class and run, makes nothing
-// and succeeds, so that the rest of the import goes on.
-int QelCreatorNotBuilt(QelObject* object, void* parent, int rowArgument, unsigned char asAcisSolids,
-                       unsigned reference, const CString* fileName);
-// Forgets which classes were mentioned, at the start of a file read.
+// Forgets which classes were mentioned as not built, at the start of a file read.
 void QelResetCreatorNotices();
+
+// For its lifetime the dispatcher calls creator in place of the creator of the class named, or
+// of every class that makes something when no name is given: for watching an import's walk
+// whichever creators the build has.
+class QelCreatorSwap {
+public:
+    explicit QelCreatorSwap(QelCreator creator, const char* className = nullptr);
+    ~QelCreatorSwap();
+    QelCreatorSwap(const QelCreatorSwap&) = delete;
+    QelCreatorSwap& operator=(const QelCreatorSwap&) = delete;
+
+private:
+    std::array<QelCreator, QelDispatchRowCount> m_saved;
+};
 
 // One object in the dispatcher's hands.
 class QelInObject {

@@ -1,10 +1,6 @@
 #include "objectfile/catalogue.h"
 
-#include <algorithm>
-#include <array>
 #include <cstring>
-#include <strings.h>
-#include <vector>
 
 namespace {
 
@@ -300,74 +296,6 @@ const QelClassSpec kClasses[] = {
     {"HemiSphericCap", false, kNone},
 };
 
-// Object-type codes of the classes met on import.
-constexpr QelTypeCode kImportCodes[] = {
-    {0, "Line3d"},
-    {1, "CircularArc3d"},
-    {2, "EllipticArc3d"},
-    {3, "Polyline3d"},
-    {4, "StdShape"},
-    {5, "BSplineCurve3d"},
-    {6, "PlanarPatch"},
-    {7, "PlanarPolylineExtrusion"},
-    {8, "StdShapeExtrusion"},
-    {9, "Cylinder"},
-    {10, "Cone"},
-    {11, "Flange"},
-    {12, "Reducer"},
-    {13, "Sphere"},
-    {14, "Torus"},
-    {15, "Elbow"},
-    {16, "Valve"},
-    {17, "Vertex3d"},
-    {18, "GeometricGroup"},
-    {19, "ExclusionVolume"},
-    {20, "Pointset"},
-    {21, "Layer"},
-    {22, "LayerMgr"},
-    {23, "ModelSpace"},
-    {24, "Header"},
-    {25, "FlatCap"},
-    {26, "HemisphericCap"},
-    {27, "SemiEllipticCap"},
-    {28, "CenterLine"},
-    {35, "RectangularBox"},
-    {36, "TriMesh"},
-    {37, "ContourObj"},
-    {38, "BottomCenterLine"},
-    {52, "ReducingElbow"},
-    {53, "PipeFlange"},
-    {54, "PipeTee"},
-};
-
-// The names the view's "hiddenClasses" may hold. Their numbers are the object-type codes above,
-// not the rows of the dispatcher's table.
-constexpr const char* kHiddenClassNames[] = {
-    "Line3d",
-    "CircularArc3d",
-    "EllipticArc3d",
-    "Polyline3d",
-    "StdShape",
-    "BSplineCurve3d",
-    "PlanarPatch",
-    "PlanarPolylineExtrusion",
-    "StdShapeExtrusion",
-    "Cylinder",
-    "Cone",
-    "Flange",
-    "Reducer",
-    "Sphere",
-    "Torus",
-    "Elbow",
-    "Valve",
-    "Vertex3d",
-    "RectangularBox",
-    "TriMesh",
-    "ContourObj",
-    "PipeFlange",
-    "PipeTee",
-};
-
 } // namespace
 
 std::span<const QelClassSpec> QelCatalogue() {
@@ -399,29 +327,4 @@ bool QelCountFits(const QelParamDef& def, unsigned count) {
     if (!*rule || std::strcmp(rule, "n") == 0) return true;
     const unsigned size = unsigned(rule[0] - '0');
     return rule[1] == 'n' ? count % size == 0 : count == size;
-}
-
-std::span<const QelTypeCode> QelImportTypeCodes() {
-    return kImportCodes;
-}
-
-std::span<const QelTypeCode> QelHiddenClassTable() {
-    static const std::vector<QelTypeCode> table = [] {
-        std::vector<QelTypeCode> rows;
-        for (const char* name : kHiddenClassNames)
-            for (const QelTypeCode& code : kImportCodes)
-                if (std::strcmp(code.name, name) == 0) rows.push_back({code.code, name});
-        return rows;
-    }();
-    return table;
-}
-
-bool QelHiddenClassNumber(const char* name, unsigned& number) {
-    if (!name) return false;
-    for (const QelTypeCode& row : QelHiddenClassTable())
-        if (::strcasecmp(row.name, name) == 0) {
-            number = row.code;
-            return true;
-        }
-    return false;
 }

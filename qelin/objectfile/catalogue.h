@@ -44,15 +44,3 @@ const QelParamDef* QelFindParam(const QelClassSpec& cls, const char* paramName);
 std::span<const QelParamDef> QelCommonGeometricParams();
 // True when count elements fit the count rule of the param's definition ("3", "3n", ...).
 bool QelCountFits(const QelParamDef& def, unsigned count);
-
-// Object-type codes of the classes met on import, as member records keep them.
-struct QelTypeCode {
-    unsigned code;
-    const char* name;
-};
-std::span<const QelTypeCode> QelImportTypeCodes();
-
-// The hidden-class table: names of the view's "hiddenClasses" text and the numbers they turn
-// into, compared without regard to case. False for a name that isn't in the table.
-bool QelHiddenClassNumber(const char* name, unsigned& number);
-std::span<const QelTypeCode> QelHiddenClassTable();

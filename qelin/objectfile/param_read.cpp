@@ -4,8 +4,10 @@
 
 namespace {
 
+QelParamReadWatcher g_watcher = nullptr;
+
 QelParam* find(QelObject* object, const char* name, int type = 0) {
-    QelParam* param = object ? object->GetParam(name, 0) : nullptr;
+    QelParam* param = QelParamOf(object, name);
     if (param && type && param->GetType() != type) return nullptr;
     return param;
 }
@@ -29,6 +31,16 @@ bool readArray(QelObject* object, const char* name, QelArray<T>& out) {
 }
 
 } // namespace
+
+QelParam* QelParamOf(QelObject* object, const char* name) {
+    if (!object) return nullptr;
+    if (g_watcher) g_watcher(*object, name);
+    return object->GetParam(name, 0);
+}
+
+void QelWatchParamReads(QelParamReadWatcher watcher) {
+    g_watcher = watcher;
+}
 
 bool QelReadString(QelObject* object, const char* name, CString& out) {
     QelParam* param = find(object, name);

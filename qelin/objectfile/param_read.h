@@ -18,6 +18,14 @@ struct QelUnref {
 };
 using QelObjectRef = std::unique_ptr<QelObject, QelUnref>;
 
+// The param of that name, or null (a null object too). Every param an importer reads by name is
+// found here.
+QelParam* QelParamOf(QelObject* object, const char* name);
+// While set, told the object and the name of every param QelParamOf is asked for: for checking
+// that the importers ask only for params the catalogue has. Null stops it.
+using QelParamReadWatcher = void (*)(QelObject& object, const char* name);
+void QelWatchParamReads(QelParamReadWatcher watcher);
+
 // A string param, turned wide.
 bool QelReadString(QelObject* object, const char* name, CString& out);
 // An unsigned param; a null object counts as absent.

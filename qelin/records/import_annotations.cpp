@@ -2,6 +2,7 @@
 
 #include "creators/creation_helpers.h"
 #include "foundation/string_ring.h"
+#include "objectfile/param_read.h"
 #include "records/annotate_record.h"
 #include "records/annotation_names.h"
 
@@ -96,7 +97,7 @@ void addText(const std::wstring& name, const std::wstring& text, int type, doubl
 
 bool importAnnotations(QelObject* object, const AcGeMatrix3d& translation,
                        const AcGeMatrix3d& rotation, AcDbGroup* group, const AnnotationForm& form) {
-    QelParam* outer = object ? object->GetParam("annotations", 0) : nullptr;
+    QelParam* outer = QelParamOf(object, "annotations");
     if (!outer || outer->GetType() != QelObjectType) return false;
     QelObject* annotations = nullptr;
     outer->GetValue(annotations);
@@ -114,7 +115,7 @@ bool importAnnotations(QelObject* object, const AcGeMatrix3d& translation,
         if (param->GetType() != QelObjectType) continue;
         QelObject* annotation = nullptr;
         param->GetValue(annotation);
-        QelParam* value = annotation ? annotation->GetParam("value", 0) : nullptr;
+        QelParam* value = QelParamOf(annotation, "value");
         if (!value) continue;
         std::wstring text;
         int type = QelStringType;

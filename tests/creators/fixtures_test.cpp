@@ -4,10 +4,14 @@
 #include "drawing_summary.h"
 #include "import_fixture.h"
 
+#include "objectfile/catalogue.h"
+#include "objectfile/param_read.h"
 #include "shell/doc_data.h"
 
 #include <fstream>
+#include <set>
 #include <sstream>
+#include <strings.h>
 
 namespace {
 
@@ -64,8 +68,24 @@ Expectation readExpectation(const std::filesystem::path& path) {
     return out;
 }
 
+// The params the import asked for that the catalogue doesn't list for the object's class (its
+// name in any case, as the dispatcher takes it), as "Class.param".
+std::set<std::string> g_unlisted;
+
+void noteUnlisted(QelObject& object, const char* name) {
+    for (const QelClassSpec& cls : QelCatalogue())
+        if (::strcasecmp(cls.name, object.GetName()) == 0 && QelFindParam(cls, name)) return;
+    g_unlisted.insert(std::string(object.GetName()) + "." + name);
+}
+
 class CreatorFixture : public qelintest::ImportTest,
-                       public ::testing::WithParamInterface<std::string> {};
+                       public ::testing::WithParamInterface<std::string> {
+protected:
+    void TearDown() override {
+        QelWatchParamReads(nullptr);
+        ImportTest::TearDown();
+    }
+};
 
 TEST_P(CreatorFixture, ImportsAsExpected) {
     const std::filesystem::path folder = QEL_CREATOR_FIXTURE_DIR;
@@ -81,7 +101,12 @@ TEST_P(CreatorFixture, ImportsAsExpected) {
     job.logFilePath = QelLogFilePath();
     QelLogCreate();
     WriteNumber(QEL_SETTINGS_KEY, L"SurpressErrorMessages", 0);
+    g_unlisted.clear();
+    QelWatchParamReads(noteUnlisted);
     ReadQelFile(job);
+    QelWatchParamReads(nullptr);
+    // Every name a reader asks for is one the catalogue has for that class.
+    EXPECT_TRUE(g_unlisted.empty()) << "read but not in the catalogue: " << *g_unlisted.begin();
 
     const std::vector<std::string> actual = creatorstest::SummariseDrawing();
     std::string all;

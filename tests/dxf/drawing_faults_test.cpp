@@ -29,29 +29,33 @@ struct Fault {
     const char* name;
     std::string text;
     const char* says;
-    size_t line; // 0: any line
 };
 
 TEST(DrawingFaults, EachIsRefusedWithItsLineAndReason) {
     const std::string whole = fixtureText("ezdxf-every-kind.dxf");
     const std::vector<Fault> faults = {
-        {"truncated", whole.substr(0, whole.size() / 2), "", 0},
-        {"code not a number", damaged("AcDbLine", " 10\n", "1x0\n"), "", 0},
+        {"truncated after a group code", whole.substr(0, whole.find("\n  0\nLINE\n") + 5),
+         "group code 0 has no value line"},
+        {"truncated between two pairs", whole.substr(0, whole.find("\n  0\nLINE\n") + 1),
+         "section BLOCKS is not closed"},
+        {"code not a number", damaged("AcDbLine", " 10\n", "1x0\n"),
+         "group code '1x0' is not a number"},
         {"dangling group member", damaged("AcDbGroup", "340\n91\n", "340\nFFFF0\n"),
-         "refers to handle FFFF0", 0},
-        {"handle twice", damaged("\n  0\nCIRCLE\n", "  5\n98\n", "  5\n91\n"), "used twice", 0},
-        {"count below zero", damaged("AcDbPolyline", " 90\n", " 90\n-"), "group 90", 0},
+         "refers to handle FFFF0"},
+        {"handle twice", damaged("\n  0\nCIRCLE\n", "  5\n98\n", "  5\n91\n"), "used twice"},
+        {"count below zero", damaged("AcDbPolyline", " 90\n", " 90\n-"), "group 90"},
         {"polyline without its end", damaged("\n  0\nSEQEND\n", "\n  0\nSEQEND\n", "\n  0\nLINE\n"),
-         "no SEQEND", 0},
+         "no SEQEND"},
         {"extended data of no application",
-         damaged("1001\nMYAPP", "1001\nMYAPP", "1001\nNOSUCHAPP"), "APPID", 0},
-        {"no header", whole.substr(whole.find("  0\nSECTION\n  2\nCLASSES")), "HEADER", 0},
-        {"old version", damaged("$ACADVER", "AC1024", "AC1009"), "AC1009", 0},
+         damaged("1001\nMYAPP", "1001\nMYAPP", "1001\nNOSUCHAPP"), "APPID"},
+        {"no header", whole.substr(whole.find("  0\nSECTION\n  2\nCLASSES")), "HEADER"},
+        {"old version", damaged("$ACADVER", "AC1024", "AC1009"), "AC1009"},
         {"dictionary entry that is an entity", damaged("ACAD_LAYOUT", "350\nD\n", "350\n91\n"),
-         "belongs elsewhere", 0},
+         "belongs elsewhere"},
         {"block reference without its block", damaged("AcDbBlockReference", "  2\nMYBLOCK\n", ""),
-         "names no block", 0},
-        {"point without y", damaged("AcDbCircle", " 20\n", " 70\n"), "", 0},
+         "names no block"},
+        {"point without y", damaged("AcDbCircle", " 20\n", " 70\n"),
+         "CIRCLE: group 10 has no y coordinate"},
     };
     for (const Fault& f : faults) {
         try {

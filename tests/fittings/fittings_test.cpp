@@ -217,7 +217,6 @@ TEST_F(Fittings, FlangesOfEachType) {
         EXPECT_NEAR(r.length, p.shape.height, 1e-12);
         EXPECT_EQ(xdataOf(solids[i]), std::vector<std::wstring>{p.text});
     }
-    EXPECT_NEAR(hub3, 0.001 * 0.05, 1e-12);
     EXPECT_EQ(groupMembersOf(solids[2]), (std::vector<AcDbObjectId>{solids[2], solids[3]}));
     const double heights[4] = {0.05, 0.08, 0.2, 0.05 * 1.001};
     for (int i = 0; i < 4; ++i)

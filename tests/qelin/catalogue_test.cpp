@@ -30,28 +30,6 @@ TEST(Catalogue, ClassesAndParamsAreUniqueAndWellFormed) {
     EXPECT_EQ(classes.size(), QelCatalogue().size());
 }
 
-TEST(Catalogue, EntriesReadAsTheSchemaStates) {
-    const QelClassSpec* valve = QelFindClass("Valve");
-    ASSERT_NE(valve, nullptr);
-    // A Valve needs its pose, unlike every other class, whose pose comes from the common list.
-    EXPECT_EQ(QelFindParam(*valve, "pose")->status, QelParamStatus::Required);
-    const QelParamDef* pose = QelFindParam(*QelFindClass("Cylinder"), "pose");
-    ASSERT_NE(pose, nullptr);
-    EXPECT_EQ(pose->status, QelParamStatus::Optional);
-    EXPECT_EQ(QelFindParam(*QelFindClass("Header"), "pose"), nullptr);
-
-    const QelParamDef* angle = QelFindParam(*QelFindClass("Elbow"), "endAngle");
-    ASSERT_NE(angle, nullptr);
-    EXPECT_STREQ(angle->fallback, "1.5707963705062866");
-    EXPECT_STREQ(angle->unit, "rad");
-    EXPECT_EQ(QelFindParam(*QelFindClass("Elbow"), "miterCount")->type, QelShortType);
-    EXPECT_EQ(QelFindParam(*QelFindClass("Pointset"), "points")->type, QelFloatArrayType);
-    EXPECT_EQ(QelFindParam(*QelFindClass("Layer"), "layerProperties")->status,
-              QelParamStatus::Written);
-    EXPECT_STREQ(QelFindParam(*QelFindClass("Cone"), "radius0")->unit, "m");
-    EXPECT_EQ(QelFindClass("cylinder"), nullptr); // the catalogue matches names exactly
-}
-
 TEST(Catalogue, CountRules) {
     const QelParamDef& translation = QelFindClass("Transformation")->params[0];
     EXPECT_TRUE(QelCountFits(translation, 3));
@@ -60,25 +38,6 @@ TEST(Catalogue, CountRules) {
     EXPECT_TRUE(QelCountFits(*vertices, 8));
     EXPECT_FALSE(QelCountFits(*vertices, 7));
     EXPECT_TRUE(QelCountFits(*QelFindParam(*QelFindClass("LayerMgr"), "layerList"), 0));
-}
-
-// The hidden-class numbers are object-type codes, which part from the dispatcher's rows at 11.
-TEST(Catalogue, HiddenClassTableHasItsOwnNumbers) {
-    ASSERT_EQ(QelHiddenClassTable().size(), 23u);
-    const std::pair<const char*, unsigned> rows[] = {
-        {"Line3d", 0},      {"Cone", 10},           {"Flange", 11},    {"Reducer", 12},
-        {"Sphere", 13},     {"Torus", 14},          {"Elbow", 15},     {"Valve", 16},
-        {"Vertex3d", 17},   {"RectangularBox", 35}, {"TriMesh", 36},   {"ContourObj", 37},
-        {"PipeFlange", 53}, {"PipeTee", 54},        {"pLANARpATCH", 6}};
-    for (const auto& [name, number] : rows) {
-        unsigned got = 999;
-        EXPECT_TRUE(QelHiddenClassNumber(name, got)) << name;
-        EXPECT_EQ(got, number) << name;
-    }
-    unsigned untouched = 7;
-    for (const char* name : {"Tee", "GeometricGroup", "Pointset", "Layer", "", "Cylinder "})
-        EXPECT_FALSE(QelHiddenClassNumber(name, untouched)) << name;
-    EXPECT_EQ(untouched, 7u);
 }
 
 // The check of a file against the catalogue, through files built from their readable form.

@@ -31,19 +31,7 @@ std::size_t count(const std::string& text, const std::string& part) {
 // its creator, so that the walk is seen whichever creators the build has.
 class DispatchRecorder {
 public:
-    DispatchRecorder() {
-        s_classes.clear();
-        for (int row = 0; row < QelObjectNameRowCount; ++row) {
-            m_saved[row] = QelObjectNameTable[row].creator;
-            if (m_saved[row] != QelCreateNothing) QelObjectNameTable[row].creator = record;
-        }
-    }
-    ~DispatchRecorder() {
-        for (int row = 0; row < QelObjectNameRowCount; ++row)
-            QelObjectNameTable[row].creator = m_saved[row];
-    }
-    DispatchRecorder(const DispatchRecorder&) = delete;
-    DispatchRecorder& operator=(const DispatchRecorder&) = delete;
+    DispatchRecorder() { s_classes.clear(); }
     // The classes of the objects dispatched since the last call, in order, blank separated.
     static std::string take() {
         std::string out;
@@ -54,12 +42,13 @@ public:
     }
 
 private:
-    static int record(QelObject* object, void*, int, unsigned char, unsigned, const CString*) {
+    static QelCreated record(QelObject* object, void*, int, unsigned char, unsigned,
+                             const CString*) {
         s_classes.push_back(object->GetName());
-        return 0;
+        return QelCreated::Done;
     }
     static inline std::vector<std::string> s_classes;
-    QelCreator m_saved[QelObjectNameRowCount] = {};
+    QelCreatorSwap m_swap{record};
 };
 
 constexpr const wchar_t* kBadNamesBox =

@@ -2,7 +2,11 @@
 #include "shell/settings_store.h"
 #include "support.h"
 
+#include "../support/command.h"
+
 #include <gtest/gtest.h>
+
+#include <filesystem>
 
 namespace {
 
@@ -70,11 +74,22 @@ TEST_F(SettingsStore, TextWithoutItsTerminatorReadsEmpty) {
     EXPECT_TRUE(text.IsEmpty());
 }
 
-TEST_F(SettingsStore, ValuesOutliveTheProcessState) {
+// Run alone by ValuesOutliveTheProcess, as a second process on the same store.
+TEST(SettingsStoreSecondProcess, DISABLED_ReadsWhatTheFirstWrote) {
+    CString text;
+    ASSERT_TRUE(ReadString(QEL_SETTINGS_KEY, L"LastExportDir", text));
+    EXPECT_EQ(text, CString(L"/plant/out/Übergabe.qel"));
+}
+
+TEST_F(SettingsStore, ValuesOutliveTheProcess) {
     ASSERT_TRUE(CreateString(QEL_SETTINGS_KEY, L"", L""));
     ASSERT_TRUE(WriteString(QEL_SETTINGS_KEY, L"LastExportDir", L"/plant/out/Übergabe.qel"));
-    // The store keeps nothing in memory: each read opens the key in the file afresh.
-    CString text;
-    EXPECT_TRUE(ReadString(QEL_SETTINGS_KEY, L"LastExportDir", text));
-    EXPECT_EQ(text, CString(L"/plant/out/Übergabe.qel"));
+    // Another process shares nothing with this one but the store (the scratch key's file).
+    const std::string self = std::filesystem::read_symlink("/proc/self/exe").string();
+    const Outcome second = runCommand(
+        "'" + self +
+        "' --gtest_also_run_disabled_tests"
+        " --gtest_filter=SettingsStoreSecondProcess.DISABLED_ReadsWhatTheFirstWrote 2>&1");
+    EXPECT_EQ(second.status, 0) << second.out;
+    EXPECT_NE(second.out.find("1 test"), std::string::npos) << second.out;
 }

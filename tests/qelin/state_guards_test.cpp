@@ -121,11 +121,15 @@ TEST_F(GuardTest, LayerSequences) {
     EXPECT_TRUE(QelEraseLayerContents(L"Steel"));
     EXPECT_FALSE(QelEraseLayerContents(L"Steel")); // now nothing is selected
     QelCurrentLayerOff(L"Steel");
-    QelSetCurrentLayer(L"0");
+    EXPECT_TRUE(layer(L"Steel")->off);
+    ASSERT_TRUE(QelSetCurrentLayer(L"0"));
     QelFreezeLayer(L"Steel");
+    EXPECT_TRUE(layer(L"Steel")->frozen);
+    EXPECT_FALSE(layer(L"0")->frozen) << "only the layer named";
     // Make current thaws it again.
     EXPECT_TRUE(QelSetCurrentLayer(L"Steel"));
     EXPECT_EQ(currentLayer(), L"Steel");
+    EXPECT_FALSE(layer(L"Steel")->frozen);
 }
 
 } // namespace
