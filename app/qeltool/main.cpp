@@ -1,4 +1,6 @@
-// qeltool: object files to their JSON form and back, and checks of a file's structure.
+// qeltool: object files to their JSON form and back, checks of a file's structure, and the
+// comparison of two files as models.
+#include "model_diff.h"
 #include "validate.h"
 
 #include <qel/qel.h>
@@ -8,6 +10,8 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cmath>
+#include <cstdlib>
 #include <fstream>
 #include <functional>
 #include <iostream>
@@ -19,6 +23,9 @@ namespace {
 struct Options {
     std::string input;
     std::string output;
+    std::string second; // the other file of a comparison
+    double tolerance = qeltool::kDefaultTolerance;
+    bool json = false;
 };
 
 int dumpCommand(const Options& o) {
@@ -80,20 +87,63 @@ int statsCommand(const Options& o) {
     return 0;
 }
 
+// Two files compared as models. Status 0: equal within the tolerance; 1: they differ; 2: a file
+// could not be read (each damaged object of either file is named).
+int diffCommand(const Options& o) {
+    qeltool::DiffReport report;
+    try {
+        report = qeltool::compareFiles(o.input, o.second, o.tolerance);
+    } catch (const std::exception& e) {
+        std::istringstream lines(e.what());
+        for (std::string line; std::getline(lines, line);)
+            std::cerr << "qeltool: " << line << "\n";
+        return 2;
+    }
+    std::cout << (o.json ? qeltool::diffJson : qeltool::diffText)(report, o.input, o.second);
+    return report.equal() ? 0 : 1;
+}
+
+void oneFile(CLI::App& sub, Options& o) {
+    sub.add_option("file", o.input, "input file")->required();
+}
+
+void fileAndOutput(CLI::App& sub, Options& o) {
+    oneFile(sub, o);
+    sub.add_option("-o,--output", o.output, "output file")->required();
+}
+
+void twoFiles(CLI::App& sub, Options& o) {
+    sub.add_option("a", o.input, "the first file (A)")->required();
+    sub.add_option("b", o.second, "the second file (B)")->required();
+    sub.add_option("--tolerance", o.tolerance,
+                   "Relative tolerance of reals (default 1e-9; floats never finer than their "
+                   "last bit)")
+        ->check([](const std::string& text) -> std::string {
+            char* end = nullptr;
+            const double v = std::strtod(text.c_str(), &end);
+            return *end == 0 && std::isfinite(v) && v >= 0 && v < 1
+                       ? ""
+                       : "a relative tolerance from 0 to below 1";
+        });
+    sub.add_flag("--json", o.json, "The report as JSON");
+}
+
 struct Command {
     const char* name;
     const char* usage;
-    bool takesOutput;
+    void (*arguments)(CLI::App&, Options&);
     int (*run)(const Options&);
 };
 
-// Every command of the tool: name, what it does, whether it writes a file, its handler.
+// Every command of the tool: name, what it does, its arguments, its handler.
 constexpr Command kCommands[] = {
-    {"dump", "Print the JSON form of FILE.qel", false, dumpCommand},
-    {"build", "Write FILE.qel (-o) from its JSON form", true, buildCommand},
-    {"validate", "Read every object and check the file's structure and references", false,
+    {"dump", "Print the JSON form of FILE.qel", oneFile, dumpCommand},
+    {"build", "Write FILE.qel (-o) from its JSON form", fileAndOutput, buildCommand},
+    {"validate", "Read every object and check the file's structure and references", oneFile,
      validateCommand},
-    {"stats", "Objects and bytes per class", false, statsCommand},
+    {"stats", "Objects and bytes per class", oneFile, statsCommand},
+    {"diff", "Compare two object files as models: objects only in one, params that differ",
+     twoFiles, diffCommand},
 };
 
 } // namespace
@@ -106,9 +156,7 @@ int main(int argc, char** argv) {
     std::function<int(const Options&)> chosen;
     for (const Command& c : kCommands) {
         CLI::App* sub = app.add_subcommand(c.name, c.usage);
-        sub->add_option("file", options.input, "input file")->required();
-        if (c.takesOutput)
-            sub->add_option("-o,--output", options.output, "output file")->required();
+        c.arguments(*sub, options);
         sub->callback([&chosen, &c] { chosen = c.run; });
     }
     try {

@@ -1,5 +1,7 @@
 #include "validate.h"
 
+#include "references.h"
+
 #include "objectfile/catalogue.h"
 
 #include <qel/qel_types.h>
@@ -14,25 +16,6 @@
 namespace qeltool {
 
 namespace {
-
-// Params that hold reference numbers, with the class they must lead to ("" for any class).
-struct ReferenceRule {
-    const char* owner;
-    const char* param;
-    const char* target;
-};
-
-constexpr ReferenceRule kReferences[] = {
-    {"Header", "rootLocation", "ModelSpace"},
-    {"ModelSpace", "objectList", ""},
-    {"ModelSpace", "layerMgr", "LayerMgr"},
-    {"ModelSpace", "modelSpaceViewList", "ModelSpaceView"},
-    {"LayerMgr", "layerList", "Layer"},
-    {"Layer", "objectList", ""},
-    {"ModelSpaceView", "coordSysMgr", "CoordSysMgr"},
-    {"GeometricGroup", "objectList", ""},
-    {"ExclusionVolume", "objectList", ""},
-};
 
 struct Unref {
     void operator()(QelObject* o) const {
