@@ -46,7 +46,9 @@ bool firstPoint(QelObject& o, const char* name, Place& place) {
     } else {
         return false;
     }
-    place.known = true;
+    // A place that is not a number stands nowhere: it could be neither sorted nor measured.
+    place.known =
+        std::isfinite(place.at[0]) && std::isfinite(place.at[1]) && std::isfinite(place.at[2]);
     return true;
 }
 

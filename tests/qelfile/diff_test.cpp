@@ -325,6 +325,8 @@ TEST_F(ModelDiff, HostileStructureIsComparedWithoutHarm) {
     paramOf(b["objects"][23], "layerList") = {0, 20, 20};              // a cylinder as a layer
     paramOf(b["objects"][25], "layerOverrides") = json::array();       // too short
     b["objects"][21]["params"][1] = {"objectList", "double[]", {7.5}}; // a list of the wrong type
+    for (int i : {0, 2, 7, 17}) // every cylinder at a place that is not a number
+        paramOf(paramOf(b["objects"][i], "pose"), "translation") = {"NaN", 0, "-Infinity"};
     const DiffReport r = against(b);
     EXPECT_FALSE(r.equal());
     EXPECT_EQ(r.pairs.size() + r.onlyA.size(), sample["objects"].size());
