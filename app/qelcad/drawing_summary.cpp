@@ -1,4 +1,5 @@
 #include "drawing_summary.h"
+#include "symbol_tables.h"
 
 #include <arx/arx.h>
 #include <win/strings.h>
@@ -14,19 +15,6 @@ namespace {
 
 std::string text(const ACHAR* wide) {
     return win::toUtf8(wide ? wide : L"");
-}
-
-template <class Record, class Each>
-void forEachRecord(AcDbSymbolTableOf<Record>* table, Each each) {
-    AcDbSymbolTableIteratorOf<Record>* it = nullptr;
-    if (table->newIterator(it) != Acad::eOk) return;
-    for (; !it->done(); it->step()) {
-        Record* record = nullptr;
-        if (it->getRecord(record) != Acad::eOk) continue;
-        each(*record);
-        record->close();
-    }
-    delete it;
 }
 
 void printLayers(std::ostream& out, AcDbDatabase* db) {

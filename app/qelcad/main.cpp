@@ -2,6 +2,7 @@
 #include "console.h"
 #include "drawing_summary.h"
 #include "import_answers.h"
+#include "roundtrip.h"
 
 #include <arx/aced.h>
 #include <arx/brhost.h>
@@ -9,6 +10,7 @@
 #include <arx/rxregsvc.h>
 #include <dxf/drawing.h>
 #include <dxf/summary.h>
+#include <qel/qel.h>
 #include <win/presenter.h>
 #include <win/scripted.h>
 #include <win/strings.h>
@@ -45,6 +47,9 @@ struct Options {
     std::string output;
     std::string into;
     bool json = false;
+    // roundtrip
+    bool reference = true;
+    std::string keep;
 };
 
 // A failure that ends qelcad with a one-line reason and the given status.
@@ -199,9 +204,9 @@ void checkOutput(const std::string& output) {
         throw Failure{2, output + ": the folder " + folder.string() + " does not exist"};
 }
 
-// Imports an object file through the module's own dialogs, answered from the options.
-int importCommand(const Options& o) {
-    checkOutput(o.output);
+// Runs QELIN on a new drawing (or the one of --into), its dialogs answered from the options.
+// The host stays up for the caller; a failed import stops it and throws.
+void importWithDialogs(const Options& o) {
     std::string error;
     // The dialog keeps the whole path in the settings, as a browse would give it.
     qelcad::ImportChoices choices = o.import;
@@ -214,7 +219,6 @@ int importCommand(const Options& o) {
     if (!o.answers.empty() && !presenter->loadFile(o.answers, error))
         throw Failure{2, o.answers + ": " + error};
     win::setPresenter(presenter);
-    qelcad::showTranscript(std::cout, true);
     qelhost::setInput(std::make_shared<qelhost::ScriptInput>(L""));
     Options host = o;
     host.drawing = o.into; // a new drawing, or the one to import into
@@ -239,6 +243,13 @@ int importCommand(const Options& o) {
     if (presenter->pending() != 0)
         std::cerr << "qelcad: " << presenter->pending()
                   << " answer(s) were not asked for and went unused\n";
+}
+
+// Imports an object file through the module's own dialogs, answered from the options.
+int importCommand(const Options& o) {
+    checkOutput(o.output);
+    qelcad::showTranscript(std::cout, true);
+    importWithDialogs(o);
     std::cout << "\n";
     qelcad::printDrawingSummary(std::cout);
     try {
@@ -249,6 +260,74 @@ int importCommand(const Options& o) {
     }
     stopHost();
     return 0;
+}
+
+// The folder a round trip leaves its files in: --keep, else one of its own that goes at the end.
+class WorkFolder {
+public:
+    explicit WorkFolder(const std::string& keep) : m_temporary(keep.empty()) {
+        m_path = m_temporary ? fs::temp_directory_path() /
+                                   ("qelcad-roundtrip-" + std::to_string(::getpid()))
+                             : fs::path(keep);
+        std::error_code ec;
+        fs::create_directories(m_path, ec);
+        if (!fs::is_directory(m_path, ec))
+            throw Failure{2, "cannot make the folder " + m_path.string()};
+    }
+    ~WorkFolder() {
+        std::error_code ec;
+        if (m_temporary) fs::remove_all(m_path, ec);
+    }
+    fs::path file(const std::string& name) const { return m_path / name; }
+    bool temporary() const { return m_temporary; }
+
+private:
+    bool m_temporary;
+    fs::path m_path;
+};
+
+// Import, save, reopen, and what of the file the reopened drawing holds. The export half (export
+// the drawing, compare the result with the input) needs an export, which this build lacks.
+int roundtripCommand(const Options& o) {
+    try {
+        QelInit(0, 0, QelInitWords);
+        QelReader readable(o.import.input.c_str());
+    } catch (const QelException& e) {
+        throw Failure{2, e.GetReason()};
+    }
+    const WorkFolder folder(o.keep);
+    const std::string stem = fs::path(o.import.input).stem().string();
+    const std::string drawing = folder.file(stem + ".dxf").string();
+    Options run = o;
+    run.into.clear();
+    if (run.import.logDir.empty()) run.import.logDir = folder.file("").string();
+    if (run.transcript.empty()) run.transcript = folder.file(stem + ".transcript.txt").string();
+    importWithDialogs(run);
+    std::string message;
+    if (!qelhost::saveDocument(acDocManagerPtr()->curDocument(), drawing, message) ||
+        qelhost::openDocument(drawing, message) == nullptr) {
+        stopHost();
+        throw Failure{1, "the drawing could not be saved and reopened: " + message};
+    }
+    qelcad::ImportHalf half;
+    try {
+        half =
+            qelcad::importHalf(o.import.input, *acdbHostApplicationServices()->workingDatabase());
+    } catch (const QelException& e) {
+        stopHost();
+        throw Failure{2, e.GetReason()};
+    }
+    stopHost();
+    const std::string shown =
+        folder.temporary() ? drawing + " (removed; --keep DIR keeps it)" : drawing;
+    const std::string exportNote =
+        std::string("not run: this build of qelcad has no export, so the reopened drawing was "
+                    "not written back to an object file (") +
+        (o.reference ? "with" : "without") + " the input as reference) nor compared with the input";
+    std::cout << (o.json ? qelcad::roundtripJson : qelcad::roundtripText)(o.import.input, shown,
+                                                                          half, exportNote);
+    const bool whole = half.missing.empty() && half.layers.inDrawing == half.layers.in;
+    return whole ? 3 : 1;
 }
 
 int infoCommand(const Options& o) {
@@ -321,6 +400,21 @@ const SubCommand kCommands[] = {
          app.add_option("--answers", o.answers, "Further answers, in the format of run");
      },
      importCommand},
+    {"roundtrip",
+     "Import an object file, save, reopen, export and compare with the input: the fidelity table",
+     [](CLI::App& app, Options& o) {
+         hostOptions(app, o);
+         app.remove_option(app.get_option("drawing"));
+         app.add_option("input", o.import.input, "The object file (.qel)")->required();
+         app.add_option("--units", o.import.units,
+                        "Drawing units: a name of the import dialog's list or its index 0-9");
+         app.add_flag("--reference,!--no-reference", o.reference,
+                      "Export with the input as the reference file (the default), or without");
+         app.add_option("--keep", o.keep,
+                        "Keep the drawing, the log and the transcript in this folder");
+         app.add_flag("--json", o.json, "The table as JSON");
+     },
+     roundtripCommand},
     {"info", "Describe a drawing: entities, layers, groups, UCSs, the module's data",
      [](CLI::App& app, Options& o) {
          app.add_option("drawing", o.drawing, "Drawing (DXF)")->required();

@@ -1,0 +1,35 @@
+// The fidelity report of `qelcad roundtrip`: what of an object file came through an import, a
+// save and a reopening of the drawing, class by class.
+#pragma once
+
+#include <arx/dbdatabase.h>
+
+#include <string>
+#include <vector>
+
+namespace qelcad {
+
+struct ImportTally {
+    std::string className;
+    unsigned in = 0;        // objects of the file
+    unsigned inDrawing = 0; // of those, the ones an entity of the reopened drawing is tagged with
+};
+
+struct ImportHalf {
+    std::vector<ImportTally> classes; // by class name, the file's structure objects apart
+    std::vector<unsigned> missing;    // numbers of the objects no entity is tagged with
+    ImportTally layers{"Layer"};      // the file's layers, and those the drawing has by name
+};
+
+// Every object of the file that stands for geometry, and whether an entity of the drawing
+// carries its number in the module's member record. Throws QelException when the file cannot
+// be read.
+ImportHalf importHalf(const std::string& qelPath, AcDbDatabase& drawing);
+
+// The table as a person reads it; `exportNote` says why the export half did not run.
+std::string roundtripText(const std::string& input, const std::string& drawing,
+                          const ImportHalf& half, const std::string& exportNote);
+std::string roundtripJson(const std::string& input, const std::string& drawing,
+                          const ImportHalf& half, const std::string& exportNote);
+
+} // namespace qelcad

@@ -1,0 +1,96 @@
+// The round trip from the user's side: qelcad imports the sample, saves, reopens, and tells
+// class by class what came through; the half it cannot run in this build it names.
+#include <nlohmann/json.hpp>
+#include <qel/qel.h>
+
+#include <gtest/gtest.h>
+
+#include "../support/command.h"
+
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <memory>
+#include <unistd.h>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+class RoundTrip : public ::testing::Test {
+protected:
+    void SetUp() override {
+        dir = fs::temp_directory_path() /
+              ("qelin-roundtrip-" + std::to_string(::getpid()) + "-" +
+               ::testing::UnitTest::GetInstance()->current_test_info()->name());
+        fs::remove_all(dir);
+        fs::create_directories(dir);
+        ::setenv("QELCAD_REGISTRY", (dir / "registry.json").c_str(), 1);
+    }
+    void TearDown() override {
+        ::unsetenv("QELCAD_REGISTRY");
+        fs::remove_all(dir);
+    }
+    Outcome qelcad(const std::string& arguments) {
+        return runCommand("cd " + dir.string() + " && " + QELCAD + " " + arguments +
+                          " </dev/null 2>&1");
+    }
+    // Objects per class of the sample, the structure apart: what the table must count.
+    static std::map<std::string, unsigned> sampleClasses() {
+        QelInit(0, 0, QelInitWords);
+        QelReader reader(QEL_SAMPLE_PLANT);
+        std::map<std::string, unsigned> classes;
+        for (unsigned id = 0; id < reader.GetObjectCount(); ++id) {
+            QelObject* o = reader.ReadObject(id);
+            const std::string name = o->GetName();
+            o->UnRef();
+            if (name != "Header" && name != "ModelSpace" && name != "LayerMgr" && name != "Layer" &&
+                name != "ModelSpaceView" && name != "CoordSysMgr")
+                ++classes[name];
+        }
+        return classes;
+    }
+    fs::path dir;
+};
+
+} // namespace
+
+TEST_F(RoundTrip, TheSampleComesThroughTheImportHalfClassByClass) {
+    const Outcome run = qelcad(std::string("roundtrip ") + QEL_SAMPLE_PLANT +
+                               " --units Millimeters --keep kept --json");
+    const auto report = nlohmann::json::parse(run.out.substr(run.out.find('{')));
+    std::map<std::string, unsigned> in, inDrawing;
+    unsigned found = 0, total = 0;
+    for (const auto& row : report["import"]["classes"]) {
+        in[row["class"]] = row["in"];
+        inDrawing[row["class"]] = row["inDrawing"];
+        found += row["inDrawing"].get<unsigned>();
+        total += row["in"].get<unsigned>();
+        EXPECT_LE(row["inDrawing"].get<unsigned>(), row["in"].get<unsigned>());
+    }
+    EXPECT_EQ(in, sampleClasses());
+    // Classes the import has always made are found in the reopened drawing by their tags.
+    for (const char* made : {"Sphere", "Cone", "Torus", "Line3d", "Valve"})
+        EXPECT_EQ(inDrawing[made], in[made]) << made;
+    EXPECT_EQ(report["import"]["missing"].size(), total - found);
+    EXPECT_EQ(report["import"]["layers"]["in"], 3);
+    EXPECT_EQ(report["import"]["layers"]["inDrawing"], 3);
+    EXPECT_FALSE(report["export"]["ran"]);
+    EXPECT_NE(report["export"]["reason"].get<std::string>().find("no export"), std::string::npos);
+    // 3: nothing lost on the way in, the way out not run; 1: objects lost.
+    EXPECT_EQ(run.status, found == total ? 3 : 1) << run.out;
+    // What was kept is the drawing that was reopened, and it opens.
+    EXPECT_TRUE(fs::exists(dir / "kept" / "plant.transcript.txt"));
+    const Outcome info = qelcad("info kept/plant.dxf");
+    EXPECT_EQ(info.status, 0) << info.out;
+    EXPECT_NE(info.out.find("MemberRec"), std::string::npos);
+}
+
+TEST_F(RoundTrip, AnUnreadableInputStopsBeforeTheImport) {
+    std::ofstream(dir / "bad.qel") << "not an object file";
+    const Outcome bad = qelcad("roundtrip bad.qel --keep kept");
+    EXPECT_EQ(bad.status, 2) << bad.out;
+    EXPECT_NE(bad.out.find("bad.qel"), std::string::npos) << bad.out;
+    EXPECT_FALSE(fs::exists(dir / "kept")) << "nothing made for an input that can't be read";
+    EXPECT_EQ(qelcad("roundtrip").status, 2) << "the input is required";
+}
