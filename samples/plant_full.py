@@ -96,10 +96,13 @@ def curves():
         obj("BSplineCurve3d", ["fitPoints", "double[]", [0, 6, 0, 1, 6.5, 0, 2, 6, 0.5, 3, 7, 0]],
             ["order", "int", 4], ["startVec", "double[]", [1, 0, 0]],
             ["endVec", "double[]", [1, 0, 0]], colour(GREY)),
-        obj("BSplineCurve3d", ["poles", "double[]", [4, 6, 0, 5, 7, 0, 6, 6, 0, 7, 7, 0]],
+        # The module takes a file's "order" for the curve's degree: five poles and the knots of
+        # a clamped curve of degree 4.
+        obj("BSplineCurve3d",
+            ["poles", "double[]", [4, 6, 0, 5, 7, 0, 6, 6, 0, 7, 7, 0, 8, 6.5, 0]],
             ["order", "int", 4], ["periodic", "bool", False], ["rational", "bool", False],
-            ["weights", "double[]", [1, 1, 1, 1]],
-            ["knots", "double[]", [0, 0, 0, 0, 1, 1, 1, 1]], colour(GREY)),
+            ["weights", "double[]", [1, 1, 1, 1, 1]],
+            ["knots", "double[]", [0, 0, 0, 0, 0, 1, 1, 1, 1, 1]], colour(GREY)),
         obj("Vertex3d", ["position", "double[]", [8, 6, 0]], colour(GREY)),
     ]
 
