@@ -324,8 +324,10 @@ int roundtripCommand(const Options& o) {
         std::string("not run: this build of qelcad has no export, so the reopened drawing was "
                     "not written back to an object file (") +
         (o.reference ? "with" : "without") + " the input as reference) nor compared with the input";
-    std::cout << (o.json ? qelcad::roundtripJson : qelcad::roundtripText)(o.import.input, shown,
-                                                                          half, exportNote);
+    // The data form names only a drawing that is still there.
+    std::cout << (o.json ? qelcad::roundtripJson(o.import.input, folder.temporary() ? "" : drawing,
+                                                 half, exportNote)
+                         : qelcad::roundtripText(o.import.input, shown, half, exportNote));
     const bool whole = half.missing.empty() && half.layers.inDrawing == half.layers.in;
     return whole ? 3 : 1;
 }

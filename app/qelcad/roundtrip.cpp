@@ -149,7 +149,7 @@ std::string roundtripJson(const std::string& input, const std::string& drawing,
         classes.push_back({{"class", t.className}, {"in", t.in}, {"inDrawing", t.inDrawing}});
     const json out = {
         {"input", input},
-        {"drawing", drawing},
+        {"drawing", drawing.empty() ? json(nullptr) : json(drawing)},
         {"import",
          {{"classes", classes},
           {"layers", {{"in", half.layers.in}, {"inDrawing", half.layers.inDrawing}}},

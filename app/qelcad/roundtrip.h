@@ -29,6 +29,7 @@ ImportHalf importHalf(const std::string& qelPath, AcDbDatabase& drawing);
 // The table as a person reads it; `exportNote` says why the export half did not run.
 std::string roundtripText(const std::string& input, const std::string& drawing,
                           const ImportHalf& half, const std::string& exportNote);
+// The same as data; an empty `drawing` (one that was not kept) is null.
 std::string roundtripJson(const std::string& input, const std::string& drawing,
                           const ImportHalf& half, const std::string& exportNote);
 
