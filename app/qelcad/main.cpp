@@ -328,7 +328,8 @@ int roundtripCommand(const Options& o) {
     std::cout << (o.json ? qelcad::roundtripJson(o.import.input, folder.temporary() ? "" : drawing,
                                                  half, exportNote)
                          : qelcad::roundtripText(o.import.input, shown, half, exportNote));
-    const bool whole = half.missing.empty() && half.layers.inDrawing == half.layers.in;
+    const bool whole =
+        half.missing.empty() && half.unreadable.empty() && half.layers.inDrawing == half.layers.in;
     return whole ? 3 : 1;
 }
 

@@ -102,7 +102,13 @@ ImportHalf importHalf(const std::string& qelPath, AcDbDatabase& drawing) {
     ImportHalf half;
     std::map<std::string, ImportTally> tally;
     for (unsigned id = 0; id < reader.GetObjectCount(); ++id) {
-        std::unique_ptr<QelObject, Unref> object(reader.ReadObject(id));
+        std::unique_ptr<QelObject, Unref> object;
+        try {
+            object.reset(reader.ReadObject(id));
+        } catch (const QelException& e) {
+            half.unreadable.push_back(e.GetReason());
+            continue;
+        }
         if (!object) continue;
         const std::string name = object->GetName();
         if (name == "Layer") {
@@ -138,6 +144,8 @@ std::string roundtripText(const std::string& input, const std::string& drawing,
         out += fmt::format("Objects no entity of the drawing is tagged with: {} (the "
                            "import's transcript says why)\n",
                            fmt::join(half.missing, ", "));
+    for (const std::string& reason : half.unreadable)
+        out += "Cannot be read: " + reason + "\n";
     return out + "Export: " + exportNote + "\n";
 }
 
@@ -153,7 +161,8 @@ std::string roundtripJson(const std::string& input, const std::string& drawing,
         {"import",
          {{"classes", classes},
           {"layers", {{"in", half.layers.in}, {"inDrawing", half.layers.inDrawing}}},
-          {"missing", half.missing}}},
+          {"missing", half.missing},
+          {"unreadable", half.unreadable}}},
         {"export", {{"ran", false}, {"reason", exportNote}}},
     };
     return out.dump(2, ' ', false, json::error_handler_t::replace) + "\n";

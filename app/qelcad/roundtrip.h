@@ -16,14 +16,15 @@ struct ImportTally {
 };
 
 struct ImportHalf {
-    std::vector<ImportTally> classes; // by class name, the file's structure objects apart
-    std::vector<unsigned> missing;    // numbers of the objects no entity is tagged with
-    ImportTally layers{"Layer"};      // the file's layers, and those the drawing has by name
+    std::vector<ImportTally> classes;    // by class name, the file's structure objects apart
+    std::vector<unsigned> missing;       // numbers of the objects no entity is tagged with
+    std::vector<std::string> unreadable; // why objects of the file could not be read
+    ImportTally layers{"Layer"};         // the file's layers, and those the drawing has by name
 };
 
 // Every object of the file that stands for geometry, and whether an entity of the drawing
-// carries its number in the module's member record. Throws QelException when the file cannot
-// be read.
+// carries its number in the module's member record. An object that cannot be read is told and
+// the others are counted; throws QelException when the file cannot be opened.
 ImportHalf importHalf(const std::string& qelPath, AcDbDatabase& drawing);
 
 // The table as a person reads it; `exportNote` says why the export half did not run.

@@ -86,11 +86,23 @@ TEST_F(RoundTrip, TheSampleComesThroughTheImportHalfClassByClass) {
     EXPECT_NE(info.out.find("MemberRec"), std::string::npos);
 }
 
-TEST_F(RoundTrip, AnUnreadableInputStopsBeforeTheImport) {
+TEST_F(RoundTrip, AnUnreadableInputStopsBeforeTheImportAndADamagedObjectIsTold) {
     std::ofstream(dir / "bad.qel") << "not an object file";
     const Outcome bad = qelcad("roundtrip bad.qel --keep kept");
     EXPECT_EQ(bad.status, 2) << bad.out;
     EXPECT_NE(bad.out.find("bad.qel"), std::string::npos) << bad.out;
     EXPECT_FALSE(fs::exists(dir / "kept")) << "nothing made for an input that can't be read";
     EXPECT_EQ(qelcad("roundtrip").status, 2) << "the input is required";
+
+    // One object damaged: the file opens, the table is made of the others, the damage is named.
+    std::ifstream in(QEL_SAMPLE_PLANT, std::ios::binary);
+    std::string bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    bytes[72] ^= 0x40; // inside object 0
+    std::ofstream(dir / "damaged.qel", std::ios::binary) << bytes;
+    const Outcome damaged = qelcad("roundtrip damaged.qel --units Meters");
+    EXPECT_EQ(damaged.status, 1) << damaged.out;
+    EXPECT_NE(damaged.out.find("Cannot be read: 'damaged.qel': object 0"), std::string::npos)
+        << damaged.out;
+    EXPECT_NE(damaged.out.find("Sphere                        1"), std::string::npos)
+        << damaged.out;
 }
