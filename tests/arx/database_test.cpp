@@ -130,6 +130,39 @@ TEST_F(ArxTest, ErasedObjectsOpenOnlyWhenAsked) {
     EXPECT_FALSE(id.isErased());
 }
 
+// An entity's extension dictionary and the records in it go and come back with the entity; an
+// entry that another object owns is only referred to and stays.
+TEST_F(ArxTest, ErasingAnObjectErasesWhatItOwns) {
+    const AcDbObjectId id = append(new AcDbPoint);
+    const AcDbObjectId other = append(new AcDbPoint);
+    AcDbObjectId dictionaryId, recordId;
+    {
+        Opened<AcDbPoint> point(id, AcDb::kForWrite);
+        ASSERT_EQ(point->createExtensionDictionary(), Acad::eOk);
+        dictionaryId = point->extensionDictionary();
+    }
+    {
+        Opened<AcDbDictionary> dictionary(dictionaryId, AcDb::kForWrite);
+        auto* record = new AcDbXrecord;
+        ASSERT_EQ(dictionary->setAt(L"MemberRec", record, recordId), Acad::eOk);
+        record->close();
+    }
+    {
+        Opened<AcDbPoint> point(id, AcDb::kForWrite);
+        ASSERT_EQ(point->erase(), Acad::eOk);
+    }
+    EXPECT_TRUE(dictionaryId.isErased());
+    EXPECT_TRUE(recordId.isErased());
+    EXPECT_FALSE(other.isErased());
+
+    AcDbObject* object = nullptr;
+    ASSERT_EQ(acdbOpenAcDbObject(object, id, AcDb::kForWrite, true), Acad::eOk);
+    EXPECT_EQ(object->erase(false), Acad::eOk);
+    object->close();
+    EXPECT_FALSE(dictionaryId.isErased());
+    EXPECT_FALSE(recordId.isErased());
+}
+
 TEST_F(ArxTest, NewEntityBelongsToItsCreatorUntilAppended) {
     auto* line = new AcDbLine({0, 0, 0}, {1, 1, 0});
     EXPECT_TRUE(line->isNewObject());

@@ -12,6 +12,15 @@ AcDbObjectId idOfHandle(AcDbDatabase& db, const ACHAR* handle) {
     return id;
 }
 
+std::string handleText(AcDbObjectId id) {
+    ACHAR buffer[20];
+    id.handle().getIntoAsciiBuffer(buffer);
+    std::string text;
+    for (const ACHAR* c = buffer; *c; ++c)
+        text += char(*c);
+    return text;
+}
+
 resbuf* xrecordData(AcDbObjectId entityId, const ACHAR* key) {
     AcDbObject* entity = nullptr;
     acdbOpenAcDbObject(entity, entityId, AcDb::kForRead);
@@ -148,6 +157,34 @@ TEST_F(DrawingOfHostEntities, EveryKindKeepsEveryFieldAndHandle) {
     EXPECT_EQ(data->rbnext->rbnext->rbnext->rbnext->rbnext->resval.rreal, 1e-300);
     acutRelRb(data);
     EXPECT_EQ(acdbHostOpenObjectCount(back.get()), 0u);
+}
+
+// Erased objects take what they own with them, and no record points at one: the entity with
+// the module's X-record erased, then the group of two others (whose reactors still name it). The
+// drawing reads back, and a second save equals the first.
+TEST_F(DrawingOfHostEntities, ErasedObjectsLeaveNoPointersBehind) {
+    const std::vector<AcDbObjectId> ids = buildModuleDrawing(*db);
+    AcDbEntity* tagged = nullptr;
+    ASSERT_EQ(acdbOpenAcDbEntity(tagged, ids[0], AcDb::kForWrite), Acad::eOk);
+    const AcDbObjectId dictionary = tagged->extensionDictionary();
+    ASSERT_EQ(tagged->erase(), Acad::eOk);
+    tagged->close();
+    AcDbDictionary* groups = nullptr;
+    ASSERT_EQ(db->getGroupDictionary(groups, AcDb::kForRead), Acad::eOk);
+    std::unique_ptr<AcDbDictionaryIterator> it(groups->newIterator());
+    const AcDbObjectId group = it->objectId();
+    groups->close();
+    AcDbObject* object = nullptr;
+    ASSERT_EQ(acdbOpenAcDbObject(object, group, AcDb::kForWrite), Acad::eOk);
+    ASSERT_EQ(object->erase(), Acad::eOk);
+    object->close();
+
+    const std::string once = drawingText(*db);
+    EXPECT_EQ(recordWithHandle(once, handleText(dictionary)), "");
+    EXPECT_EQ(once.find("\n330\n" + handleText(group) + "\n"), std::string::npos);
+    std::unique_ptr<AcDbDatabase> back;
+    ASSERT_NO_THROW(back = dxf::readDrawing(once, "once"));
+    EXPECT_EQ(textDifference(drawingText(*back), once, 1e-15), "");
 }
 
 } // namespace

@@ -138,11 +138,36 @@ Acad::ErrorStatus AcDbObject::downgradeOpen() {
     return Acad::eOk;
 }
 
+namespace {
+
+// What an object owns goes and comes back with it: its extension dictionary and, for a
+// dictionary, the entries it owns (an X-record under a dictionary, a dictionary under another).
+// Entries that another object owns are only referred to and stay as they are.
+void eraseOwned(AcDbObject* object, bool erasing);
+
+void eraseOwnedStub(AcDbStub* stub, bool erasing) {
+    if (stub == nullptr || AcDbImpl::erased(stub) == erasing) return;
+    AcDbImpl::setErased(stub, erasing);
+    if (AcDbObject* owned = AcDbImpl::peek(stub)) eraseOwned(owned, erasing);
+}
+
+void eraseOwned(AcDbObject* object, bool erasing) {
+    eraseOwnedStub(AcDbImpl::extensionDictionaryOf(object), erasing);
+    if (auto* dictionary = AcDbDictionary::cast(object))
+        for (AcDbStub* entry : AcDbImpl::dictionaryEntries(*dictionary))
+            if (const AcDbObject* value = AcDbImpl::peek(entry);
+                value != nullptr && AcDbImpl::owner(value) == AcDbImpl::stub(object))
+                eraseOwnedStub(entry, erasing);
+}
+
+} // namespace
+
 Acad::ErrorStatus AcDbObject::erase(bool erasing) {
     if (Acad::ErrorStatus es = assertWriteEnabled(); es != Acad::eOk) return es;
     if (stub_ == nullptr) return Acad::eNotInDatabase;
     if (isErased() == erasing) return erasing ? Acad::eWasErased : Acad::eWasNotErased;
     AcDbImpl::setErased(stub_, erasing);
+    eraseOwned(this, erasing);
     return Acad::eOk;
 }
 

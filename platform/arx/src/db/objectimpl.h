@@ -5,8 +5,10 @@
 #include <cstdint>
 #include <memory>
 #include <unordered_map>
+#include <vector>
 
 #include "arx/dbdatabase.h"
+#include "arx/dbdict.h"
 
 // One per handle of a database; ids point here. The object may be gone (never made, or deleted
 // by its creator) while the stub stays.
@@ -83,6 +85,13 @@ struct AcDbImpl {
     static AcDbStub* layer(const AcDbEntity* e) { return e->layer_; }
     static void setLayer(AcDbEntity* e, AcDbStub* layer) { e->layer_ = layer; }
     static void setExtensionDictionary(AcDbObject* o, AcDbStub* d) { o->extensionDictionary_ = d; }
+    static AcDbStub* extensionDictionaryOf(const AcDbObject* o) { return o->extensionDictionary_; }
+    static std::vector<AcDbStub*> dictionaryEntries(const AcDbDictionary& d) {
+        std::vector<AcDbStub*> values;
+        for (const auto& e : d.entries_)
+            values.push_back(e.value);
+        return values;
+    }
     static void appendToBlock(AcDbBlockTableRecord* b, AcDbStub* e) { b->entities_.push_back(e); }
     static const std::wstring* groupName(const AcDbGroup* g) { return g->name_; }
     static void setGroupName(AcDbGroup* g, const std::wstring* name) { g->name_ = name; }

@@ -7,10 +7,12 @@
 #include <dxf/tag_io.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <functional>
 #include <map>
 #include <set>
 #include <stdexcept>
+#include <unordered_set>
 
 #include "item_tags.h"
 #include "object_tags.h"
@@ -50,6 +52,7 @@ private:
     // Every live object by handle, and the kept ones by owner.
     void scan() {
         m_objects.clear();
+        m_written.clear();
         m_keptByOwner.clear();
         m_keptTables.clear();
         m_unendedPolylines.clear();
@@ -59,6 +62,7 @@ private:
             if (m_db.getAcDbObjectId(id, false, AcDbHandle(h)) != Acad::eOk) continue;
             AcDbObject* object = nullptr;
             if (acdbOpenAcDbObject(object, id, AcDb::kForRead) != Acad::eOk) continue;
+            m_written.insert(h);
             if (!AcDbEntity::cast(object)) {
                 m_objects.push_back(id);
                 if (const auto* kept = AcDbKeptObject::cast(object)) {
@@ -156,12 +160,37 @@ private:
         if (type == "POLYLINE" || followers != m_data->followers.end())
             insertAfterMarker(tags, bodyStart, 2, {66, "1"});
         appendXData(tags, object);
+        dropDanglingPointers(tags);
         if (followers != m_data->followers.end())
             for (const Record& r : followers->second) {
                 tags.push_back({0, r.type});
                 tags.insert(tags.end(), r.tags.begin(), r.tags.end());
             }
         m_out.write(tags);
+    }
+
+    // A pointer to an object that is not written (erased, or never in the drawing) would make
+    // the file unreadable: it is left out, and so is the key of a dictionary entry holding one.
+    void dropDanglingPointers(Tags& tags) const {
+        auto dangling = [this](const Tag& t) {
+            const bool pointer = (t.code >= 330 && t.code <= 369) ||
+                                 (t.code >= 390 && t.code <= 399) ||
+                                 (t.code >= 480 && t.code <= 481);
+            if (!pointer) return false;
+            const std::uint64_t handle = std::strtoull(t.value.c_str(), nullptr, 16);
+            return handle != 0 && !m_written.count(handle);
+        };
+        size_t end = 0;
+        for (size_t i = 0; i < tags.size(); ++i) {
+            if (!dangling(tags[i])) {
+                if (end != i) tags[end] = std::move(tags[i]);
+                ++end;
+            } else if ((tags[i].code == 350 || tags[i].code == 360) && end > 0 &&
+                       tags[end - 1].code == 3) {
+                --end;
+            }
+        }
+        tags.resize(end);
     }
 
     // A true-colour layer keeps the index its file gave it while its colour stays the same.
@@ -385,6 +414,8 @@ private:
     TagWriter m_out;
     std::shared_ptr<FileData> m_data;
     std::vector<AcDbObjectId> m_objects;
+    // Handles of every object the file gets.
+    std::unordered_set<std::uint64_t> m_written;
     std::map<std::uint64_t, std::vector<AcDbObjectId>> m_keptByOwner;
     std::set<std::uint64_t> m_tableParts;
     std::map<std::string, AcDbObjectId> m_keptTables;
