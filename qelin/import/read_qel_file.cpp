@@ -1,6 +1,7 @@
 #include "import/read_qel_file.h"
 
 #include "coords/coord_system_mgr.h"
+#include "creators/object_sets.h"
 #include "foundation/error_report.h"
 #include "foundation/log_file.h"
 #include "foundation/progress_dlg.h"
@@ -146,6 +147,7 @@ void ReadQelFile(QelJob& job) {
     auto log = [&job](const CString& text) { QelLogWrite(text, job.logFilePath); };
     CDocData& doc = QelDocData();
     QelResetCreatorNotices();
+    QelResetGroupWalk();
 
     job.badLayerNames = 0;
     acutPrintf(L"\n Reading Qel file... %s\n", job.fileName.GetString());

@@ -5,6 +5,8 @@
 #include "records/xrecords.h"
 
 #include <arx/arx.h>
+#include <arx/dbmesh.h>
+#include <arx/dbregion.h>
 #include <arx/dbsol3d.h>
 
 #include <algorithm>
@@ -107,6 +109,26 @@ std::string geometryOf(const AcDbEntity* entity) {
             return " nomass";
         return " vol=" + number(volume) + " c=" + point(centroid) +
                " box=" + point(box.minPoint()) + point(box.maxPoint());
+    }
+    if (auto* region = AcDbRegion::cast(entity)) {
+        double area = 0.0;
+        AcGeVector3d normal;
+        AcDbExtents box;
+        region->getArea(area);
+        region->getNormal(normal);
+        region->getGeomExtents(box);
+        return " area=" + number(area) + " n=" + vector(normal) + " box=" + point(box.minPoint()) +
+               point(box.maxPoint());
+    }
+    if (auto* mesh = AcDbPolyFaceMesh::cast(entity)) {
+        std::string out = " nv=" + std::to_string(mesh->numVertices()) +
+                          " nf=" + std::to_string(mesh->numFaces()) + " v=";
+        AcDbObjectIterator* it = mesh->vertexIterator();
+        for (; !it->done(); it->step())
+            if (auto* vertex = AcDbPolyFaceMeshVertex::cast(it->entity()))
+                out += point(vertex->position());
+        delete it;
+        return out;
     }
     if (auto* line = AcDbLine::cast(entity))
         return " from=" + point(line->startPoint()) + " to=" + point(line->endPoint());

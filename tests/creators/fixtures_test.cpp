@@ -100,6 +100,8 @@ TEST_P(CreatorFixture, ImportsAsExpected) {
     job.lastOpenDir = job.fileName;
     job.logFilePath = QelLogFilePath();
     QelLogCreate();
+    // Groups and exclusion volumes open the run's file again by this name, as after the dialog.
+    ASSERT_TRUE(WriteString(QEL_SETTINGS_KEY, L"LastOpenDir", file.c_str()));
     WriteNumber(QEL_SETTINGS_KEY, L"SurpressErrorMessages", 0);
     g_unlisted.clear();
     QelWatchParamReads(noteUnlisted);

@@ -1,0 +1,98 @@
+// PlanarPatch: a flat polygon. With holes it becomes a region with the holes subtracted; without,
+// or when its outline makes no region, a face through the host's face command.
+#include "creators/patches.h"
+#include "creators/planar_outline.h"
+#include "foundation/error_report.h"
+#include "records/import_annotations.h"
+
+#include <arx/aced.h>
+
+namespace {
+
+// The outline's region with the holes cut out, appended to model space; null after the message
+// when the outline made no single region.
+AcDbObjectId regionWithHoles(const QelPlanarOutline& outline) {
+    AcDbPolyline polyline;
+    QelFillPolyline(polyline, outline.vertices, outline.vertices.length());
+    AcDbVoidPtrArray curves, regions;
+    curves.append(&polyline);
+    if (AcDbRegion::createFromCurves(curves, regions) != Acad::eOk || regions.length() != 1) {
+        for (int i = 0; i < regions.length(); ++i)
+            delete static_cast<AcDbRegion*>(regions[i]);
+        acutPrintf(L"\n Error creating patch with hole(s); will import without holes.");
+        return AcDbObjectId();
+    }
+    auto* region = static_cast<AcDbRegion*>(regions[0]);
+    QelSubtractHoles(region, outline.holes);
+    AcDbBlockTableRecord* space = OpenModelSpace(AcDb::kForWrite);
+    AcDbObjectId id;
+    if (!space || space->appendAcDbEntity(id, region) != Acad::eOk) {
+        delete region;
+        if (space) space->close();
+        return AcDbObjectId();
+    }
+    space->close();
+    region->close();
+    return id;
+}
+
+// One face over all vertices through the host's command, as a script would draw it; the id of
+// the entity it drew.
+AcDbObjectId faceOf(const AcGePoint2dArray& vertices) {
+    resbuf* head = acutBuildList(RTSTR, L"_pface", RTNONE);
+    resbuf* tail = head;
+    auto add = [&tail](resbuf* rb) {
+        tail->rbnext = rb;
+        tail = rb;
+    };
+    for (int i = 0; i < vertices.length(); ++i) {
+        resbuf* rb = acutNewRb(RTPOINT);
+        rb->resval.rpoint[0] = vertices[i].x;
+        rb->resval.rpoint[1] = vertices[i].y;
+        rb->resval.rpoint[2] = 0.0;
+        add(rb);
+    }
+    add(acutBuildList(RTSTR, L"", RTNONE));
+    for (int i = 0; i < vertices.length(); ++i)
+        add(acutBuildList(RTSHORT, short(i + 1), RTNONE));
+    add(acutBuildList(RTSTR, L"", RTSTR, L"", RTNONE));
+    acedCmd(head);
+    acutRelRb(head);
+    ads_name last;
+    AcDbObjectId id;
+    if (acdbEntLast(last) != RTNORM) {
+        acutPrintf(L"\nError obtaining ent handle for Planer Patch.");
+        return id;
+    }
+    acdbGetObjectId(id, last);
+    return id;
+}
+
+} // namespace
+
+int CreatePlanarPatch(QelObject* object, void*, int, unsigned char, unsigned objIndex,
+                      const CString* filePath) {
+    QelPlanarOutline outline;
+    if (!QelReadPlanarOutline(object, outline)) {
+        QelReportError(L"\nError getting vertices for PlanarPatch.");
+        return 1;
+    }
+    AcDbObjectId id;
+    if (outline.hasHoles) id = regionWithHoles(outline);
+    if (id.isNull()) id = faceOf(outline.vertices);
+    AcGeMatrix3d translation, rotation;
+    PoseMatrices(object, translation, rotation);
+    AcDbEntity* patch = nullptr;
+    if (acdbOpenAcDbEntity(patch, id, AcDb::kForWrite) != Acad::eOk) return 0;
+    ApplyColour(object, patch);
+    patch->transformBy(translation);
+    patch->transformBy(rotation);
+    ApplyImportTransform(patch);
+    patch->close();
+    QelMemberRecord record;
+    record.memberType = 6;
+    record.partIndex = 0;
+    QelGroupTagAnnotate(object, patch, L"PlanerPatch", L"PLANER_PATCH", record, objIndex, filePath,
+                        translation, rotation, L"PlanarPatch");
+    return 0;
+}

@@ -1,0 +1,83 @@
+// A drawing saved after an import opens again: objects that landed on the temporary layers are
+// erased at the end of the import with everything they own, and the save points at nothing it
+// leaves out. Hostile groups on the way end with counted errors, and the drawing still saves.
+#include "import_fixture.h"
+
+#include <arx/dbdict.h>
+#include <dxf/drawing.h>
+
+#include <fstream>
+#include <sstream>
+
+namespace {
+
+using qelintest::FileLayout;
+
+class SavedImport : public qelintest::ImportTest {
+protected:
+    std::string save(AcDbDatabase& db, const std::string& name) {
+        const std::string path = (m_folder / name).string();
+        std::string message;
+        EXPECT_TRUE(dxf::saveDrawing(db, path, message)) << message;
+        std::ifstream in(path);
+        std::ostringstream text;
+        text << in.rdbuf();
+        return text.str();
+    }
+};
+
+// Entities of model space that carry the module's member record.
+int taggedEntities(AcDbDatabase& db) {
+    AcDbBlockTableRecord* space = nullptr;
+    if (acdbOpenObject(space, db.modelSpaceId(), AcDb::kForRead) != Acad::eOk) return -1;
+    AcDbBlockTableRecordIterator* it = nullptr;
+    space->newIterator(it);
+    int count = 0;
+    for (; !it->done(); it->step()) {
+        AcDbEntity* entity = nullptr;
+        if (it->getEntity(entity) != Acad::eOk) continue;
+        AcDbDictionary* dictionary = nullptr;
+        if (acdbOpenObject(dictionary, entity->extensionDictionary()) == Acad::eOk) {
+            count += dictionary->has(L"MemberRec") ? 1 : 0;
+            dictionary->close();
+        }
+        entity->close();
+    }
+    delete it;
+    space->close();
+    return count;
+}
+
+TEST_F(SavedImport, ObjectsOfNamelessAndTemporaryLayersLeaveADrawingThatReopens) {
+    const std::string line =
+        R"({"class": "Line3d", "params": [["startPoint", "double[]", [0, 0, 0]], ["endPoint", "double[]", [1, 0, 0]]]})";
+    FileLayout layout;
+    layout.objects = {
+        line,
+        line,
+        R"({"class": "GeometricGroup", "params": [["objectList", "uint[]", [2, 4, 6]]]})",
+        R"({"class": "ExclusionVolume", "params": [["thickness", "double[]", [1, 1, 1]]]})",
+        line,
+        R"({"class": "PlanarPatch", "params": [["vertices", "double[]", [0, 0, 1, 0, 1, 1, 0, 0]]]})",
+    };
+    layout.layers = {
+        {"", "[0]", ""}, {R"("z_VelmoraTemp_Layer")", "[1]", ""}, {R"("Plant")", "[2, 3, 5]", ""}};
+    run(layout);
+    // The group lists itself and a layer: two members told and counted, the line still made.
+    EXPECT_EQ(errorCount(), 2u);
+    AcDbDatabase* db = acdbHostApplicationServices()->workingDatabase();
+    const int tagged = taggedEntities(*db);
+    EXPECT_EQ(tagged, 3); // the group's line, the box and the face; nothing of the erased ones
+
+    const std::string first = save(*db, "first.dxf");
+    std::string message;
+    std::unique_ptr<AcDbDatabase> reopened =
+        dxf::openDrawing((m_folder / "first.dxf").string(), message);
+    ASSERT_NE(reopened, nullptr) << message;
+    EXPECT_EQ(taggedEntities(*reopened), tagged);
+    const std::string second = save(*reopened, "second.dxf");
+    EXPECT_EQ(second.size(), first.size());
+    EXPECT_NE(dxf::openDrawing((m_folder / "second.dxf").string(), message), nullptr) << message;
+}
+
+} // namespace
