@@ -37,30 +37,37 @@ AcDbObjectId regionWithHoles(const QelPlanarOutline& outline) {
 }
 
 // One face over all vertices through the host's command, as a script would draw it; the id of
-// the entity it drew.
+// the entity it drew, null when it drew none.
 AcDbObjectId faceOf(const AcGePoint2dArray& vertices) {
-    resbuf* head = acutBuildList(RTSTR, L"_pface", RTNONE);
-    resbuf* tail = head;
-    auto add = [&tail](resbuf* rb) {
-        tail->rbnext = rb;
+    resbuf* head = nullptr;
+    resbuf* tail = nullptr;
+    auto add = [&](int type) {
+        resbuf* rb = acutNewRb(type);
+        (head ? tail->rbnext : head) = rb;
         tail = rb;
+        return rb;
     };
+    auto answer = [&](const wchar_t* text) { add(RTSTR)->resval.rstring = acutNewString(text); };
+    answer(L"_pface");
     for (int i = 0; i < vertices.length(); ++i) {
-        resbuf* rb = acutNewRb(RTPOINT);
+        resbuf* rb = add(RTPOINT);
         rb->resval.rpoint[0] = vertices[i].x;
         rb->resval.rpoint[1] = vertices[i].y;
         rb->resval.rpoint[2] = 0.0;
-        add(rb);
     }
-    add(acutBuildList(RTSTR, L"", RTNONE));
+    answer(L"");
     for (int i = 0; i < vertices.length(); ++i)
-        add(acutBuildList(RTSHORT, short(i + 1), RTNONE));
-    add(acutBuildList(RTSTR, L"", RTSTR, L"", RTNONE));
+        add(RTSHORT)->resval.rint = short(i + 1);
+    answer(L"");
+    answer(L"");
+    // A command that drew nothing leaves the entity before it last: that one is not the face.
+    ads_name before = {0, 0};
+    acdbEntLast(before);
     acedCmd(head);
     acutRelRb(head);
     ads_name last;
     AcDbObjectId id;
-    if (acdbEntLast(last) != RTNORM) {
+    if (acdbEntLast(last) != RTNORM || (last[0] == before[0] && last[1] == before[1])) {
         acutPrintf(L"\nError obtaining ent handle for Planer Patch.");
         return id;
     }

@@ -91,6 +91,8 @@ Piece piece(const Sweep& sweep, const AcGePoint3d& start, double length) {
         return Piece::kEnd;
     }
     QelSubtractHoles(region, sweep.outline.holes);
+    // The host sweeps the region where it lies: it stands at the start of its piece.
+    region->transformBy(AcGeMatrix3d::translation(start.asVector()));
     ads_name regionName = {0, 0};
     if (acdbEntLast(regionName) != RTNORM) report(L"CreateMember:Error obtaining ent handle.");
     const AcDbObjectId regionId = region->objectId();

@@ -2,6 +2,7 @@
 // erased at the end of the import with everything they own, and the save points at nothing it
 // leaves out. Hostile groups on the way end with counted errors, and the drawing still saves.
 #include "import_fixture.h"
+#include "shell/settings_store.h"
 
 #include <arx/dbdict.h>
 #include <dxf/drawing.h>
@@ -62,9 +63,12 @@ TEST_F(SavedImport, ObjectsOfNamelessAndTemporaryLayersLeaveADrawingThatReopens)
     };
     layout.layers = {
         {"", "[0]", ""}, {R"("z_VelmoraTemp_Layer")", "[1]", ""}, {R"("Plant")", "[2, 3, 5]", ""}};
-    run(layout);
+    const std::wstring file = build(layout.json());
+    // The group opens the run's file again by the name the dialog stores.
+    ASSERT_TRUE(WriteString(QEL_SETTINGS_KEY, L"LastOpenDir", file.c_str()));
+    run(file);
     // The group lists itself and a layer: two members told and counted, the line still made.
-    EXPECT_EQ(errorCount(), 2u);
+    EXPECT_EQ(errorCount(), 2u) << ::testing::PrintToString(boxes());
     AcDbDatabase* db = acdbHostApplicationServices()->workingDatabase();
     const int tagged = taggedEntities(*db);
     EXPECT_EQ(tagged, 3); // the group's line, the box and the face; nothing of the erased ones

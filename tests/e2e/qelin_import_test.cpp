@@ -188,6 +188,16 @@ TEST_F(QelinEndToEnd, ImportSavesTheDrawingWithEverythingItMade) {
         tagged = tagged || (entity["kind"] == "3DSOLID" &&
                             entity["records"].dump().find("MemberRec") != std::string::npos);
     EXPECT_TRUE(tagged) << info.out;
+    // The patch with its hole cut out, and the geometric group.
+    bool patch = false;
+    for (const auto& entity : drawing["tagged"])
+        patch = patch || (entity["kind"] == "REGION" &&
+                          entity["xdata"].dump().find("PlanarPatch") != std::string::npos);
+    EXPECT_TRUE(patch) << info.out;
+    int groups = 0;
+    for (const auto& group : drawing["groups"])
+        groups += group["description"] == "GGroup" ? 1 : 0;
+    EXPECT_EQ(groups, 1) << info.out;
 }
 
 TEST_F(QelinEndToEnd, ImportIntoADrawingKeepsWhatItHeld) {
