@@ -1,11 +1,15 @@
 #include "creators/planar_outline.h"
 
+#include "foundation/error_report.h"
 #include "objectfile/param_read.h"
 
 #include <arx/aced.h>
 
-bool QelReadPlanarOutline(QelObject* object, QelPlanarOutline& outline) {
-    if (!GetPoint2dArrayParam(object, "vertices", outline.vertices, true)) return false;
+bool QelReadPlanarOutline(QelObject* object, QelPlanarOutline& outline, const wchar_t* missing) {
+    if (!GetPoint2dArrayParam(object, "vertices", outline.vertices, true)) {
+        QelReportError(missing);
+        return false;
+    }
     AcGePoint2dArray holeVertices;
     QelArray<int> ends;
     const bool haveVertices = GetPoint2dArrayParam(object, "holeVertices", holeVertices, true);

@@ -14,8 +14,9 @@ struct QelPlanarOutline {
     bool hasHoles = false;
 };
 
-// "vertices" (converted to drawing units) and the holes. False when "vertices" is absent.
-bool QelReadPlanarOutline(QelObject* object, QelPlanarOutline& outline);
+// "vertices" (converted to drawing units) and the holes. When "vertices" is absent the class's
+// message is reported and the result is false.
+bool QelReadPlanarOutline(QelObject* object, QelPlanarOutline& outline, const wchar_t* missing);
 
 // Hole i runs from the previous hole's end index up to, not including, ends[i]; the first starts
 // at 0. An end at or below the previous one, or beyond the list, gives the vertices that exist.

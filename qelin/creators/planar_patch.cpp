@@ -80,10 +80,8 @@ AcDbObjectId faceOf(const AcGePoint2dArray& vertices) {
 int CreatePlanarPatch(QelObject* object, void*, int, unsigned char, unsigned objIndex,
                       const CString* filePath) {
     QelPlanarOutline outline;
-    if (!QelReadPlanarOutline(object, outline)) {
-        QelReportError(L"\nError getting vertices for PlanarPatch.");
+    if (!QelReadPlanarOutline(object, outline, L"\nError getting vertices for PlanarPatch."))
         return 1;
-    }
     AcDbObjectId id;
     if (outline.hasHoles) id = regionWithHoles(outline);
     if (id.isNull()) id = faceOf(outline.vertices);

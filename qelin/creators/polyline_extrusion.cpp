@@ -171,10 +171,9 @@ Piece piece(const Sweep& sweep, const AcGePoint3d& start, double length) {
 int CreatePlanarPolylineExtrusion(QelObject* object, void*, int, unsigned char, unsigned objIndex,
                                   const CString* filePath) {
     QelPlanarOutline outline;
-    if (!QelReadPlanarOutline(object, outline)) {
-        QelReportError(L"\nError getting vertices for PlanarPolylineExtrusion.");
+    if (!QelReadPlanarOutline(object, outline,
+                              L"\nError getting vertices for PlanarPolylineExtrusion."))
         return 1;
-    }
     Sweep sweep{object,   outline, AcGeVector3d::kZAxis, AcGePoint3d::kOrigin, {}, {}, 0.0,
                 objIndex, filePath};
     PoseMatrices(object, sweep.translation, sweep.rotation);
