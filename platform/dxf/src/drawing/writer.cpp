@@ -190,6 +190,20 @@ private:
                 --end;
             }
         }
+        if (end == tags.size()) return;
+        tags.resize(end);
+        // A list of reactors this left empty goes as well.
+        end = 0;
+        for (size_t i = 0; i < tags.size(); ++i) {
+            const bool emptied = tags[i].code == 102 && tags[i].value == "}" && end > 0 &&
+                                 tags[end - 1].code == 102 && tags[end - 1].value.starts_with("{");
+            if (emptied) {
+                --end;
+                continue;
+            }
+            if (end != i) tags[end] = std::move(tags[i]);
+            ++end;
+        }
         tags.resize(end);
     }
 
