@@ -6,6 +6,7 @@
 #include "foundation/error_report.h"
 #include "foundation/log_file.h"
 #include "foundation/state_guards.h"
+#include "import/class_table.h"
 #include "records/xrecords.h"
 #include "shell/doc_data.h"
 
@@ -49,8 +50,8 @@ AcDb3dSolid* placedBox(QelObject* object, const double size[3]) {
 
 } // namespace
 
-int CreateExclusionVolume(QelObject* object, void*, int, unsigned char, unsigned objIndex,
-                          const CString* filePath) {
+QelCreated CreateExclusionVolume(QelObject* object, void*, int, unsigned char, unsigned objIndex,
+                                 const CString* filePath) {
     const CString layer = QelGetStringVar(L"CLAYER");
     if (!object->GetParam("objectList", 0))
         QelLogAppend(L"\n      (No objects in ExclusionVolume 'objectList'.)\n");
@@ -67,17 +68,18 @@ int CreateExclusionVolume(QelObject* object, void*, int, unsigned char, unsigned
         double size[3] = {0.0, 0.0, 0.0};
         for (int i = 0; i < 3 && i < thickness.length(); ++i)
             size[i] = thickness[i];
+        const QelClassRow& row = QelClassOf(QelCode::ExclusionVolume);
         if (AcDb3dSolid* box = placedBox(object, size)) {
             QelMemberRecord record;
-            record.memberType = 19;
+            record.memberType = row.code;
             record.length = size[0];
             record.width = size[1];
             QelFillRecordOrigin(record, objIndex, filePath, CString());
-            QelTagEntity(box, record, L"ExclusionVolume");
+            QelTagEntity(box, record, row.xdata);
         }
     }
     doc.importContext = 0;
     QelSetCurrentLayer(layer);
     reader.Close();
-    return 0;
+    return QelCreated::Done;
 }

@@ -8,6 +8,7 @@
 #include "foundation/error_report.h"
 #include "foundation/log_file.h"
 #include "foundation/string_ring.h"
+#include "import/class_table.h"
 #include "import/read_qel_file.h"
 #include "objectfile/param_read.h"
 #include "records/import_annotations.h"
@@ -33,8 +34,10 @@ std::set<std::pair<unsigned, unsigned>> g_reported;
 
 // Classes that make up the file's structure: a group never holds them.
 bool isStructure(const char* className) {
-    for (const char* name : {"Layer", "LayerMgr", "ModelSpace", "Header"})
-        if (::strcasecmp(className, name) == 0) return true;
+    for (const QelClassRow& row : QelClassRows())
+        if (row.className && ::strcasecmp(className, row.className) == 0)
+            return row.code == QelCode::Layer || row.code == QelCode::LayerMgr ||
+                   row.code == QelCode::ModelSpace || row.code == QelCode::Header;
     return false;
 }
 
@@ -83,19 +86,19 @@ void QelResetGroupWalk() {
     g_reported.clear();
 }
 
-int CreateGeometricGroup(QelObject* object, void*, int, unsigned char acisMode, unsigned objIndex,
-                         const CString* filePath) {
+QelCreated CreateGeometricGroup(QelObject* object, void*, int, unsigned char acisMode,
+                                unsigned objIndex, const CString* filePath) {
     QelArray<unsigned> members;
     if (!readObjectList(object, members)) {
         QelReportError(L"Error reading Model Space 'objectList'.");
-        return 1;
+        return QelCreated::Failed;
     }
     if (g_walking.size() >= kMaxDepth) {
         CString text;
         text.Format(L"\nGeometricGroup %u lies deeper than %u groups: skipped.", objIndex,
                     unsigned(kMaxDepth));
         badMember(objIndex, objIndex, text);
-        return 0;
+        return QelCreated::FailedReported;
     }
     CDocData& doc = QelDocData();
     doc.importContext = 2;
@@ -110,7 +113,8 @@ int CreateGeometricGroup(QelObject* object, void*, int, unsigned char acisMode, 
     QelOpenRunFile(reader, job.fileName);
 
     CString groupName;
-    AcDbGroup* group = QelMakeObjectGroup(L"GGroup", L"GGROUP", groupName);
+    const QelClassRow& row = QelClassOf(QelCode::GeometricGroup);
+    AcDbGroup* group = QelMakeObjectGroup(row.groupName, row.groupKey, groupName);
     QelLogWrite(L"\n            Processing Geometric Group objects...", job.logFilePath);
     g_walking.push_back(objIndex);
     for (unsigned i = 0; i < members.GetCount(); ++i) {
@@ -138,10 +142,11 @@ int CreateGeometricGroup(QelObject* object, void*, int, unsigned char acisMode, 
     if (!first) {
         QelReportError(L"\nUnable to read qel file Header.");
     } else {
+        // A first member that is part of the file's structure has no pose to lend.
         AcGeMatrix3d translation, rotation;
-        PoseMatrices(first.get(), translation, rotation);
+        if (!isStructure(first->GetName())) PoseMatrices(first.get(), translation, rotation);
         QelMemberRecord record;
-        record.memberType = 18;
+        record.memberType = row.code;
         QelFillRecordOrigin(record, objIndex, filePath, groupName);
         ImportAnnotations(object, translation, rotation, group, record);
         QelLogWrite(L"\n            End Processing Geometric Group.\n", job.logFilePath);
@@ -149,5 +154,5 @@ int CreateGeometricGroup(QelObject* object, void*, int, unsigned char acisMode, 
     QelCloseGroup(group);
     reader.Close();
     doc.importContext = 0;
-    return 0;
+    return first ? QelCreated::Done : QelCreated::FailedReported;
 }

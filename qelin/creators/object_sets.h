@@ -3,13 +3,10 @@
 // Both reach the file of the run again by its name in the settings.
 #pragma once
 
-#include <qel/qel.h>
-#include <win/win.h>
+#include "creators/creator.h"
 
-int CreateGeometricGroup(QelObject* object, void* parent, int subtype, unsigned char acisMode,
-                         unsigned objIndex, const CString* filePath);
-int CreateExclusionVolume(QelObject* object, void* parent, int subtype, unsigned char acisMode,
-                          unsigned objIndex, const CString* filePath);
+QEL_CREATOR(CreateGeometricGroup);
+QEL_CREATOR(CreateExclusionVolume);
 
 // Forgets the bad group members reported so far, at the start of a file read.
 void QelResetGroupWalk();

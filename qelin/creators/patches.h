@@ -2,11 +2,7 @@
 // PlanarPolylineExtrusion, the outline swept into a solid and cut at its height.
 #pragma once
 
-#include <qel/qel.h>
-#include <win/win.h>
+#include "creators/creator.h"
 
-int CreatePlanarPatch(QelObject* object, void* parent, int subtype, unsigned char acisMode,
-                      unsigned objIndex, const CString* filePath);
-int CreatePlanarPolylineExtrusion(QelObject* object, void* parent, int subtype,
-                                  unsigned char acisMode, unsigned objIndex,
-                                  const CString* filePath);
+QEL_CREATOR(CreatePlanarPatch);
+QEL_CREATOR(CreatePlanarPolylineExtrusion);

@@ -3,6 +3,7 @@
 #include "creators/patches.h"
 #include "creators/planar_outline.h"
 #include "foundation/error_report.h"
+#include "import/class_table.h"
 #include "records/import_annotations.h"
 
 #include <arx/aced.h>
@@ -77,27 +78,29 @@ AcDbObjectId faceOf(const AcGePoint2dArray& vertices) {
 
 } // namespace
 
-int CreatePlanarPatch(QelObject* object, void*, int, unsigned char, unsigned objIndex,
-                      const CString* filePath) {
+QelCreated CreatePlanarPatch(QelObject* object, void*, int, unsigned char, unsigned objIndex,
+                             const CString* filePath) {
     QelPlanarOutline outline;
     if (!QelReadPlanarOutline(object, outline, L"\nError getting vertices for PlanarPatch."))
-        return 1;
+        return QelCreated::Failed;
     AcDbObjectId id;
     if (outline.hasHoles) id = regionWithHoles(outline);
     if (id.isNull()) id = faceOf(outline.vertices);
     AcGeMatrix3d translation, rotation;
     PoseMatrices(object, translation, rotation);
     AcDbEntity* patch = nullptr;
-    if (acdbOpenAcDbEntity(patch, id, AcDb::kForWrite) != Acad::eOk) return 0;
+    if (acdbOpenAcDbEntity(patch, id, AcDb::kForWrite) != Acad::eOk)
+        return QelCreated::FailedReported;
     ApplyColour(object, patch);
     patch->transformBy(translation);
     patch->transformBy(rotation);
     ApplyImportTransform(patch);
     patch->close();
+    const QelClassRow& row = QelClassOf(QelCode::PlanarPatch);
     QelMemberRecord record;
-    record.memberType = 6;
+    record.memberType = row.code;
     record.partIndex = 0;
-    QelGroupTagAnnotate(object, patch, L"PlanerPatch", L"PLANER_PATCH", record, objIndex, filePath,
-                        translation, rotation, L"PlanarPatch");
-    return 0;
+    QelGroupTagAnnotate(object, patch, row.groupName, row.groupKey, record, objIndex, filePath,
+                        translation, rotation, row.xdata);
+    return QelCreated::Done;
 }

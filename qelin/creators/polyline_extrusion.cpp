@@ -7,6 +7,7 @@
 #include "creators/planar_outline.h"
 #include "foundation/error_report.h"
 #include "foundation/log_file.h"
+#include "import/class_table.h"
 #include "records/import_annotations.h"
 
 #include <arx/aced.h>
@@ -157,23 +158,23 @@ Piece piece(const Sweep& sweep, const AcGePoint3d& start, double length) {
         acutPrintf(L"PlanerPolylineExtru: Error removing Redundant entity");
     if (empty) return Piece::kMade;
 
+    const QelClassRow& row = QelClassOf(QelCode::PlanarPolylineExtrusion);
     QelMemberRecord record;
-    record.memberType = 7;
+    record.memberType = row.code;
     record.length = sweep.height;
-    QelGroupTagAnnotate(sweep.object, solid, L"PlanerPatch", L"PLANER_PATCH", record,
-                        sweep.objIndex, sweep.filePath, sweep.translation, sweep.rotation,
-                        L"PlanarPolylineExtrusion");
+    QelGroupTagAnnotate(sweep.object, solid, row.groupName, row.groupKey, record, sweep.objIndex,
+                        sweep.filePath, sweep.translation, sweep.rotation, row.xdata);
     return Piece::kMade;
 }
 
 } // namespace
 
-int CreatePlanarPolylineExtrusion(QelObject* object, void*, int, unsigned char, unsigned objIndex,
-                                  const CString* filePath) {
+QelCreated CreatePlanarPolylineExtrusion(QelObject* object, void*, int, unsigned char,
+                                         unsigned objIndex, const CString* filePath) {
     QelPlanarOutline outline;
     if (!QelReadPlanarOutline(object, outline,
                               L"\nError getting vertices for PlanarPolylineExtrusion."))
-        return 1;
+        return QelCreated::Failed;
     Sweep sweep{object,   outline, AcGeVector3d::kZAxis, AcGePoint3d::kOrigin, {}, {}, 0.0,
                 objIndex, filePath};
     PoseMatrices(object, sweep.translation, sweep.rotation);
@@ -196,8 +197,9 @@ int CreatePlanarPolylineExtrusion(QelObject* object, void*, int, unsigned char, 
     for (double travelled = 0.0; travelled < total; travelled += kPieceLength) {
         const double length = std::min(total - travelled, kPieceLength);
         const Piece made = piece(sweep, start, length);
-        if (made != Piece::kMade) return made == Piece::kFailed ? 1 : 0;
+        if (made != Piece::kMade)
+            return made == Piece::kFailed ? QelCreated::Failed : QelCreated::FailedReported;
         start = OffsetAlong(sweep.direction, start, length);
     }
-    return 0;
+    return QelCreated::Done;
 }

@@ -1,6 +1,8 @@
 #include "import/class_table.h"
 
 #include "creators/fittings.h"
+#include "creators/object_sets.h"
+#include "creators/patches.h"
 #include "creators/primitives.h"
 
 #include <array>
@@ -30,64 +32,64 @@ namespace Code = QelCode;
 // Order doesn't matter: lookups go by code, by row and by name.
 // clang-format off
 constexpr C kRows[] = {
-    // code                         code name                  class in the file        row creator              hide   group                   key                      xdata
+    // code                         code name                  class in the file        row creator                        hide   group                   key                      xdata
     // Curves
-    {Code::Line3d,                  "Line3d",                  "Line3d",                  0, CreateLine3d,         Hide,  L"LineGroup",           L"LINE_GROUP",           L"Line"},
-    {Code::CircularArc3d,           "CircularArc3d",           "CircularArc3d",           1, CreateCircularArc3d,  Hide,  L"CircularArcGroup",    L"CIRCULAR_ARC_GROUP",   L"CircularArc3d"},
-    {Code::EllipticArc3d,           "EllipticArc3d",           "EllipticArc3d",           2, CreateEllipticArc3d,  Hide,  L"EllipticArcGroup",    L"ELLIPTIC_ARC_GROUP",   L"EllipticArc3d"},
-    {Code::Polyline3d,              "Polyline3d",              "Polyline3d",              3, CreatePolyline3d,     Hide,  L"Polyline3dGroup",     L"POLYLINE3D_GROUP",     L"Polyline3d"},
-    {Code::BSplineCurve3d,          "BSplineCurve3d",          "BSplineCurve3d",          5, CreateBSplineCurve3d, Hide,  L"BSplineCurveGroup",   L"BSPLINE_CURVE_GROUP",  L"BSplineCurve3d"},
+    {Code::Line3d,                  "Line3d",                  "Line3d",                  0, CreateLine3d,                  Hide,  L"LineGroup",           L"LINE_GROUP",           L"Line"},
+    {Code::CircularArc3d,           "CircularArc3d",           "CircularArc3d",           1, CreateCircularArc3d,           Hide,  L"CircularArcGroup",    L"CIRCULAR_ARC_GROUP",   L"CircularArc3d"},
+    {Code::EllipticArc3d,           "EllipticArc3d",           "EllipticArc3d",           2, CreateEllipticArc3d,           Hide,  L"EllipticArcGroup",    L"ELLIPTIC_ARC_GROUP",   L"EllipticArc3d"},
+    {Code::Polyline3d,              "Polyline3d",              "Polyline3d",              3, CreatePolyline3d,              Hide,  L"Polyline3dGroup",     L"POLYLINE3D_GROUP",     L"Polyline3d"},
+    {Code::BSplineCurve3d,          "BSplineCurve3d",          "BSplineCurve3d",          5, CreateBSplineCurve3d,          Hide,  L"BSplineCurveGroup",   L"BSPLINE_CURVE_GROUP",  L"BSplineCurve3d"},
     // Primitive solids
-    {Code::Cylinder,                "Cylinder",                "Cylinder",                9, CreateCylinder,       Hide,  L"CylinderGroup",       L"CYLINDER_GROUP",       L"Cylinder"},
-    {Code::Cone,                    "Cone",                    "Cone",                   10, CreateCone,           Hide,  L"ConeGroup",           L"CONE_GROUP",           L"Cone"},
-    {Code::Sphere,                  "Sphere",                  "Sphere",                 12, CreateSphere,         Hide,  L"SphereGroup",         L"SPHERE_GROUP",         L"Sphere"},
-    {Code::Torus,                   "Torus",                   "Torus",                  13, CreateTorus,          Hide,  L"TorusGroup",          L"TORUS_GROUP",          L"Torus"},
-    {Code::RectangularBox,          "RectangularBox",          "RectangularBox",         16, CreateRectangularBox, Hide,  L"RectBoxGroup",        L"RECTBOX_GROUP",        L"RectangularBox"},
+    {Code::Cylinder,                "Cylinder",                "Cylinder",                9, CreateCylinder,                Hide,  L"CylinderGroup",       L"CYLINDER_GROUP",       L"Cylinder"},
+    {Code::Cone,                    "Cone",                    "Cone",                   10, CreateCone,                    Hide,  L"ConeGroup",           L"CONE_GROUP",           L"Cone"},
+    {Code::Sphere,                  "Sphere",                  "Sphere",                 12, CreateSphere,                  Hide,  L"SphereGroup",         L"SPHERE_GROUP",         L"Sphere"},
+    {Code::Torus,                   "Torus",                   "Torus",                  13, CreateTorus,                   Hide,  L"TorusGroup",          L"TORUS_GROUP",          L"Torus"},
+    {Code::RectangularBox,          "RectangularBox",          "RectangularBox",         16, CreateRectangularBox,          Hide,  L"RectBoxGroup",        L"RECTBOX_GROUP",        L"RectangularBox"},
     // Elbows and reducers
-    {Code::Reducer,                 "Reducer",                 "Reducer",                11, Later,                Hide,  L"ReducerGroup",        L"REDUCER_GROUP",        L"Reducer"},
-    {Code::Elbow,                   "Elbow",                   "Elbow",                  14, Later,                Hide,  L"ElbowGroup",          L"ELBOW_GROUP",          L"Elbow"},
-    {Code::ReducingElbow,           "ReducingElbow",           "ReducingElbow",          29, Later,                Shown, L"ReducingElbowGroup",  L"REDUCINGELBOW_GROUP",  L"ReducingElbow"},
+    {Code::Reducer,                 "Reducer",                 "Reducer",                11, Later,                         Hide,  L"ReducerGroup",        L"REDUCER_GROUP",        L"Reducer"},
+    {Code::Elbow,                   "Elbow",                   "Elbow",                  14, Later,                         Hide,  L"ElbowGroup",          L"ELBOW_GROUP",          L"Elbow"},
+    {Code::ReducingElbow,           "ReducingElbow",           "ReducingElbow",          29, Later,                         Shown, L"ReducingElbowGroup",  L"REDUCINGELBOW_GROUP",  L"ReducingElbow"},
     // Valves, flanges, tees; the flat-capped cylinder; caps and centre lines
-    {Code::Valve,                   "Valve",                   "Valve",                  15, CreateValve,          Hide,  L"ValveGroup",          L"VALVE_GROUP",          L"Valve"},
-    {Code::PipeFlange,              "PipeFlange",              "Flange",                 17, CreateFlange,         Hide,  L"PipeFlangeGroup",     L"PIPEFLANGE_GROUP",     L"PipeFlange"},
-    {Code::PipeTee,                 "PipeTee",                 "Tee",                    18, CreateTee,            Hide,  L"PipeTeeGroup",        L"PIPETEE_GROUP",        L"PipeTee"},
-    {Code::Flange,                  "Flange",                  nullptr,                  No, nullptr,              Hide,  L"CylinderGroup",       L"CYLINDER_GROUP",       L"Flange"},
-    {Code::FlatCap,                 "FlatCap",                 "FlatCap",                No, nullptr,              Shown, nullptr,                nullptr,                 L"Flat Cap"},
-    {Code::HemisphericCap,          "HemisphericCap",          "HemiSphericCap",         No, nullptr,              Shown, nullptr,                nullptr,                 L"Hemispheric Cap"},
-    {Code::SemiEllipticCap,         "SemiEllipticCap",         "SemiEllipticCap",        No, nullptr,              Shown, nullptr,                nullptr,                 L"SemiEllipticCap Cap"},
-    {Code::CenterLine,              "CenterLine",              nullptr,                  No, nullptr,              Shown, nullptr,                nullptr,                 L"Center Line"},
-    {Code::BottomCenterLine,        "BottomCenterLine",        nullptr,                  No, nullptr,              Shown, nullptr,                nullptr,                 L"BottomCenterLine"},
+    {Code::Valve,                   "Valve",                   "Valve",                  15, CreateValve,                   Hide,  L"ValveGroup",          L"VALVE_GROUP",          L"Valve"},
+    {Code::PipeFlange,              "PipeFlange",              "Flange",                 17, CreateFlange,                  Hide,  L"PipeFlangeGroup",     L"PIPEFLANGE_GROUP",     L"PipeFlange"},
+    {Code::PipeTee,                 "PipeTee",                 "Tee",                    18, CreateTee,                     Hide,  L"PipeTeeGroup",        L"PIPETEE_GROUP",        L"PipeTee"},
+    {Code::Flange,                  "Flange",                  nullptr,                  No, nullptr,                       Hide,  L"CylinderGroup",       L"CYLINDER_GROUP",       L"Flange"},
+    {Code::FlatCap,                 "FlatCap",                 "FlatCap",                No, nullptr,                       Shown, nullptr,                nullptr,                 L"Flat Cap"},
+    {Code::HemisphericCap,          "HemisphericCap",          "HemiSphericCap",         No, nullptr,                       Shown, nullptr,                nullptr,                 L"Hemispheric Cap"},
+    {Code::SemiEllipticCap,         "SemiEllipticCap",         "SemiEllipticCap",        No, nullptr,                       Shown, nullptr,                nullptr,                 L"SemiEllipticCap Cap"},
+    {Code::CenterLine,              "CenterLine",              nullptr,                  No, nullptr,                       Shown, nullptr,                nullptr,                 L"Center Line"},
+    {Code::BottomCenterLine,        "BottomCenterLine",        nullptr,                  No, nullptr,                       Shown, nullptr,                nullptr,                 L"BottomCenterLine"},
     // Steel; an extrusion's text is its section's name, its block form groups as "SteelBlkGroup"
-    {Code::StdShape,                "StdShape",                "StdShape",                4, Later,                Hide,  L"StdShapeGroup",       L"STD_SHAPE_GROUP",      L"StdShape"},
-    {Code::StdShapeExtrusion,       "StdShapeExtrusion",       "StdShapeExtrusion",       8, Later,                Hide,  L"SteelGroup",          L"Steel_Group",          nullptr},
+    {Code::StdShape,                "StdShape",                "StdShape",                4, Later,                         Hide,  L"StdShapeGroup",       L"STD_SHAPE_GROUP",      L"StdShape"},
+    {Code::StdShapeExtrusion,       "StdShapeExtrusion",       "StdShapeExtrusion",       8, Later,                         Hide,  L"SteelGroup",          L"Steel_Group",          nullptr},
     // Patches and polyline extrusions
-    {Code::PlanarPatch,             "PlanarPatch",             "PlanarPatch",             6, Later,                Hide,  L"PlanerPatch",         L"PLANER_PATCH",         L"PlanarPatch"},
-    {Code::PlanarPolylineExtrusion, "PlanarPolylineExtrusion", "PlanarPolylineExtrusion", 7, Later,                Hide,  L"PlanerPatch",         L"PLANER_PATCH",         L"PlanarPolylineExtrusion"},
+    {Code::PlanarPatch,             "PlanarPatch",             "PlanarPatch",             6, CreatePlanarPatch,             Hide,  L"PlanerPatch",         L"PLANER_PATCH",         L"PlanarPatch"},
+    {Code::PlanarPolylineExtrusion, "PlanarPolylineExtrusion", "PlanarPolylineExtrusion", 7, CreatePlanarPolylineExtrusion, Hide,  L"PlanerPatch",         L"PLANER_PATCH",         L"PlanarPolylineExtrusion"},
     // Points, meshes and contours
-    {Code::Vertex3d,                "Vertex3d",                "Vertex3d",               19, Later,                Hide,  L"PointGroup",          L"POINT_GROUP",          nullptr},
-    {Code::Pointset,                "Pointset",                "Pointset",               22, Later,                Shown, L"Pointset",            L"POINT_GROUP",          L"ToviQelPoint"},
-    {Code::TriMesh,                 "TriMesh",                 "TriMesh",                23, Later,                Hide,  L"TriMesh",             L"MESH_GROUP",           L"TriMesh"},
-    {Code::ContourObj,              "ContourObj",              "ContourObj",             24, Later,                Hide,  L"ContourGroup",        L"COUTOUR_GROUP",        L"Contour"},
+    {Code::Vertex3d,                "Vertex3d",                "Vertex3d",               19, Later,                         Hide,  L"PointGroup",          L"POINT_GROUP",          nullptr},
+    {Code::Pointset,                "Pointset",                "Pointset",               22, Later,                         Shown, L"Pointset",            L"POINT_GROUP",          L"ToviQelPoint"},
+    {Code::TriMesh,                 "TriMesh",                 "TriMesh",                23, Later,                         Hide,  L"TriMesh",             L"MESH_GROUP",           L"TriMesh"},
+    {Code::ContourObj,              "ContourObj",              "ContourObj",             24, Later,                         Hide,  L"ContourGroup",        L"COUTOUR_GROUP",        L"Contour"},
     // Groups and exclusion volumes (a volume has no group of its own)
-    {Code::GeometricGroup,          "GeometricGroup",          "GeometricGroup",         20, Later,                Shown, L"GGroup",              L"GGROUP",               nullptr},
-    {Code::ExclusionVolume,         "ExclusionVolume",         "ExclusionVolume",        21, Later,                Shown, nullptr,                nullptr,                 L"ExclusionVolume"},
+    {Code::GeometricGroup,          "GeometricGroup",          "GeometricGroup",         20, CreateGeometricGroup,          Shown, L"GGroup",              L"GGROUP",               nullptr},
+    {Code::ExclusionVolume,         "ExclusionVolume",         "ExclusionVolume",        21, CreateExclusionVolume,         Shown, nullptr,                nullptr,                 L"ExclusionVolume"},
     // Structure: the import driver reads these itself; met in an object list they make nothing
-    {Code::Layer,                   "Layer",                   "Layer",                  25, Nothing,              Shown, nullptr,                nullptr,                 nullptr},
-    {Code::LayerMgr,                "LayerMgr",                "LayerMgr",               26, Nothing,              Shown, nullptr,                nullptr,                 nullptr},
-    {Code::ModelSpace,              "ModelSpace",              "ModelSpace",             27, Nothing,              Shown, nullptr,                nullptr,                 nullptr},
-    {Code::Header,                  "Header",                  "Header",                 28, Nothing,              Shown, nullptr,                nullptr,                 nullptr},
-    {Code::NoCode,                  nullptr,                   "PipeBranch",             30, Nothing,              Shown, nullptr,                nullptr,                 nullptr},
+    {Code::Layer,                   "Layer",                   "Layer",                  25, Nothing,                       Shown, nullptr,                nullptr,                 nullptr},
+    {Code::LayerMgr,                "LayerMgr",                "LayerMgr",               26, Nothing,                       Shown, nullptr,                nullptr,                 nullptr},
+    {Code::ModelSpace,              "ModelSpace",              "ModelSpace",             27, Nothing,                       Shown, nullptr,                nullptr,                 nullptr},
+    {Code::Header,                  "Header",                  "Header",                 28, Nothing,                       Shown, nullptr,                nullptr,                 nullptr},
+    {Code::NoCode,                  nullptr,                   "PipeBranch",             30, Nothing,                       Shown, nullptr,                nullptr,                 nullptr},
     // Read by the import driver or inside other objects; the dispatcher doesn't know them
-    {Code::NoCode,                  nullptr,                   "ModelSpaceView",         No, nullptr,              Shown, nullptr,                nullptr,                 nullptr},
-    {Code::NoCode,                  nullptr,                   "CoordSysMgr",            No, nullptr,              Shown, nullptr,                nullptr,                 nullptr},
-    {Code::NoCode,                  nullptr,                   "Transformation",         No, nullptr,              Shown, nullptr,                nullptr,                 nullptr},
-    {Code::NoCode,                  nullptr,                   "CoordSysList",           No, nullptr,              Shown, nullptr,                nullptr,                 nullptr},
-    {Code::NoCode,                  nullptr,                   "Annotations",            No, nullptr,              Shown, nullptr,                nullptr,                 nullptr},
-    {Code::NoCode,                  nullptr,                   "Appearance",             No, nullptr,              Shown, nullptr,                nullptr,                 nullptr},
-    {Code::NoCode,                  nullptr,                   "VelmoraParam",           No, nullptr,              Shown, nullptr,                nullptr,                 nullptr},
-    {Code::NoCode,                  nullptr,                   "IntAnnotation",          No, nullptr,              Shown, nullptr,                nullptr,                 nullptr},
-    {Code::NoCode,                  nullptr,                   "DblAnnotation",          No, nullptr,              Shown, nullptr,                nullptr,                 nullptr},
-    {Code::NoCode,                  nullptr,                   "StrAnnotation",          No, nullptr,              Shown, nullptr,                nullptr,                 nullptr},
+    {Code::NoCode,                  nullptr,                   "ModelSpaceView",         No, nullptr,                       Shown, nullptr,                nullptr,                 nullptr},
+    {Code::NoCode,                  nullptr,                   "CoordSysMgr",            No, nullptr,                       Shown, nullptr,                nullptr,                 nullptr},
+    {Code::NoCode,                  nullptr,                   "Transformation",         No, nullptr,                       Shown, nullptr,                nullptr,                 nullptr},
+    {Code::NoCode,                  nullptr,                   "CoordSysList",           No, nullptr,                       Shown, nullptr,                nullptr,                 nullptr},
+    {Code::NoCode,                  nullptr,                   "Annotations",            No, nullptr,                       Shown, nullptr,                nullptr,                 nullptr},
+    {Code::NoCode,                  nullptr,                   "Appearance",             No, nullptr,                       Shown, nullptr,                nullptr,                 nullptr},
+    {Code::NoCode,                  nullptr,                   "VelmoraParam",           No, nullptr,                       Shown, nullptr,                nullptr,                 nullptr},
+    {Code::NoCode,                  nullptr,                   "IntAnnotation",          No, nullptr,                       Shown, nullptr,                nullptr,                 nullptr},
+    {Code::NoCode,                  nullptr,                   "DblAnnotation",          No, nullptr,                       Shown, nullptr,                nullptr,                 nullptr},
+    {Code::NoCode,                  nullptr,                   "StrAnnotation",          No, nullptr,                       Shown, nullptr,                nullptr,                 nullptr},
 };
 
 // What a code without a row gets.
