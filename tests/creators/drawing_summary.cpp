@@ -344,4 +344,21 @@ bool LineMatches(const std::string& expected, const std::string& actual, std::st
     return true;
 }
 
+int CountModelSpace(AcDbDatabase& db, const std::function<bool(AcDbEntity&)>& test) {
+    AcDbBlockTableRecord* space = nullptr;
+    if (acdbOpenObject(space, db.modelSpaceId(), AcDb::kForRead) != Acad::eOk) return -1;
+    AcDbBlockTableRecordIterator* it = nullptr;
+    space->newIterator(it);
+    int count = 0;
+    for (; !it->done(); it->step()) {
+        AcDbEntity* entity = nullptr;
+        if (it->getEntity(entity) != Acad::eOk) continue;
+        count += test(*entity) ? 1 : 0;
+        entity->close();
+    }
+    delete it;
+    space->close();
+    return count;
+}
+
 } // namespace creatorstest

@@ -3,6 +3,9 @@
 // expected text; numbers compare within a tolerance.
 #pragma once
 
+#include <arx/arx.h>
+
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -21,5 +24,9 @@ std::vector<std::string> SummariseDrawing();
 // the absolute tolerance written after the number as in "12.566~1e-3". A "*" in the expected
 // line stands for any one word or number. On a mismatch why says where.
 bool LineMatches(const std::string& expected, const std::string& actual, std::string& why);
+
+// How many entities of the database's model space pass the test (each open for read while it
+// runs); -1 when model space does not open.
+int CountModelSpace(AcDbDatabase& db, const std::function<bool(AcDbEntity&)>& test);
 
 } // namespace creatorstest

@@ -1,5 +1,6 @@
 // The walk of nested geometric groups ends on any file: a chain deeper than the walk takes is
 // cut with one counted error, and what lies above the cut is still made.
+#include "drawing_summary.h"
 #include "import_fixture.h"
 #include "shell/settings_store.h"
 
@@ -34,22 +35,9 @@ TEST_F(GroupWalk, AChainOfGroupsDeeperThanTheWalkIsCutWithOneError) {
               std::wstring::npos)
         << ::testing::PrintToString(shown);
     // One line for each group that was walked, each with its group's serial.
-    AcDbBlockTableRecord* space = nullptr;
-    ASSERT_EQ(acdbOpenObject(space,
-                             acdbHostApplicationServices()->workingDatabase()->modelSpaceId(),
-                             AcDb::kForRead),
-              Acad::eOk);
-    AcDbBlockTableRecordIterator* it = nullptr;
-    space->newIterator(it);
-    int lines = 0;
-    for (; !it->done(); it->step()) {
-        AcDbEntity* entity = nullptr;
-        if (it->getEntity(entity) != Acad::eOk) continue;
-        lines += AcDbLine::cast(entity) ? 1 : 0;
-        entity->close();
-    }
-    delete it;
-    space->close();
+    const int lines = creatorstest::CountModelSpace(
+        *acdbHostApplicationServices()->workingDatabase(),
+        [](AcDbEntity& entity) { return AcDbLine::cast(&entity) != nullptr; });
     EXPECT_EQ(lines, 64);
 }
 

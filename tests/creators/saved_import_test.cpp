@@ -1,6 +1,7 @@
 // A drawing saved after an import opens again: objects that landed on the temporary layers are
 // erased at the end of the import with everything they own, and the save points at nothing it
 // leaves out. Hostile groups on the way end with counted errors, and the drawing still saves.
+#include "drawing_summary.h"
 #include "import_fixture.h"
 #include "shell/settings_store.h"
 
@@ -29,24 +30,13 @@ protected:
 
 // Entities of model space that carry the module's member record.
 int taggedEntities(AcDbDatabase& db) {
-    AcDbBlockTableRecord* space = nullptr;
-    if (acdbOpenObject(space, db.modelSpaceId(), AcDb::kForRead) != Acad::eOk) return -1;
-    AcDbBlockTableRecordIterator* it = nullptr;
-    space->newIterator(it);
-    int count = 0;
-    for (; !it->done(); it->step()) {
-        AcDbEntity* entity = nullptr;
-        if (it->getEntity(entity) != Acad::eOk) continue;
+    return creatorstest::CountModelSpace(db, [](AcDbEntity& entity) {
         AcDbDictionary* dictionary = nullptr;
-        if (acdbOpenObject(dictionary, entity->extensionDictionary()) == Acad::eOk) {
-            count += dictionary->has(L"MemberRec") ? 1 : 0;
-            dictionary->close();
-        }
-        entity->close();
-    }
-    delete it;
-    space->close();
-    return count;
+        if (acdbOpenObject(dictionary, entity.extensionDictionary()) != Acad::eOk) return false;
+        const bool tagged = dictionary->has(L"MemberRec");
+        dictionary->close();
+        return tagged;
+    });
 }
 
 TEST_F(SavedImport, ObjectsOfNamelessAndTemporaryLayersLeaveADrawingThatReopens) {
