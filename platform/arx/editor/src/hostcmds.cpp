@@ -1,5 +1,5 @@
 // The host's own commands: documents, variables and listing an entity.
-#include "processor.h"
+#include "prompts.h"
 
 #include <filesystem>
 
@@ -227,6 +227,7 @@ int list(CommandContext& ctx) {
     say(L"Geometry and properties:\n");
     listChain(groups);
     acutRelRb(groups);
+    describeBody(*entity);
     if (resbuf* xdata = entity->xData()) {
         say(L"Extended data:\n");
         listChain(xdata);
