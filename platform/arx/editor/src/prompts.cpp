@@ -5,6 +5,7 @@
 #include <arx/dbdict.h>
 #include <win/transcript.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cwchar>
 #include <numbers>
@@ -29,6 +30,9 @@ bool readPoint(const std::wstring& text, AcGePoint3d& world) {
     if (!parsePoint(relative ? std::wstring_view(text).substr(1) : std::wstring_view(text), p))
         return false;
     if (!std::isfinite(p.x) || !std::isfinite(p.y) || !std::isfinite(p.z)) return false;
+    // A point of two coordinates stands at the current elevation.
+    if (!relative && std::count(text.begin(), text.end(), L',') == 1)
+        p.z = realVariable(L"ELEVATION");
     world = relative ? last() + ucsVector(AcGeVector3d(p.x, p.y, p.z)) : toWorld(p);
     return true;
 }

@@ -85,6 +85,8 @@ const SelectionSet* findSelection(const ads_name ss) {
 
 void clearSelections() {
     sets().sets.clear();
+    rememberSelection({});
+    setLastPoint(AcGePoint3d::kOrigin);
 }
 
 } // namespace qelhost

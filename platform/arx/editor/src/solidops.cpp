@@ -377,14 +377,14 @@ double measure(const AcDbRegion& region) {
     return area;
 }
 
-// One boolean over the solids of the sets, else -1 when they hold too few of them. The result
+// One boolean over the solids of the sets; nothing when they hold too few of them. The result
 // goes to the first entity and the others are erased, once the whole operation has succeeded.
 template <class Entity>
-int combine(CommandContext& ctx, const SelectionSet& set, const SelectionSet& tools,
+std::optional<int> combine(CommandContext& ctx, const SelectionSet& set, const SelectionSet& tools,
             AcDb::BoolOperType op) {
     Operands<Entity> a = operandsOf<Entity>(set), b = operandsOf<Entity>(tools);
     const bool subtract = op == AcDb::kBoolSubtract;
-    if (a.ids.empty() || (subtract ? b.ids.empty() : a.ids.size() < 2)) return -1;
+    if (a.ids.empty() || (subtract ? b.ids.empty() : a.ids.size() < 2)) return std::nullopt;
     Entity& result = *a.copies.front();
     Acad::ErrorStatus es = Acad::eOk;
     if (op == AcDb::kBoolUnite) {
@@ -444,14 +444,14 @@ int boolean(CommandContext& ctx, AcDb::BoolOperType op) {
                 return RTERROR;
             }
     }
-    int result = combine<AcDb3dSolid>(ctx, *set, tools, op);
-    if (result < 0) result = combine<AcDbRegion>(ctx, *set, tools, op);
-    if (result < 0) {
+    std::optional<int> result = combine<AcDb3dSolid>(ctx, *set, tools, op);
+    if (!result) result = combine<AcDbRegion>(ctx, *set, tools, op);
+    if (!result) {
         ctx.invalid(subtract ? L"Select a solid or region to subtract from and one to subtract."
                              : L"At least 2 solids or coplanar regions must be selected.");
         return RTERROR;
     }
-    return result;
+    return *result;
 }
 
 int unite(CommandContext& ctx) {
