@@ -17,7 +17,7 @@ constexpr double kPi = std::numbers::pi;
 std::wstring handleOf(AcDbObjectId id) {
     ACHAR text[17];
     id.handle().getIntoAsciiBuffer(text);
-    return text;
+    return L"#" + std::wstring(text);
 }
 
 class Editing : public EditorTest {
@@ -264,9 +264,11 @@ TEST_F(Editing, PolylinesFacesAndTextIn3d) {
     ASSERT_EQ(command(L"3DPOLY", L"0,0,0 1,0,1 1,1,2 C\n"), RTNORM) << printed();
     inspect<AcDb3dPolyline>(last(), [](AcDb3dPolyline& p) {
         EXPECT_TRUE(p.isClosed());
-        AcGePoint3d end;
+        AcGePoint3d start, end;
+        p.getStartPoint(start);
         p.getEndPoint(end);
-        EXPECT_POINT(AcGePoint3d(1, 1, 2), end);
+        EXPECT_POINT(AcGePoint3d(0, 0, 0), start);
+        EXPECT_POINT(start, end) << "a closed polyline ends where it starts";
     });
     // Two faces sharing an edge; the first edge of the first hidden, the second a triangle.
     ASSERT_EQ(command(L"3DFACE", L"I 0,0,0 1,0,0 1,1,0 0,1,0 1,2,1\n\n\n"), RTNORM) << printed();

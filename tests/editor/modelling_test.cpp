@@ -14,6 +14,13 @@ namespace {
 
 constexpr double kPi = std::numbers::pi;
 
+// A handle as a selection answer.
+std::wstring handleOf(AcDbObjectId id) {
+    ACHAR text[17];
+    id.handle().getIntoAsciiBuffer(text);
+    return L"#" + std::wstring(text);
+}
+
 class Modelling : public EditorTest {
 protected:
     // Runs one command with the answers of a script.
@@ -162,10 +169,8 @@ TEST_F(Modelling, CirclesExtrudeAlongTheirNormalOrAPathAndRectanglesRevolve) {
     add(new AcDbCircle({10, 0, 0}, AcGeVector3d::kZAxis, 1.0));
     const AcDbObjectId profile = modelSpace().back();
     const AcDbObjectId path = add(new AcDbLine({10, 0, 0}, {10, 0, 5}));
-    ACHAR p[17], h[17];
-    profile.handle().getIntoAsciiBuffer(p);
-    path.handle().getIntoAsciiBuffer(h);
-    ASSERT_EQ(command(L"EXTRUDE", std::wstring(p) + L"\n\nP " + h + L"\n"), RTNORM) << printed();
+    ASSERT_EQ(command(L"EXTRUDE", handleOf(profile) + L"\n\nP " + handleOf(path) + L"\n"), RTNORM)
+        << printed();
     EXPECT_VOLUME(kPi * 5, massOf(solids().back()).volume);
     // A 1 x 2 rectangle beside the Y axis, turned a full turn about it: a tube of radii 1 and 2,
     // height 2.
@@ -187,18 +192,16 @@ TEST_F(Modelling, BooleansChangeTheFirstSolidOnlyWhenTheyMakeSense) {
     ASSERT_EQ(command(L"BOX", L"1,0,0 3,2\n2\n"), RTNORM);
     ASSERT_EQ(command(L"SPHERE", L"50,50,50 1\n"), RTNORM);
     auto ids = solids();
-    ACHAR a[17], b[17], far[17];
-    ids[0].handle().getIntoAsciiBuffer(a);
-    ids[1].handle().getIntoAsciiBuffer(b);
-    ids[2].handle().getIntoAsciiBuffer(far);
+    // Handles go with "#", which tells the handle "C" from the Crossing option.
+    const std::wstring a = handleOf(ids[0]), b = handleOf(ids[1]), far = handleOf(ids[2]);
     // The far sphere meets neither box: intersecting and subtracting it are refused.
-    EXPECT_EQ(command(L"INTERSECT", std::wstring(a) + L" " + far + L"\n\n"), RTERROR);
+    EXPECT_EQ(command(L"INTERSECT", a + L" " + far + L"\n\n"), RTERROR);
     EXPECT_NE(printed().find(L"do not overlap"), std::wstring::npos) << printed();
-    EXPECT_EQ(command(L"SUBTRACT", std::wstring(a) + L"\n\n" + far + L"\n\n"), RTERROR);
+    EXPECT_EQ(command(L"SUBTRACT", a + L"\n\n" + far + L"\n\n"), RTERROR);
     EXPECT_EQ(solids().size(), 3u);
     EXPECT_VOLUME(8.0, massOf(ids[0]).volume);
     // The overlap of the two boxes is 1 x 2 x 2.
-    ASSERT_EQ(command(L"INTERSECT", std::wstring(a) + L" " + b + L"\n\n"), RTNORM) << printed();
+    ASSERT_EQ(command(L"INTERSECT", a + L" " + b + L"\n\n"), RTNORM) << printed();
     ids = solids();
     ASSERT_EQ(ids.size(), 2u);
     EXPECT_VOLUME(4.0, massOf(ids[0]).volume);
@@ -207,13 +210,11 @@ TEST_F(Modelling, BooleansChangeTheFirstSolidOnlyWhenTheyMakeSense) {
     ASSERT_EQ(command(L"BOX", L"10,0,0 14,4\n4\n"), RTNORM);
     ASSERT_EQ(command(L"SPHERE", L"12,2,2 1\n"), RTNORM);
     ids = solids();
-    ACHAR box[17], hole[17];
-    ids[2].handle().getIntoAsciiBuffer(box);
-    ids[3].handle().getIntoAsciiBuffer(hole);
-    ASSERT_EQ(command(L"SUBTRACT", std::wstring(box) + L"\n\n" + hole + L"\n\n"), RTNORM)
+    const std::wstring box = handleOf(ids[2]), hole = handleOf(ids[3]);
+    ASSERT_EQ(command(L"SUBTRACT", box + L"\n\n" + hole + L"\n\n"), RTNORM)
         << printed();
     EXPECT_VOLUME(64.0 - 4.0 / 3.0 * kPi, massOf(ids[2]).volume);
-    ASSERT_EQ(command(L"UNION", std::wstring(box) + L" " + far + L"\n\n"), RTNORM) << printed();
+    ASSERT_EQ(command(L"UNION", box + L" " + far + L"\n\n"), RTNORM) << printed();
     EXPECT_VOLUME(64.0, massOf(ids[2]).volume) << "the hole and the far ball weigh alike";
     EXPECT_EQ(solids().size(), 2u);
 }

@@ -24,8 +24,7 @@ protected:
     }
     void TearDown() override { fs::remove_all(dir); }
     Outcome qelcad(const std::string& arguments) {
-        return runCommand("cd " + dir.string() + " && " + QELCAD + " " + arguments +
-                          " --no-autoload 2>&1");
+        return runCommand("cd " + dir.string() + " && " + QELCAD + " " + arguments + " 2>&1");
     }
     std::string write(const std::string& name, const std::string& text) {
         std::ofstream(dir / name) << text;
@@ -53,7 +52,7 @@ TEST_F(Session, EveryKindTheCommandsMakeIsSavedReopenedAndAudited) {
                                      "COPY L\n\n0,0 0,5\n\n"
                                      "EXTRUDE L\n\n2\n");
     const std::string out = (dir / "made.dxf").string();
-    const Outcome run = qelcad("run --script " + script + " --save " + out);
+    const Outcome run = qelcad("run --no-autoload --script " + script + " --save " + out);
     ASSERT_EQ(run.status, 0) << run.out;
     const Outcome info = qelcad("info --json " + out);
     ASSERT_EQ(info.status, 0) << info.out;
@@ -97,7 +96,8 @@ TEST_F(Session, AFailedCommandInAScriptSavesNothing) {
     const std::string script = write("bad.scr", "BOX 0,0,0 1,1,0 1\n"
                                                 "SPHERE 50,50,50 1\n"
                                                 "SUBTRACT ALL R L\n\nL\n\n");
-    const Outcome run = qelcad("run --script " + script + " --save " + (dir / "x.dxf").string());
+    const Outcome run = qelcad("run --no-autoload --script " + script + " --save " +
+                                     (dir / "x.dxf").string());
     EXPECT_EQ(run.status, 1) << run.out;
     EXPECT_NE(run.out.find("do not meet"), std::string::npos) << run.out;
     EXPECT_FALSE(fs::exists(dir / "x.dxf"));

@@ -120,30 +120,21 @@ int properties(CommandContext& ctx, const SelectionSet& set) {
 }
 
 int chprop(CommandContext& ctx) {
-    bool cancelled = false;
-    const SelectionSet set = selectObjects(ctx, cancelled);
-    if (cancelled) return RTCAN;
-    if (set.empty()) {
-        tell(L"Nothing selected.\n");
-        return RTNORM;
-    }
-    return properties(ctx, set);
+    int status = RTNORM;
+    const auto set = objectsToWork(ctx, status);
+    return set ? properties(ctx, *set) : status;
 }
 
 int change(CommandContext& ctx) {
-    bool cancelled = false;
-    const SelectionSet set = selectObjects(ctx, cancelled);
-    if (cancelled) return RTCAN;
-    if (set.empty()) {
-        tell(L"Nothing selected.\n");
-        return RTNORM;
-    }
+    int status = RTNORM;
+    const auto set = objectsToWork(ctx, status);
+    if (!set) return status;
     const Option kProperties[] = {{L"P", L"PROPERTIES"}};
     for (;;) {
         std::optional<std::wstring> word = ctx.word(L"Specify change point or [Properties]: ");
         if (!word) return RTCAN;
         if (word->empty()) return RTNORM;
-        if (matchOption(*word, kProperties) == 0) return properties(ctx, set);
+        if (matchOption(*word, kProperties) == 0) return properties(ctx, *set);
         ctx.invalid(L"Only Properties can be changed here; move points with MOVE.");
     }
 }

@@ -9,10 +9,8 @@ namespace qelhost {
 
 namespace {
 
-using Status = int;
-
 // Transforms the entities of the set, or copies of them; says how many took it.
-Status transformSet(const SelectionSet& set, const AcGeMatrix3d& m, bool copies) {
+int transformSet(const SelectionSet& set, const AcGeMatrix3d& m, bool copies) {
     int refused = 0, done = 0;
     for (AcDbObjectId id : set) {
         AcDbEntity* entity = nullptr;
@@ -42,24 +40,8 @@ Status transformSet(const SelectionSet& set, const AcGeMatrix3d& m, bool copies)
     return done > 0 || refused == 0 ? RTNORM : RTERROR;
 }
 
-// The objects to work on; an empty set ends the command.
-std::optional<SelectionSet> objects(CommandContext& ctx, Status& status) {
-    bool cancelled = false;
-    SelectionSet set = selectObjects(ctx, cancelled);
-    if (cancelled) {
-        status = RTCAN;
-        return std::nullopt;
-    }
-    if (set.empty()) {
-        tell(L"Nothing selected.\n");
-        status = RTNORM;
-        return std::nullopt;
-    }
-    return set;
-}
-
 // A base point and a second point, or a displacement: the vector between them.
-Status displacement(CommandContext& ctx, AcGeVector3d& move, bool& wasBase, AcGePoint3d& base) {
+int displacement(CommandContext& ctx, AcGeVector3d& move, bool& wasBase, AcGePoint3d& base) {
     const Option kDisplacement[] = {{L"D", L"DISPLACEMENT"}};
     const Answer got = askPoint(ctx, L"Specify base point or [Displacement] <Displacement>: ",
                                 base, kDisplacement, true);
@@ -84,8 +66,8 @@ AcGeVector3d asVector(const AcGePoint3d& world) {
 }
 
 int move(CommandContext& ctx) {
-    Status status = RTNORM;
-    const auto set = objects(ctx, status);
+    int status = RTNORM;
+    const auto set = objectsToWork(ctx, status);
     if (!set) return status;
     AcGeVector3d v;
     AcGePoint3d base;
@@ -102,8 +84,8 @@ int move(CommandContext& ctx) {
 }
 
 int copy(CommandContext& ctx) {
-    Status status = RTNORM;
-    const auto set = objects(ctx, status);
+    int status = RTNORM;
+    const auto set = objectsToWork(ctx, status);
     if (!set) return status;
     AcGeVector3d v;
     AcGePoint3d base;
@@ -134,8 +116,8 @@ struct AboutBase {
 };
 
 int rotate(CommandContext& ctx) {
-    Status status = RTNORM;
-    const auto set = objects(ctx, status);
+    int status = RTNORM;
+    const auto set = objectsToWork(ctx, status);
     if (!set) return status;
     AboutBase about;
     if (askPoint(ctx, L"Specify base point: ", about.base) == Answer::kCancel) return RTCAN;
@@ -164,8 +146,8 @@ int rotate(CommandContext& ctx) {
 }
 
 int rotate3d(CommandContext& ctx) {
-    Status status = RTNORM;
-    const auto set = objects(ctx, status);
+    int status = RTNORM;
+    const auto set = objectsToWork(ctx, status);
     if (!set) return status;
     enum { kX, kY, kZ, kTwo };
     const Option kAxes[] = {{L"X", L"XAXIS"}, {L"Y", L"YAXIS"}, {L"Z", L"ZAXIS"},
@@ -207,8 +189,8 @@ int rotate3d(CommandContext& ctx) {
 }
 
 int scale(CommandContext& ctx) {
-    Status status = RTNORM;
-    const auto set = objects(ctx, status);
+    int status = RTNORM;
+    const auto set = objectsToWork(ctx, status);
     if (!set) return status;
     AboutBase about;
     if (askPoint(ctx, L"Specify base point: ", about.base) == Answer::kCancel) return RTCAN;
@@ -252,8 +234,8 @@ AcGeMatrix3d reflection(const AcGePoint3d& on, const AcGeVector3d& n) {
 }
 
 int mirror(CommandContext& ctx) {
-    Status status = RTNORM;
-    const auto set = objects(ctx, status);
+    int status = RTNORM;
+    const auto set = objectsToWork(ctx, status);
     if (!set) return status;
     AcGePoint3d a, b;
     for (;;) {

@@ -63,6 +63,9 @@ AcDbObjectId appendEntity(AcDbEntity* entity);
 // The entities chosen at "Select objects: " (see select.cpp); empty when cancelled or none.
 // cancelled tells the two apart.
 SelectionSet selectObjects(CommandContext& ctx, bool& cancelled);
+// The objects a command works on: nothing when cancelled (status RTCAN) or when none was
+// chosen, which is told (status RTNORM).
+std::optional<SelectionSet> objectsToWork(CommandContext& ctx, int& status);
 // One entity, by handle, L for the last one, or an entity name from a caller; or an option.
 Answer pickOne(CommandContext& ctx, const std::wstring& prompt, AcDbObjectId& id,
                std::span<const Option> options = {});

@@ -59,10 +59,18 @@ std::vector<AcDbObjectId> onLayers(const std::wstring& pattern) {
     return found;
 }
 
-enum Mode { kAll, kLast, kPrevious, kWindow, kCrossing, kLayer, kRemove, kAdd };
-const Option kModes[] = {{L"ALL", L"ALL"},     {L"L", L"LAST"},     {L"P", L"PREVIOUS"},
-                         {L"W", L"WINDOW"},    {L"C", L"CROSSING"}, {L"LA", L"LAYER"},
-                         {L"R", L"REMOVE"},    {L"A", L"ADD"}};
+// LAyer comes before Last, so that "LA" is the layer and "L" the last entity.
+enum Mode { kAll, kLayer, kLast, kPrevious, kWindow, kCrossing, kRemove, kAdd };
+const Option kModes[] = {{L"ALL", L"ALL"},  {L"LA", L"LAYER"},    {L"L", L"LAST"},
+                         {L"P", L"PREVIOUS"}, {L"W", L"WINDOW"},  {L"C", L"CROSSING"},
+                         {L"R", L"REMOVE"},   {L"A", L"ADD"}};
+
+// An entity by handle; "#" before the handle tells a handle such as "C" or "A" from an option.
+bool byHandle(const std::wstring& text, AcDbObjectId& id) {
+    const std::wstring handle = !text.empty() && text.front() == L'#' ? text.substr(1) : text;
+    ads_name name;
+    return acdbHandEnt(handle.c_str(), name) == RTNORM && acdbGetObjectId(id, name) == Acad::eOk;
+}
 
 // The entities one answer names; nothing when the answer was cancelled.
 std::optional<std::vector<AcDbObjectId>> found(CommandContext& ctx, const Token& token,
@@ -86,7 +94,8 @@ std::optional<std::vector<AcDbObjectId>> found(CommandContext& ctx, const Token&
         ctx.invalid(L"Expects a point or Window/Last/Crossing/ALL/Previous/LAyer/Add/Remove.");
         return ids;
     }
-    switch (matchOption(token.text, kModes)) {
+    const int mode = token.text.starts_with(L"#") ? -1 : matchOption(token.text, kModes);
+    switch (mode) {
     case kAll:
         return drawingEntities();
     case kLast: {
@@ -100,7 +109,7 @@ std::optional<std::vector<AcDbObjectId>> found(CommandContext& ctx, const Token&
         return previous();
     case kWindow:
     case kCrossing: {
-        const bool crossing = matchOption(token.text, kModes) == kCrossing;
+        const bool crossing = mode == kCrossing;
         AcGePoint3d a, b;
         if (askPoint(ctx, L"Specify first corner: ", a) == Answer::kCancel ||
             askPoint(ctx, L"Specify opposite corner: ", b) == Answer::kCancel)
@@ -114,14 +123,13 @@ std::optional<std::vector<AcDbObjectId>> found(CommandContext& ctx, const Token&
     }
     case kRemove:
     case kAdd:
-        removing = matchOption(token.text, kModes) == kRemove;
+        removing = mode == kRemove;
         return ids;
     default:
         break;
     }
-    ads_name name;
     AcDbObjectId id;
-    if (acdbHandEnt(token.text.c_str(), name) == RTNORM && acdbGetObjectId(id, name) == Acad::eOk)
+    if (byHandle(token.text, id))
         ids.push_back(id);
     else
         ctx.invalid(L"*Invalid selection*\nExpects a handle or "
@@ -172,6 +180,18 @@ SelectionSet selectObjects(CommandContext& ctx, bool& cancelled) {
     return set;
 }
 
+std::optional<SelectionSet> objectsToWork(CommandContext& ctx, int& status) {
+    bool cancelled = false;
+    SelectionSet set = selectObjects(ctx, cancelled);
+    status = cancelled ? RTCAN : RTNORM;
+    if (cancelled) return std::nullopt;
+    if (set.empty()) {
+        tell(L"Nothing selected.\n");
+        return std::nullopt;
+    }
+    return set;
+}
+
 Answer pickOne(CommandContext& ctx, const std::wstring& prompt, AcDbObjectId& id,
                std::span<const Option> options) {
     const Option kLast[] = {{L"L", L"LAST"}};
@@ -179,15 +199,16 @@ Answer pickOne(CommandContext& ctx, const std::wstring& prompt, AcDbObjectId& id
         std::optional<Token> token = ctx.next(prompt);
         if (!token) return Answer{Answer::kCancel};
         ads_name name = {token->name[0], token->name[1]};
-        bool named = token->kind == Token::kEntity;
-        if (token->kind == Token::kText) {
+        if (token->kind == Token::kEntity && acdbGetObjectId(id, name) == Acad::eOk)
+            return Answer{Answer::kValue};
+        if (token->kind == Token::kText && !token->text.starts_with(L"#")) {
             const int option = matchOption(token->text, options);
             if (option >= 0) return Answer{Answer::kOption, option};
-            named = matchOption(token->text, kLast) == 0 ? acdbEntLast(name) == RTNORM
-                                                         : acdbHandEnt(token->text.c_str(), name) ==
-                                                               RTNORM;
+            if (matchOption(token->text, kLast) == 0 && acdbEntLast(name) == RTNORM &&
+                acdbGetObjectId(id, name) == Acad::eOk)
+                return Answer{Answer::kValue};
         }
-        if (named && acdbGetObjectId(id, name) == Acad::eOk) return Answer{Answer::kValue};
+        if (token->kind == Token::kText && byHandle(token->text, id)) return Answer{Answer::kValue};
         ctx.invalid(L"*Invalid selection*\nExpects an entity handle or Last.");
     }
 }

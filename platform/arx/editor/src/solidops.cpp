@@ -85,23 +85,11 @@ void appendLike(const std::vector<AcDbEntity*>& made, const AcDbEntity& source) 
     }
 }
 
-std::optional<SelectionSet> objects(CommandContext& ctx, int& status) {
-    bool cancelled = false;
-    SelectionSet set = selectObjects(ctx, cancelled);
-    status = cancelled ? RTCAN : RTNORM;
-    if (cancelled) return std::nullopt;
-    if (set.empty()) {
-        tell(L"Nothing selected.\n");
-        return std::nullopt;
-    }
-    return set;
-}
-
 // ---- REGION ----
 
 int region(CommandContext& ctx) {
     int status = RTNORM;
-    const auto set = objects(ctx, status);
+    const auto set = objectsToWork(ctx, status);
     if (!set) return status;
     Opened<AcDbCurve> curves;
     const int others = curves.take(*set);
@@ -221,7 +209,7 @@ int sweepAll(CommandContext& ctx, std::vector<std::unique_ptr<Profile>>& list,
 
 int extrude(CommandContext& ctx) {
     int status = RTNORM;
-    const auto set = objects(ctx, status);
+    const auto set = objectsToWork(ctx, status);
     if (!set) return status;
     Opened<AcDbEntity> open;
     auto list = profiles(*set, open);
@@ -275,7 +263,7 @@ int extrude(CommandContext& ctx) {
 
 int revolve(CommandContext& ctx) {
     int status = RTNORM;
-    const auto set = objects(ctx, status);
+    const auto set = objectsToWork(ctx, status);
     if (!set) return status;
     Opened<AcDbEntity> open;
     auto list = profiles(*set, open);
@@ -430,7 +418,7 @@ int boolean(CommandContext& ctx, AcDb::BoolOperType op) {
     const bool subtract = op == AcDb::kBoolSubtract;
     if (subtract) tell(L"Select solids and regions to subtract from ..\n");
     int status = RTNORM;
-    const auto set = objects(ctx, status);
+    const auto set = objectsToWork(ctx, status);
     if (!set) return status;
     SelectionSet tools;
     if (subtract) {
@@ -468,7 +456,7 @@ int intersect(CommandContext& ctx) {
 
 int slice(CommandContext& ctx) {
     int status = RTNORM;
-    const auto set = objects(ctx, status);
+    const auto set = objectsToWork(ctx, status);
     if (!set) return status;
     Operands<AcDb3dSolid> solids = operandsOf<AcDb3dSolid>(*set);
     if (solids.ids.empty()) {
@@ -551,7 +539,7 @@ int slice(CommandContext& ctx) {
 
 int explode(CommandContext& ctx) {
     int status = RTNORM;
-    const auto set = objects(ctx, status);
+    const auto set = objectsToWork(ctx, status);
     if (!set) return status;
     int exploded = 0, refused = 0;
     for (AcDbObjectId id : *set) {
