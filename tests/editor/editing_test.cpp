@@ -7,7 +7,10 @@
 #include <arx/dbpoly.h>
 
 #include <cmath>
+#include <filesystem>
 #include <numbers>
+
+#include <unistd.h>
 
 namespace editortest {
 namespace {
@@ -29,7 +32,7 @@ protected:
     // A circle tagged as the module tags what it imports: extended data and an X-record.
     AcDbObjectId taggedCircle(const AcGePoint3d& centre, double radius) {
         const AcDbObjectId id = add(new AcDbCircle(centre, AcGeVector3d::kZAxis, radius));
-        EXPECT_EQ(acdbRegApp(L"Tovi_Technologies"), RTNORM);
+        acdbRegApp(L"Tovi_Technologies"); // refused the second time, when it is there already
         AcDbEntity* e = nullptr;
         EXPECT_EQ(acdbOpenObject(e, id, AcDb::kForWrite), Acad::eOk);
         resbuf* xdata = acutBuildList(1001, L"Tovi_Technologies", 1000, L"Pipe", 0);
@@ -163,6 +166,24 @@ TEST_F(Editing, CopiesTakeTheTagsAndAFailedCopyLeavesNothing) {
     inspect<AcDbCircle>(last(), [](AcDbCircle& c) { EXPECT_POINT(AcGePoint3d(0, 10, 0), c.center()); });
     inspect<AcDbCircle>(pipe, [](AcDbCircle& c) { EXPECT_POINT(AcGePoint3d(0, 0, 0), c.center()); });
     EXPECT_EQ(tagsOf(last()).first, L"Pipe");
+}
+
+TEST_F(Editing, ErasedTaggedEntitiesTakeTheirRecordsAndTheDrawingReopens) {
+    const AcDbObjectId valve = taggedCircle({0, 0, 0}, 1.0);
+    const AcDbObjectId pipe = taggedCircle({5, 0, 0}, 1.0);
+    ASSERT_EQ(command(L"ERASE", handleOf(valve) + L"\n\n"), RTNORM) << printed();
+    const auto file = std::filesystem::temp_directory_path() /
+                      ("qel-erase-" + std::to_string(::getpid()) + ".dxf");
+    answers(file.wstring() + L"\n");
+    ASSERT_EQ(qelhost::runCommand(L"SAVEAS"), RTNORM) << printed();
+    // A record left behind would be saved owned by the erased entity, and refused on opening.
+    answers(file.wstring() + L"\n");
+    EXPECT_EQ(qelhost::runCommand(L"OPEN"), RTNORM) << printed();
+    std::filesystem::remove(file);
+    AcDbObjectId reopened;
+    ASSERT_EQ(db()->getAcDbObjectId(reopened, false, pipe.handle()), Acad::eOk);
+    EXPECT_EQ(tagsOf(reopened), std::make_pair(std::wstring(L"Pipe"), std::wstring(L"P-101")));
+    EXPECT_EQ(entityCount(), 1);
 }
 
 TEST_F(Editing, ChpropChangesColourLayerAndThicknessAndAsksAgainForUnknownOnes) {

@@ -72,7 +72,7 @@ int line(CommandContext& ctx) {
             if (acdbOpenObject(segment, segments.back(), AcDb::kForWrite) == Acad::eOk) {
                 AcGePoint3d start;
                 static_cast<AcDbLine*>(segment)->getStartPoint(start);
-                segment->erase();
+                eraseEntity(*segment);
                 segment->close();
                 from = start;
             }

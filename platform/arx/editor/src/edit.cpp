@@ -25,7 +25,7 @@ int transformSet(const SelectionSet& set, const AcGeMatrix3d& m, bool copies) {
             }
             // A copy that cannot take the change goes again, with nothing left behind.
             const bool ok = copy->transformBy(m) == Acad::eOk;
-            if (!ok) copy->erase();
+            if (!ok) eraseEntity(*copy);
             copy->close();
             ok ? ++done : ++refused;
             continue;

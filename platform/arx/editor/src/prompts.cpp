@@ -320,6 +320,24 @@ void copyRecords(const AcDbEntity& from, AcDbEntity& to) {
 
 } // namespace
 
+Acad::ErrorStatus eraseEntity(AcDbEntity& entity) {
+    AcDbDictionary* dictionary = nullptr;
+    if (!entity.extensionDictionary().isNull() &&
+        acdbOpenObject(dictionary, entity.extensionDictionary(), AcDb::kForWrite) == Acad::eOk) {
+        AcDbDictionaryIterator* it = dictionary->newIterator();
+        for (; !it->done(); it->next()) {
+            AcDbObject* record = nullptr;
+            if (acdbOpenObject(record, it->objectId(), AcDb::kForWrite) != Acad::eOk) continue;
+            record->erase();
+            record->close();
+        }
+        delete it;
+        dictionary->erase();
+        dictionary->close();
+    }
+    return entity.erase();
+}
+
 AcDbObjectId copyEntity(const AcDbEntity& entity) {
     auto* copy = static_cast<AcDbEntity*>(entity.clone());
     if (copy == nullptr) return AcDbObjectId::kNull;

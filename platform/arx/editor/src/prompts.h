@@ -76,6 +76,10 @@ void rememberSelection(const SelectionSet& set);
 int forEachEntity(const SelectionSet& set,
                   const std::function<bool(AcDbEntity&)>& change);
 
+// Erases an entity open for write with its extension dictionary and the X-records in it, which
+// would otherwise stay in the drawing owned by nothing that is saved.
+Acad::ErrorStatus eraseEntity(AcDbEntity& entity);
+
 // A copy of the entity in model space with its extended data and the X-records of its
 // extension dictionary; null id on failure.
 AcDbObjectId copyEntity(const AcDbEntity& entity);

@@ -74,7 +74,7 @@ struct Opened {
 };
 
 void eraseAll(const std::vector<AcDbObjectId>& ids) {
-    forEachEntity(ids, [](AcDbEntity& e) { return e.erase() == Acad::eOk; });
+    forEachEntity(ids, [](AcDbEntity& e) { return eraseEntity(e) == Acad::eOk; });
 }
 
 // Appends made entities, each with the layer and colour of its source.
@@ -557,7 +557,7 @@ int explode(CommandContext& ctx) {
         for (int i = 0; i < pieces.length(); ++i)
             appendEntity(static_cast<AcDbEntity*>(pieces[i]));
         entity->upgradeOpen();
-        entity->erase();
+        eraseEntity(*entity);
         entity->close();
         ++exploded;
     }

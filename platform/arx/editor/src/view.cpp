@@ -44,7 +44,7 @@ int erase(CommandContext& ctx) {
     for (AcDbObjectId id : ids) {
         AcDbEntity* entity = nullptr;
         if (acdbOpenObject(entity, id, AcDb::kForWrite) != Acad::eOk) continue;
-        if (entity->erase() == Acad::eOk) ++erased;
+        if (eraseEntity(*entity) == Acad::eOk) ++erased;
         entity->close();
     }
     win::Transcript::instance().print(std::to_wstring(erased) + L" erased\n");
