@@ -171,7 +171,19 @@ TEST_F(Editing, CopiesTakeTheTagsAndAFailedCopyLeavesNothing) {
 TEST_F(Editing, ErasedTaggedEntitiesTakeTheirRecordsAndTheDrawingReopens) {
     const AcDbObjectId valve = taggedCircle({0, 0, 0}, 1.0);
     const AcDbObjectId pipe = taggedCircle({5, 0, 0}, 1.0);
+    // The valve alone in an unnamed group, as imports group the parts of one object.
+    AcDbDictionary* groups = nullptr;
+    ASSERT_EQ(db()->getGroupDictionary(groups, AcDb::kForWrite), Acad::eOk);
+    auto* group = new AcDbGroup(L"ValveGroup");
+    AcDbObjectId groupId;
+    ASSERT_EQ(groups->setAt(L"VALVE", group, groupId), Acad::eOk);
+    ASSERT_EQ(group->setAnonymous(), Acad::eOk);
+    ASSERT_EQ(group->append(valve), Acad::eOk);
+    group->close();
+    groups->close();
     ASSERT_EQ(command(L"ERASE", handleOf(valve) + L"\n\n"), RTNORM) << printed();
+    AcDbGroup* gone = nullptr;
+    EXPECT_NE(acdbOpenObject(gone, groupId, AcDb::kForRead), Acad::eOk) << "the empty group went";
     const auto file = std::filesystem::temp_directory_path() /
                       ("qel-erase-" + std::to_string(::getpid()) + ".dxf");
     answers(file.wstring() + L"\n");

@@ -335,7 +335,22 @@ Acad::ErrorStatus eraseEntity(AcDbEntity& entity) {
         dictionary->erase();
         dictionary->close();
     }
-    return entity.erase();
+    // Groups the entity belongs to, read before it goes.
+    std::vector<AcDbObjectId> groups;
+    if (const AcDbVoidPtrArray* reactors = entity.reactors())
+        for (int i = 0; i < reactors->length(); ++i)
+            if (acdbIsPersistentReactor((*reactors)[i]))
+                groups.push_back(acdbPersistentReactorObjectId((*reactors)[i]));
+    const Acad::ErrorStatus es = entity.erase();
+    if (es != Acad::eOk) return es;
+    // An unnamed group left with no member goes too, as drawings don't keep empty ones.
+    for (AcDbObjectId id : groups) {
+        AcDbGroup* group = nullptr;
+        if (acdbOpenObject(group, id, AcDb::kForWrite) != Acad::eOk) continue;
+        if (group->isAnonymous() && group->numEntities() == 0) group->erase();
+        group->close();
+    }
+    return es;
 }
 
 AcDbObjectId copyEntity(const AcDbEntity& entity) {

@@ -77,7 +77,8 @@ int forEachEntity(const SelectionSet& set,
                   const std::function<bool(AcDbEntity&)>& change);
 
 // Erases an entity open for write with its extension dictionary and the X-records in it, which
-// would otherwise stay in the drawing owned by nothing that is saved.
+// would otherwise stay in the drawing owned by nothing that is saved; an unnamed group that it
+// leaves empty is erased too.
 Acad::ErrorStatus eraseEntity(AcDbEntity& entity);
 
 // A copy of the entity in model space with its extended data and the X-records of its
