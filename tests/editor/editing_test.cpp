@@ -99,15 +99,15 @@ protected:
 };
 
 #define EXPECT_POINT(expected, actual)                                                             \
-    EXPECT_LT((expected).distanceTo(actual), 1e-9 * (1.0 + (expected).distanceTo({0, 0, 0})))     \
+    EXPECT_LT((expected).distanceTo(actual), 1e-9 * (1.0 + (expected).distanceTo({0, 0, 0})))      \
         << (actual).x << "," << (actual).y << "," << (actual).z
 
 TEST_F(Editing, SelectionByWindowCrossingLayerLastPreviousAndRemove) {
     addLayer(L"Pipes");
     addLayer(L"Steel");
-    add(new AcDbLine({0, 0, 0}, {2, 0, 0}), L"Pipes");     // inside the window
-    add(new AcDbLine({1, 1, 0}, {9, 1, 0}), L"Steel");     // crosses its edge
-    add(new AcDbPoint({20, 20, 0}), L"Pipes");            // far away
+    add(new AcDbLine({0, 0, 0}, {2, 0, 0}), L"Pipes"); // inside the window
+    add(new AcDbLine({1, 1, 0}, {9, 1, 0}), L"Steel"); // crosses its edge
+    add(new AcDbPoint({20, 20, 0}), L"Pipes");         // far away
     const AcDbObjectId keep = add(new AcDbPoint({30, 0, 0}), L"Steel");
     // The window holds only the first line, the crossing the second too; in a copy each.
     EXPECT_EQ(erasedBy(L"W -1,-1 5,5\n\n"), 1);
@@ -129,10 +129,12 @@ TEST_F(Editing, MovedRotatedScaledAndMirroredEntitiesKeepHandleAndTags) {
     const AcDbObjectId pipe = taggedCircle({1, 0, 0}, 1.0);
     const std::wstring h = handleOf(pipe);
     ASSERT_EQ(command(L"MOVE", h + L"\n\n0,0,0 10,0,5\n"), RTNORM) << printed();
-    inspect<AcDbCircle>(pipe, [](AcDbCircle& c) { EXPECT_POINT(AcGePoint3d(11, 0, 5), c.center()); });
+    inspect<AcDbCircle>(pipe,
+                        [](AcDbCircle& c) { EXPECT_POINT(AcGePoint3d(11, 0, 5), c.center()); });
     // A quarter turn about (10,0,0): (11,0,5) goes to (10,1,5).
     ASSERT_EQ(command(L"ROTATE", h + L"\n\n10,0,0 90\n"), RTNORM) << printed();
-    inspect<AcDbCircle>(pipe, [](AcDbCircle& c) { EXPECT_POINT(AcGePoint3d(10, 1, 5), c.center()); });
+    inspect<AcDbCircle>(pipe,
+                        [](AcDbCircle& c) { EXPECT_POINT(AcGePoint3d(10, 1, 5), c.center()); });
     // A scale of 0 is refused and asked again; 3 about (10,0,5) triples the radius.
     ASSERT_EQ(command(L"SCALE", h + L"\n\n10,0,5 0 3\n"), RTNORM) << printed();
     EXPECT_NE(printed().find(L"Value must be positive and nonzero."), std::wstring::npos);
@@ -148,7 +150,8 @@ TEST_F(Editing, MovedRotatedScaledAndMirroredEntitiesKeepHandleAndTags) {
     });
     // Mirrored in the line x = 0, keeping no source.
     ASSERT_EQ(command(L"MIRROR", h + L"\n\n0,0 0,1 Y\n"), RTNORM) << printed();
-    inspect<AcDbCircle>(pipe, [](AcDbCircle& c) { EXPECT_POINT(AcGePoint3d(-10, -3, -5), c.center()); });
+    inspect<AcDbCircle>(pipe,
+                        [](AcDbCircle& c) { EXPECT_POINT(AcGePoint3d(-10, -3, -5), c.center()); });
     EXPECT_EQ(entityCount(), 1);
     EXPECT_EQ(tagsOf(pipe), std::make_pair(std::wstring(L"Pipe"), std::wstring(L"P-101")));
 }
@@ -159,12 +162,15 @@ TEST_F(Editing, CopiesTakeTheTagsAndAFailedCopyLeavesNothing) {
     ASSERT_EQ(entityCount(), 3);
     const AcDbObjectId copy = last();
     EXPECT_NE(copy, pipe);
-    inspect<AcDbCircle>(copy, [](AcDbCircle& c) { EXPECT_POINT(AcGePoint3d(10, 0, 0), c.center()); });
+    inspect<AcDbCircle>(copy,
+                        [](AcDbCircle& c) { EXPECT_POINT(AcGePoint3d(10, 0, 0), c.center()); });
     EXPECT_EQ(tagsOf(copy), tagsOf(pipe));
     // A mirror that keeps the source makes a tagged copy, the source stays put.
     ASSERT_EQ(command(L"MIRROR", handleOf(pipe) + L"\n\n0,5 1,5\n\n"), RTNORM) << printed();
-    inspect<AcDbCircle>(last(), [](AcDbCircle& c) { EXPECT_POINT(AcGePoint3d(0, 10, 0), c.center()); });
-    inspect<AcDbCircle>(pipe, [](AcDbCircle& c) { EXPECT_POINT(AcGePoint3d(0, 0, 0), c.center()); });
+    inspect<AcDbCircle>(last(),
+                        [](AcDbCircle& c) { EXPECT_POINT(AcGePoint3d(0, 10, 0), c.center()); });
+    inspect<AcDbCircle>(pipe,
+                        [](AcDbCircle& c) { EXPECT_POINT(AcGePoint3d(0, 0, 0), c.center()); });
     EXPECT_EQ(tagsOf(last()).first, L"Pipe");
 }
 

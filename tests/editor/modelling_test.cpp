@@ -211,8 +211,7 @@ TEST_F(Modelling, BooleansChangeTheFirstSolidOnlyWhenTheyMakeSense) {
     ASSERT_EQ(command(L"SPHERE", L"12,2,2 1\n"), RTNORM);
     ids = solids();
     const std::wstring box = handleOf(ids[2]), hole = handleOf(ids[3]);
-    ASSERT_EQ(command(L"SUBTRACT", box + L"\n\n" + hole + L"\n\n"), RTNORM)
-        << printed();
+    ASSERT_EQ(command(L"SUBTRACT", box + L"\n\n" + hole + L"\n\n"), RTNORM) << printed();
     EXPECT_VOLUME(64.0 - 4.0 / 3.0 * kPi, massOf(ids[2]).volume);
     ASSERT_EQ(command(L"UNION", box + L" " + far + L"\n\n"), RTNORM) << printed();
     EXPECT_VOLUME(64.0, massOf(ids[2]).volume) << "the hole and the far ball weigh alike";

@@ -36,8 +36,8 @@ struct ColourName {
     Adesk::UInt16 index;
 };
 const ColourName kColours[] = {
-    {L"BYBLOCK", 0}, {L"RED", 1},     {L"YELLOW", 2},  {L"GREEN", 3}, {L"CYAN", 4},
-    {L"BLUE", 5},    {L"MAGENTA", 6}, {L"WHITE", 7},   {L"BYLAYER", 256},
+    {L"BYBLOCK", 0}, {L"RED", 1},     {L"YELLOW", 2}, {L"GREEN", 3},     {L"CYAN", 4},
+    {L"BLUE", 5},    {L"MAGENTA", 6}, {L"WHITE", 7},  {L"BYLAYER", 256},
 };
 
 std::optional<Adesk::UInt16> colourOf(const std::wstring& text) {
@@ -46,8 +46,7 @@ std::optional<Adesk::UInt16> colourOf(const std::wstring& text) {
         if (word == c.name) return c.index;
     wchar_t* end = nullptr;
     const long index = std::wcstol(text.c_str(), &end, 10);
-    if (!text.empty() && *end == L'\0' && index >= 0 && index <= 256)
-        return Adesk::UInt16(index);
+    if (!text.empty() && *end == L'\0' && index >= 0 && index <= 256) return Adesk::UInt16(index);
     return std::nullopt;
 }
 
@@ -75,16 +74,15 @@ int properties(CommandContext& ctx, const SelectionSet& set) {
             for (;;) {
                 std::optional<std::wstring> answer = ctx.word(L"Enter new color <BYLAYER>: ");
                 if (!answer) return RTCAN;
-                const auto index = answer->empty() ? std::optional<Adesk::UInt16>(256)
-                                                   : colourOf(*answer);
+                const auto index =
+                    answer->empty() ? std::optional<Adesk::UInt16>(256) : colourOf(*answer);
                 if (!index) {
                     ctx.invalid(L"Invalid color: give 0 to 256, BYLAYER, BYBLOCK or a color "
                                 L"name.");
                     continue;
                 }
-                forEachEntity(set, [&](AcDbEntity& e) {
-                    return e.setColorIndex(*index) == Acad::eOk;
-                });
+                forEachEntity(set,
+                              [&](AcDbEntity& e) { return e.setColorIndex(*index) == Acad::eOk; });
                 break;
             }
             break;
@@ -97,8 +95,8 @@ int properties(CommandContext& ctx, const SelectionSet& set) {
                     ctx.invalid(L"Layer \"" + *answer + L"\" not found.");
                     continue;
                 }
-                forEachEntity(set,
-                              [&](AcDbEntity& e) { return e.setLayer(answer->c_str()) == Acad::eOk; });
+                forEachEntity(
+                    set, [&](AcDbEntity& e) { return e.setLayer(answer->c_str()) == Acad::eOk; });
                 break;
             }
             break;

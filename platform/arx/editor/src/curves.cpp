@@ -57,9 +57,8 @@ int line(CommandContext& ctx) {
     for (;;) {
         AcGePoint3d to;
         const Answer got = askPoint(ctx,
-                                    segments.size() >= 2
-                                        ? L"Specify next point or [Close/Undo]: "
-                                        : L"Specify next point or [Undo]: ",
+                                    segments.size() >= 2 ? L"Specify next point or [Close/Undo]: "
+                                                         : L"Specify next point or [Undo]: ",
                                     to, kOptions, true);
         if (got == Answer::kCancel) return RTCAN;
         if (got == Answer::kEnter) return RTNORM;
@@ -204,8 +203,7 @@ int arc(CommandContext& ctx) {
     const Answer first = askPoint(ctx, L"Specify start point of arc or [Center]: ", start, kCentre);
     if (first == Answer::kCancel) return RTCAN;
     if (first == Answer::kOption) return arcByCentre(ctx, nullptr);
-    const Answer mid =
-        askPoint(ctx, L"Specify second point of arc or [Center]: ", second, kCentre);
+    const Answer mid = askPoint(ctx, L"Specify second point of arc or [Center]: ", second, kCentre);
     if (mid == Answer::kCancel) return RTCAN;
     if (mid == Answer::kOption) return arcByCentre(ctx, &start);
     AcGePoint3d centre;
@@ -265,19 +263,19 @@ int askWidths(CommandContext& ctx, PlineState& s, bool half) {
         return v >= 0.0 ? nullptr : L"Value must be positive or zero.";
     };
     double value = 0.0;
-    const Answer a = askDistance(ctx,
-                                 std::wstring(half ? L"Specify starting half-width <"
-                                                   : L"Specify starting width <") +
-                                     number(start) + L">: ",
-                                 value, nullptr, {}, notNegative, &start);
+    const Answer a = askDistance(
+        ctx,
+        std::wstring(half ? L"Specify starting half-width <" : L"Specify starting width <") +
+            number(start) + L">: ",
+        value, nullptr, {}, notNegative, &start);
     if (a == Answer::kCancel) return RTCAN;
     s.startWidth = value / factor;
     double end = value;
-    const Answer b = askDistance(ctx,
-                                 std::wstring(half ? L"Specify ending half-width <"
-                                                   : L"Specify ending width <") +
-                                     number(value) + L">: ",
-                                 end, nullptr, {}, notNegative, &value);
+    const Answer b = askDistance(
+        ctx,
+        std::wstring(half ? L"Specify ending half-width <" : L"Specify ending width <") +
+            number(value) + L">: ",
+        end, nullptr, {}, notNegative, &value);
     if (b == Answer::kCancel) return RTCAN;
     s.endWidth = end / factor;
     return RTNORM;
@@ -306,8 +304,8 @@ int pline(CommandContext& ctx) {
     s.vertices.push_back({s.local(start), 0.0, 0.0, 0.0});
     tell(L"Current line-width is " + number(s.startWidth) + L"\n");
     enum { kArc, kClose, kHalf, kLine, kUndo, kWidth, kAngle };
-    const Option kOptions[] = {{L"A", L"ARC"},  {L"CL", L"CLOSE"}, {L"H", L"HALFWIDTH"},
-                               {L"L", L"LINE"}, {L"U", L"UNDO"},   {L"W", L"WIDTH"},
+    const Option kOptions[] = {{L"A", L"ARC"},   {L"CL", L"CLOSE"}, {L"H", L"HALFWIDTH"},
+                               {L"L", L"LINE"},  {L"U", L"UNDO"},   {L"W", L"WIDTH"},
                                {L"AN", L"ANGLE"}};
     // Close is also "C" in line mode, where no other option starts with C.
     const Option kLineOptions[] = {{L"A", L"ARC"},  {L"C", L"CLOSE"}, {L"H", L"HALFWIDTH"},
@@ -398,10 +396,11 @@ int polyline3d(CommandContext& ctx) {
     points.append(p);
     const Option kOptions[] = {{L"C", L"CLOSE"}, {L"U", L"UNDO"}};
     for (;;) {
-        const Answer got = askPoint(ctx,
-                                    points.length() >= 3 ? L"Specify endpoint of line or [Close/Undo]: "
-                                                         : L"Specify endpoint of line or [Undo]: ",
-                                    p, kOptions, true);
+        const Answer got =
+            askPoint(ctx,
+                     points.length() >= 3 ? L"Specify endpoint of line or [Close/Undo]: "
+                                          : L"Specify endpoint of line or [Undo]: ",
+                     p, kOptions, true);
         if (got == Answer::kCancel) return RTCAN;
         const bool close = got == Answer::kOption && got.option == 0;
         if (close && points.length() < 3) {
@@ -452,10 +451,10 @@ int face3d(CommandContext& ctx) {
             Answer::kCancel)
         return RTCAN;
     for (bool first = true;; first = false) {
-        const Answer third = corner(
-            ctx, first ? L"Specify third point or [Invisible]: "
-                       : L"Specify third point or [Invisible] <exit>: ",
-            p[2], hidden[2], !first);
+        const Answer third = corner(ctx,
+                                    first ? L"Specify third point or [Invisible]: "
+                                          : L"Specify third point or [Invisible] <exit>: ",
+                                    p[2], hidden[2], !first);
         if (third == Answer::kCancel) return RTCAN;
         if (third == Answer::kEnter) return RTNORM;
         const Answer fourth =
@@ -463,8 +462,8 @@ int face3d(CommandContext& ctx) {
                    hidden[3], true);
         if (fourth == Answer::kCancel) return RTCAN;
         if (fourth == Answer::kEnter) p[3] = p[2];
-        auto* face = new AcDbFace(p[0], p[1], p[2], p[3], !hidden[0], !hidden[1], !hidden[2],
-                                  !hidden[3]);
+        auto* face =
+            new AcDbFace(p[0], p[1], p[2], p[3], !hidden[0], !hidden[1], !hidden[2], !hidden[3]);
         if (appendEntity(face).isNull()) return RTERROR;
         // The next face starts on the last edge of this one.
         p[0] = p[3], hidden[0] = hidden[3];

@@ -43,8 +43,8 @@ int transformSet(const SelectionSet& set, const AcGeMatrix3d& m, bool copies) {
 // A base point and a second point, or a displacement: the vector between them.
 int displacement(CommandContext& ctx, AcGeVector3d& move, bool& wasBase, AcGePoint3d& base) {
     const Option kDisplacement[] = {{L"D", L"DISPLACEMENT"}};
-    const Answer got = askPoint(ctx, L"Specify base point or [Displacement] <Displacement>: ",
-                                base, kDisplacement, true);
+    const Answer got = askPoint(ctx, L"Specify base point or [Displacement] <Displacement>: ", base,
+                                kDisplacement, true);
     if (got == Answer::kCancel) return RTCAN;
     wasBase = got == Answer::kValue;
     if (!wasBase) {
@@ -125,8 +125,8 @@ int rotate(CommandContext& ctx) {
     const double none = 0.0;
     double angle = 0.0;
     for (;;) {
-        const Answer got = askAngle(ctx, L"Specify rotation angle or [Copy/Reference] <0>: ",
-                                    angle, &about.base, kOptions, &none);
+        const Answer got = askAngle(ctx, L"Specify rotation angle or [Copy/Reference] <0>: ", angle,
+                                    &about.base, kOptions, &none);
         if (got == Answer::kCancel) return RTCAN;
         if (got != Answer::kOption) break;
         if (got.option == 0) {
@@ -150,8 +150,8 @@ int rotate3d(CommandContext& ctx) {
     const auto set = objectsToWork(ctx, status);
     if (!set) return status;
     enum { kX, kY, kZ, kTwo };
-    const Option kAxes[] = {{L"X", L"XAXIS"}, {L"Y", L"YAXIS"}, {L"Z", L"ZAXIS"},
-                            {L"2", L"2POINTS"}};
+    const Option kAxes[] = {
+        {L"X", L"XAXIS"}, {L"Y", L"YAXIS"}, {L"Z", L"ZAXIS"}, {L"2", L"2POINTS"}};
     AcGePoint3d a, b;
     AcGeVector3d axis;
     for (;;) {
@@ -183,8 +183,7 @@ int rotate3d(CommandContext& ctx) {
         ctx.invalid(L"The two points are the same: no axis.");
     }
     double angle = 0.0;
-    if (askAngle(ctx, L"Specify rotation angle: ", angle, nullptr) == Answer::kCancel)
-        return RTCAN;
+    if (askAngle(ctx, L"Specify rotation angle: ", angle, nullptr) == Answer::kCancel) return RTCAN;
     return transformSet(*set, AcGeMatrix3d::rotation(angle, axis, a), false);
 }
 
@@ -198,9 +197,8 @@ int scale(CommandContext& ctx) {
     const double one = 1.0;
     double factor = 1.0;
     for (;;) {
-        const Answer got =
-            askDistance(ctx, L"Specify scale factor or [Copy/Reference] <1.0000>: ", factor,
-                        &about.base, kOptions, positive, &one);
+        const Answer got = askDistance(ctx, L"Specify scale factor or [Copy/Reference] <1.0000>: ",
+                                       factor, &about.base, kOptions, positive, &one);
         if (got == Answer::kCancel) return RTCAN;
         if (got != Answer::kOption) break;
         if (got.option == 0) {
@@ -255,9 +253,8 @@ int mirror(CommandContext& ctx) {
 }
 
 const ProcessorCommand kCommands[] = {
-    {L"MOVE", move},         {L"COPY", copy},         {L"ROTATE", rotate},
-    {L"3DROTATE", rotate3d}, {L"ROTATE3D", rotate3d}, {L"SCALE", scale},
-    {L"MIRROR", mirror},
+    {L"MOVE", move},         {L"COPY", copy},   {L"ROTATE", rotate}, {L"3DROTATE", rotate3d},
+    {L"ROTATE3D", rotate3d}, {L"SCALE", scale}, {L"MIRROR", mirror},
 };
 
 } // namespace

@@ -207,6 +207,8 @@ void listGroups(AcDbEntity& entity) {
 int list(CommandContext& ctx) {
     std::optional<std::wstring> which = ctx.word(L"Entity handle <last>: ");
     if (!which) return RTCAN;
+    // "#" before a handle, as selections take it.
+    if (which->starts_with(L"#")) which->erase(0, 1);
     ads_name name;
     const int found = which->empty() ? acdbEntLast(name) : acdbHandEnt(which->c_str(), name);
     AcDbObjectId id;

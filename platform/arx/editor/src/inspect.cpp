@@ -69,8 +69,8 @@ bool massOfSolid(const AcDb3dSolid& solid) {
     const wchar_t* names[3] = {L"I", L"J", L"K"};
     for (int i = 0; i < 3; ++i)
         tell(L"                  " + std::wstring(names[i]) + L": " + number(prin[i]) +
-             L" along [" + number(axes[i].x) + L" " + number(axes[i].y) + L" " +
-             number(axes[i].z) + L"]\n");
+             L" along [" + number(axes[i].x) + L" " + number(axes[i].y) + L" " + number(axes[i].z) +
+             L"]\n");
     return true;
 }
 
@@ -130,8 +130,8 @@ int dist(CommandContext& ctx) {
     if (inPlane < 0) inPlane += 360.0;
     const double fromPlane = std::atan2(d.z, std::hypot(d.x, d.y)) * kDegree;
     tell(L"Distance = " + number(d.length()) + L",  Angle in XY Plane = " + number(inPlane) +
-         L",  Angle from XY Plane = " + number(fromPlane) + L"\n" + L"Delta X = " +
-         number(d.x) + L",  Delta Y = " + number(d.y) + L",  Delta Z = " + number(d.z) + L"\n");
+         L",  Angle from XY Plane = " + number(fromPlane) + L"\n" + L"Delta X = " + number(d.x) +
+         L",  Delta Y = " + number(d.y) + L",  Delta Z = " + number(d.z) + L"\n");
     return RTNORM;
 }
 
@@ -159,8 +159,8 @@ void describeBody(const AcDbEntity& entity) {
         if (region->isNull() || region->getArea(area) != Acad::eOk) return;
         region->getNormal(normal);
         tell(column(L"Area:", number(area)) +
-             column(L"Normal:", number(normal.x) + L"," + number(normal.y) + L"," +
-                                    number(normal.z)));
+             column(L"Normal:",
+                    number(normal.x) + L"," + number(normal.y) + L"," + number(normal.z)));
         tellBox(ucsBox(*region));
     }
 }

@@ -27,8 +27,8 @@ int appendSolid(CommandContext& ctx, const Builder& build, const AcGeMatrix3d& p
     }
     if (es != Acad::eOk || solid->isNull()) {
         delete solid;
-        ctx.invalid(L"The solid could not be modelled (" +
-                    std::wstring(acadErrorStatusText(es)) + L").");
+        ctx.invalid(L"The solid could not be modelled (" + std::wstring(acadErrorStatusText(es)) +
+                    L").");
         return RTERROR;
     }
     return appendEntity(solid).isNull() ? RTERROR : RTNORM;
@@ -49,10 +49,9 @@ AcGeMatrix3d placement(const AcGePoint3d& base, const AcGeVector3d& axis, double
 const Option kDiameter[] = {{L"D", L"DIAMETER"}};
 
 // A radius, or with Diameter half a diameter; both above zero.
-Answer radius(CommandContext& ctx, const std::wstring& what, const AcGePoint3d& centre,
-              double& r) {
-    const Answer got = askDistance(ctx, L"Specify " + what + L"radius or [Diameter]: ", r,
-                                   &centre, kDiameter, positive);
+Answer radius(CommandContext& ctx, const std::wstring& what, const AcGePoint3d& centre, double& r) {
+    const Answer got = askDistance(ctx, L"Specify " + what + L"radius or [Diameter]: ", r, &centre,
+                                   kDiameter, positive);
     if (got != Answer::kOption) return got;
     const Answer d = askDistance(ctx, L"Specify " + what + L"diameter: ", r, &centre, {}, positive);
     r /= 2.0;
@@ -67,10 +66,11 @@ Answer axisAndHeight(CommandContext& ctx, const AcGePoint3d& base, AcGeVector3d&
     const Option kOptions[] = {{L"A", L"AXIS"}, {L"T", L"TOP"}};
     axis = ucsZ();
     for (;;) {
-        const Answer got = askDistance(
-            ctx, topRadius ? L"Specify height or [Axis endpoint/Top radius]: "
-                           : L"Specify height or [Axis endpoint]: ",
-            height, nullptr, std::span(kOptions, topRadius ? 2 : 1), nonZero);
+        const Answer got =
+            askDistance(ctx,
+                        topRadius ? L"Specify height or [Axis endpoint/Top radius]: "
+                                  : L"Specify height or [Axis endpoint]: ",
+                        height, nullptr, std::span(kOptions, topRadius ? 2 : 1), nonZero);
         if (got != Answer::kOption) return got;
         if (got.option == kTop) {
             const auto notNegative = [](double v) -> const wchar_t* {
@@ -111,7 +111,8 @@ int box(CommandContext& ctx) {
     bool needHeight = true, zFromCorners = false;
     for (;;) {
         AcGePoint3d other;
-        const Answer got = askPoint(ctx, L"Specify other corner or [Cube/Length]: ", other, kOptions);
+        const Answer got =
+            askPoint(ctx, L"Specify other corner or [Cube/Length]: ", other, kOptions);
         if (got == Answer::kCancel) return RTCAN;
         const AcGePoint3d a = toUcs * (fromCentre ? centre : first);
         if (got == Answer::kOption) {
@@ -152,11 +153,9 @@ int box(CommandContext& ctx) {
     const AcGePoint3d middle(low.x + size[0] / 2, low.y + size[1] / 2, zLow + height / 2);
     const AcGeMatrix3d place = AcGeMatrix3d::alignCoordSys(
         AcGePoint3d::kOrigin, AcGeVector3d::kXAxis, AcGeVector3d::kYAxis, AcGeVector3d::kZAxis,
-        toWorld(middle), ucsVector(AcGeVector3d::kXAxis), ucsVector(AcGeVector3d::kYAxis),
-        ucsZ());
+        toWorld(middle), ucsVector(AcGeVector3d::kXAxis), ucsVector(AcGeVector3d::kYAxis), ucsZ());
     return appendSolid(
-        ctx,
-        [&](AcDb3dSolid& s) { return s.createBox(size[0], size[1], std::abs(height)); },
+        ctx, [&](AcDb3dSolid& s) { return s.createBox(size[0], size[1], std::abs(height)); },
         place);
 }
 
@@ -208,8 +207,7 @@ int torus(CommandContext& ctx) {
 }
 
 const ProcessorCommand kCommands[] = {
-    {L"BOX", box},       {L"CYLINDER", cylinder}, {L"CONE", cone},
-    {L"SPHERE", sphere}, {L"TORUS", torus},
+    {L"BOX", box}, {L"CYLINDER", cylinder}, {L"CONE", cone}, {L"SPHERE", sphere}, {L"TORUS", torus},
 };
 
 } // namespace

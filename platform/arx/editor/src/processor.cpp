@@ -11,9 +11,8 @@ namespace qelhost {
 namespace {
 
 const Family kFamilies[] = {
-    ucsCommands,  layerCommands, drawCommands,      viewCommands,  menuCommands,
-    hostCommands, curveCommands, editCommands,      changeCommands, solidCommands,
-    solidEditCommands, inspectCommands,
+    ucsCommands,   layerCommands, drawCommands,   viewCommands,  menuCommands,      hostCommands,
+    curveCommands, editCommands,  changeCommands, solidCommands, solidEditCommands, inspectCommands,
 };
 
 bool echoOn() {

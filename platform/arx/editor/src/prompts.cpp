@@ -257,8 +257,7 @@ double realVariable(const wchar_t* name) {
 AcDbObjectId appendEntity(AcDbEntity* entity) {
     AcDbDatabase* db = acdbHostApplicationServices()->workingDatabase();
     AcDbBlockTableRecord* space = nullptr;
-    if (db == nullptr ||
-        acdbOpenObject(space, db->modelSpaceId(), AcDb::kForWrite) != Acad::eOk) {
+    if (db == nullptr || acdbOpenObject(space, db->modelSpaceId(), AcDb::kForWrite) != Acad::eOk) {
         delete entity;
         return AcDbObjectId::kNull;
     }

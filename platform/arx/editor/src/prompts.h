@@ -73,8 +73,7 @@ Answer pickOne(CommandContext& ctx, const std::wstring& prompt, AcDbObjectId& id
 void rememberSelection(const SelectionSet& set);
 
 // Opens each entity of the set for write and applies the change; the count that took it.
-int forEachEntity(const SelectionSet& set,
-                  const std::function<bool(AcDbEntity&)>& change);
+int forEachEntity(const SelectionSet& set, const std::function<bool(AcDbEntity&)>& change);
 
 // Erases an entity open for write with its extension dictionary and the X-records in it, which
 // would otherwise stay in the drawing owned by nothing that is saved; an unnamed group that it

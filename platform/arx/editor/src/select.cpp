@@ -61,8 +61,8 @@ std::vector<AcDbObjectId> onLayers(const std::wstring& pattern) {
 
 // LAyer comes before Last, so that "LA" is the layer and "L" the last entity.
 enum Mode { kAll, kLayer, kLast, kPrevious, kWindow, kCrossing, kRemove, kAdd };
-const Option kModes[] = {{L"ALL", L"ALL"},  {L"LA", L"LAYER"},    {L"L", L"LAST"},
-                         {L"P", L"PREVIOUS"}, {L"W", L"WINDOW"},  {L"C", L"CROSSING"},
+const Option kModes[] = {{L"ALL", L"ALL"},    {L"LA", L"LAYER"}, {L"L", L"LAST"},
+                         {L"P", L"PREVIOUS"}, {L"W", L"WINDOW"}, {L"C", L"CROSSING"},
                          {L"R", L"REMOVE"},   {L"A", L"ADD"}};
 
 // An entity by handle; "#" before the handle tells a handle such as "C" or "A" from an option.
@@ -144,8 +144,7 @@ SelectionSet selectObjects(CommandContext& ctx, bool& cancelled) {
     bool removing = false;
     cancelled = false;
     for (;;) {
-        std::optional<Token> token =
-            ctx.next(removing ? L"Remove objects: " : L"Select objects: ");
+        std::optional<Token> token = ctx.next(removing ? L"Remove objects: " : L"Select objects: ");
         if (!token) {
             cancelled = true;
             return {};

@@ -272,9 +272,9 @@ int revolve(CommandContext& ctx) {
     const Option kOptions[] = {{L"O", L"OBJECT"}, {L"X", L"X"}, {L"Y", L"Y"}, {L"Z", L"Z"}};
     AcGePoint3d a, b;
     for (;;) {
-        const Answer got = askPoint(
-            ctx, L"Specify axis start point or define axis by [Object/X/Y/Z] <Object>: ", a,
-            kOptions, true);
+        const Answer got =
+            askPoint(ctx, L"Specify axis start point or define axis by [Object/X/Y/Z] <Object>: ",
+                     a, kOptions, true);
         if (got == Answer::kCancel) return RTCAN;
         if (got == Answer::kOption && got.option != kObject) {
             const AcGeVector3d axes[] = {AcGeVector3d::kXAxis, AcGeVector3d::kYAxis,
@@ -369,7 +369,7 @@ double measure(const AcDbRegion& region) {
 // goes to the first entity and the others are erased, once the whole operation has succeeded.
 template <class Entity>
 std::optional<int> combine(CommandContext& ctx, const SelectionSet& set, const SelectionSet& tools,
-            AcDb::BoolOperType op) {
+                           AcDb::BoolOperType op) {
     Operands<Entity> a = operandsOf<Entity>(set), b = operandsOf<Entity>(tools);
     const bool subtract = op == AcDb::kBoolSubtract;
     if (a.ids.empty() || (subtract ? b.ids.empty() : a.ids.size() < 2)) return std::nullopt;
@@ -468,9 +468,9 @@ int slice(CommandContext& ctx) {
     AcGePoint3d p[3];
     AcGeVector3d normal;
     for (;;) {
-        const Answer got = askPoint(
-            ctx, L"Specify first point on slicing plane or [XY/YZ/ZX/3points] <3points>: ", p[0],
-            kPlanes, true);
+        const Answer got =
+            askPoint(ctx, L"Specify first point on slicing plane or [XY/YZ/ZX/3points] <3points>: ",
+                     p[0], kPlanes, true);
         if (got == Answer::kCancel) return RTCAN;
         if (got == Answer::kOption && got.option != kThree) {
             const AcGeVector3d normals[] = {AcGeVector3d::kZAxis, AcGeVector3d::kXAxis,
@@ -566,9 +566,9 @@ int explode(CommandContext& ctx) {
 }
 
 const ProcessorCommand kCommands[] = {
-    {L"REGION", region},       {L"EXTRUDE", extrude},     {L"REVOLVE", revolve},
-    {L"UNION", unite},         {L"SUBTRACT", subtract},   {L"INTERSECT", intersect},
-    {L"SLICE", slice},         {L"EXPLODE", explode},
+    {L"REGION", region}, {L"EXTRUDE", extrude},   {L"REVOLVE", revolve},
+    {L"UNION", unite},   {L"SUBTRACT", subtract}, {L"INTERSECT", intersect},
+    {L"SLICE", slice},   {L"EXPLODE", explode},
 };
 
 } // namespace
