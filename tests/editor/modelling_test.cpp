@@ -107,6 +107,33 @@ TEST_F(Modelling, PrimitivesStandOnTheUcsWithTheClosedFormsOfTheirVolumes) {
     EXPECT_POINT(AcGePoint3d(0, 0, 50), ring.centroid, 50);
 }
 
+TEST_F(Modelling, BoxOptionsConeAxesAndProgramsMeetTheSameCommands) {
+    // A cube about its centre; by length, width and height; from the centre to a 3-D corner.
+    ASSERT_EQ(command(L"BOX", L"C 0,0,0 C 2\n"), RTNORM) << printed();
+    ASSERT_EQ(command(L"BOX", L"0,0,0 L 3 2 4\n"), RTNORM) << printed();
+    ASSERT_EQ(command(L"BOX", L"C 1,1,1 2,3,4\n"), RTNORM) << printed();
+    // A cone down an axis: its centroid a quarter of the way from the base to the apex.
+    ASSERT_EQ(command(L"CONE", L"0,0,0 2 A 0,0,-3\n"), RTNORM) << printed();
+    auto ids = solids();
+    ASSERT_EQ(ids.size(), 4u);
+    EXPECT_VOLUME(8.0, massOf(ids[0]).volume);
+    EXPECT_POINT(AcGePoint3d(0, 0, 0), massOf(ids[0]).centroid, 2);
+    EXPECT_VOLUME(24.0, massOf(ids[1]).volume);
+    EXPECT_POINT(AcGePoint3d(1.5, 1, 2), massOf(ids[1]).centroid, 4);
+    EXPECT_VOLUME(48.0, massOf(ids[2]).volume);
+    EXPECT_POINT(AcGePoint3d(1, 1, 1), massOf(ids[2]).centroid, 4);
+    EXPECT_VOLUME(4 * kPi, massOf(ids[3]).volume);
+    EXPECT_POINT(AcGePoint3d(0, 0, -0.75), massOf(ids[3]).centroid, 3);
+    // A program's acedCommand gives points and numbers as result buffers.
+    ads_point base = {10, 0, 0};
+    ASSERT_EQ(acedCommand(RTSTR, L"_.CYLINDER", RT3DPOINT, base, RTREAL, 1.0, RTREAL, 2.0, RTNONE),
+              RTNORM);
+    EXPECT_VOLUME(2 * kPi, massOf(solids().back()).volume);
+    // A radius of 0 from a program is refused too, and with no answer left nothing is made.
+    EXPECT_EQ(acedCommand(RTSTR, L"_.CYLINDER", RT3DPOINT, base, RTREAL, 0.0, RTNONE), RTCAN);
+    EXPECT_EQ(solids().size(), 5u);
+}
+
 TEST_F(Modelling, ATurnedUcsCarriesTheBaseAndTheHeight) {
     // The UCS turned so that its Z runs along the world X, its origin at (100, 0, 0).
     answers(L"3P 100,0,0 100,1,0 100,0,1\n");
