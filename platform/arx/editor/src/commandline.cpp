@@ -63,8 +63,7 @@ int commandLoop() {
 
 std::vector<std::wstring> commandNames() {
     std::vector<std::wstring> names;
-    for (auto family :
-         {ucsCommands, layerCommands, drawCommands, viewCommands, menuCommands, hostCommands})
+    for (Family family : processorFamilies())
         for (const ProcessorCommand& command : family())
             names.emplace_back(command.name);
     for (const std::wstring& name : moduleCommandNames())

@@ -1,5 +1,5 @@
 // The host's own commands: documents, variables and listing an entity.
-#include "processor.h"
+#include "prompts.h"
 
 #include <filesystem>
 
@@ -207,6 +207,8 @@ void listGroups(AcDbEntity& entity) {
 int list(CommandContext& ctx) {
     std::optional<std::wstring> which = ctx.word(L"Entity handle <last>: ");
     if (!which) return RTCAN;
+    // "#" before a handle, as selections take it.
+    if (which->starts_with(L"#")) which->erase(0, 1);
     ads_name name;
     const int found = which->empty() ? acdbEntLast(name) : acdbHandEnt(which->c_str(), name);
     AcDbObjectId id;
@@ -227,6 +229,7 @@ int list(CommandContext& ctx) {
     say(L"Geometry and properties:\n");
     listChain(groups);
     acutRelRb(groups);
+    describeBody(*entity);
     if (resbuf* xdata = entity->xData()) {
         say(L"Extended data:\n");
         listChain(xdata);

@@ -10,9 +10,9 @@ namespace qelhost {
 
 namespace {
 
-// Every family of the processor; a name belongs to one family only.
-std::span<const ProcessorCommand> (*const kFamilies[])() = {
-    ucsCommands, layerCommands, drawCommands, viewCommands, menuCommands, hostCommands,
+const Family kFamilies[] = {
+    ucsCommands,   layerCommands, drawCommands,   viewCommands,  menuCommands,      hostCommands,
+    curveCommands, editCommands,  changeCommands, solidCommands, solidEditCommands, inspectCommands,
 };
 
 bool echoOn() {
@@ -63,6 +63,10 @@ int runTokens(std::deque<Token>& tokens) {
 
 } // namespace
 
+std::span<const Family> processorFamilies() {
+    return kFamilies;
+}
+
 std::wstring bareName(std::wstring_view word) {
     while (!word.empty() && (word.front() == L'_' || word.front() == L'.'))
         word.remove_prefix(1);
@@ -102,7 +106,7 @@ bool parsePoint(std::wstring_view text, AcGePoint3d& point) {
 
 const ProcessorCommand* findProcessorCommand(std::wstring_view name) {
     const std::wstring bare = bareName(name);
-    for (auto family : kFamilies)
+    for (Family family : kFamilies)
         for (const ProcessorCommand& command : family())
             if (bare == command.name) return &command;
     return nullptr;

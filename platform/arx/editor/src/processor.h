@@ -72,6 +72,16 @@ std::span<const ProcessorCommand> drawCommands();
 std::span<const ProcessorCommand> viewCommands();
 std::span<const ProcessorCommand> menuCommands();
 std::span<const ProcessorCommand> hostCommands();
+std::span<const ProcessorCommand> curveCommands();
+std::span<const ProcessorCommand> editCommands();
+std::span<const ProcessorCommand> changeCommands();
+std::span<const ProcessorCommand> solidCommands();
+std::span<const ProcessorCommand> solidEditCommands();
+std::span<const ProcessorCommand> inspectCommands();
+
+// Every family of the processor; a name belongs to one family only.
+using Family = std::span<const ProcessorCommand> (*)();
+std::span<const Family> processorFamilies();
 
 // The processor command of that name (prefixes and case ignored), or null.
 const ProcessorCommand* findProcessorCommand(std::wstring_view name);

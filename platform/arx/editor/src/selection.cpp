@@ -1,11 +1,9 @@
 // Selection sets: by filter over the whole drawing ("_X"), or picked by the user at the prompt
-// by handle ("ALL", "L" for the last entity, Enter to end).
-#include "host.h"
+// as the commands pick (select.cpp).
+#include "prompts.h"
 #include "wildcard.h"
 
 #include <arx/acdb.h>
-
-#include <win/transcript.h>
 
 #include <algorithm>
 #include <map>
@@ -65,39 +63,16 @@ void nameSet(SelectionSet set, ads_name ss) {
     ss[1] = kSetMark;
 }
 
-// Picks at the prompt until Enter; nothing when cancelled.
+// Picks at the prompt as the commands do; nothing when cancelled.
 std::optional<SelectionSet> pick(const Filter& filter) {
+    CommandContext ctx(nullptr);
+    bool cancelled = false;
+    const SelectionSet chosen = selectObjects(ctx, cancelled);
+    if (cancelled) return std::nullopt;
     SelectionSet set;
-    for (;;) {
-        std::optional<std::wstring> answer =
-            askUser(L"Select objects (handle, ALL, L for last, Enter to end): ", false);
-        if (!answer) return std::nullopt;
-        if (answer->empty()) return set;
-        std::vector<AcDbObjectId> found;
-        const std::wstring word = upper(*answer);
-        if (word == L"ALL") {
-            found = drawingEntities();
-        } else if (word == L"L") {
-            ads_name last;
-            AcDbObjectId id;
-            if (acdbEntLast(last) == RTNORM && acdbGetObjectId(id, last) == Acad::eOk)
-                found.push_back(id);
-        } else {
-            ads_name name;
-            AcDbObjectId id;
-            if (acdbHandEnt(answer->c_str(), name) == RTNORM &&
-                acdbGetObjectId(id, name) == Acad::eOk)
-                found.push_back(id);
-        }
-        int added = 0;
-        for (AcDbObjectId id : found)
-            if (passes(filter, id) && std::find(set.begin(), set.end(), id) == set.end()) {
-                set.push_back(id);
-                ++added;
-            }
-        win::Transcript::instance().print(std::to_wstring(added) + L" found, " +
-                                          std::to_wstring(set.size()) + L" total\n");
-    }
+    for (AcDbObjectId id : chosen)
+        if (passes(filter, id)) set.push_back(id);
+    return set;
 }
 
 } // namespace
@@ -110,6 +85,8 @@ const SelectionSet* findSelection(const ads_name ss) {
 
 void clearSelections() {
     sets().sets.clear();
+    rememberSelection({});
+    setLastPoint(AcGePoint3d::kOrigin);
 }
 
 } // namespace qelhost

@@ -4,6 +4,7 @@
 #include <arx/acdb.h>
 #include <win/transcript.h>
 
+#include <cmath>
 #include <functional>
 
 namespace qelhost {
@@ -35,11 +36,14 @@ const VarRow kVariables[] = {
     {L"CMDECHO",      RTSHORT,    Keep::kHost,      false,     0, 1,      short(1)},
     {L"DWGNAME",      RTSTR,      Keep::kDrawing,   true,      0, 0,      std::wstring()},
     {L"DWGPREFIX",    RTSTR,      Keep::kDrawing,   true,      0, 0,      std::wstring()},
+    {L"ELEVATION",    RTREAL,     Keep::kDocument,  false,     0, 0,      0.0},
     {L"FILEDIA",      RTSHORT,    Keep::kHost,      false,     0, 1,      short(1)},
     {L"INSUNITS",     RTSHORT,    Keep::kDocument,  false,     0, 20,     short(4)},
     {L"MEASUREINIT",  RTSHORT,    Keep::kHost,      false,     0, 1,      short(1)},
     {L"MENUBAR",      RTSHORT,    Keep::kHost,      false,     0, 1,      short(0)},
     {L"OSMODE",       RTSHORT,    Keep::kHost,      false,     0, 32767,  short(4133)},
+    {L"TEXTSIZE",     RTREAL,     Keep::kDocument,  false,     0, 0,      2.5},
+    {L"THICKNESS",    RTREAL,     Keep::kDocument,  false,     0, 0,      0.0},
     {L"UCSFOLLOW",    RTSHORT,    Keep::kDocument,  false,     0, 1,      short(0)},
     {L"UCSICON",      RTSHORT,    Keep::kDocument,  false,     0, 3,      short(3)},
     {L"UCSORG",       RT3DPOINT,  Keep::kDrawing,   true,      0, 0,      AcGePoint3d()},
@@ -123,6 +127,11 @@ bool store(const VarRow& row, const VarValue& value) {
         const short v = std::get<short>(value);
         if (v < row.low || v > row.high) return false;
     }
+    if (row.type == RTREAL) {
+        const double v = std::get<double>(value);
+        if (!std::isfinite(v) || (std::wstring_view(row.name) == L"TEXTSIZE" && v <= 0.0))
+            return false;
+    }
     Document* doc = currentDocument();
     switch (row.keep) {
     case Keep::kHost:
@@ -149,6 +158,7 @@ std::optional<VarValue> fromBuffer(const VarRow& row, const resbuf& rb) {
         return std::nullopt;
     case RTREAL:
         if (rb.restype == RTREAL) return rb.resval.rreal;
+        if (rb.restype == RTSHORT) return double(rb.resval.rint);
         return std::nullopt;
     case RTSTR:
         if (rb.restype == RTSTR && rb.resval.rstring != nullptr)
@@ -198,6 +208,11 @@ int setSystemVariable(const std::wstring& name, const std::wstring& text, bool f
         const long v = std::wcstol(text.c_str(), &end, 10);
         if (text.empty() || *end != L'\0' || v < -32768 || v > 32767) return RTERROR;
         value = short(v);
+    } else if (row->type == RTREAL) {
+        wchar_t* end = nullptr;
+        const double v = std::wcstod(text.c_str(), &end);
+        if (text.empty() || *end != L'\0') return RTERROR;
+        value = v;
     } else if (row->type == RTSTR) {
         value = text;
     } else {

@@ -1,5 +1,5 @@
 // ZOOM (extents) and ERASE.
-#include "processor.h"
+#include "prompts.h"
 
 #include <arx/acdb.h>
 #include <win/transcript.h>
@@ -35,40 +35,16 @@ int zoom(CommandContext& ctx) {
     return RTNORM;
 }
 
-// Erases what the answers select: selection sets, entity names or handles, until Enter.
+// Erases what "Select objects: " chooses.
 int erase(CommandContext& ctx) {
-    std::vector<AcDbObjectId> ids;
-    for (;;) {
-        std::optional<Token> token = ctx.next(L"Select objects: ");
-        if (!token) return RTCAN;
-        if (token->kind == Token::kText && token->text.empty()) break;
-        if (token->kind == Token::kSelection) {
-            const SelectionSet* set = findSelection(token->name);
-            if (set == nullptr) {
-                ctx.invalid(L"Invalid selection set.");
-                return RTERROR;
-            }
-            ids.insert(ids.end(), set->begin(), set->end());
-            continue;
-        }
-        ads_name name = {token->name[0], token->name[1]};
-        if (token->kind == Token::kText && acdbHandEnt(token->text.c_str(), name) != RTNORM) {
-            ctx.invalid(L"No entity with handle " + token->text + L".");
-            continue;
-        }
-        AcDbObjectId id;
-        if ((token->kind != Token::kText && token->kind != Token::kEntity) ||
-            acdbGetObjectId(id, name) != Acad::eOk) {
-            ctx.invalid(L"Invalid selection.");
-            return RTERROR;
-        }
-        ids.push_back(id);
-    }
+    bool cancelled = false;
+    const SelectionSet ids = selectObjects(ctx, cancelled);
+    if (cancelled) return RTCAN;
     int erased = 0;
     for (AcDbObjectId id : ids) {
         AcDbEntity* entity = nullptr;
         if (acdbOpenObject(entity, id, AcDb::kForWrite) != Acad::eOk) continue;
-        if (entity->erase() == Acad::eOk) ++erased;
+        if (eraseEntity(*entity) == Acad::eOk) ++erased;
         entity->close();
     }
     win::Transcript::instance().print(std::to_wstring(erased) + L" erased\n");
