@@ -5,6 +5,9 @@
 #include "records/xrecords.h"
 
 #include <arx/arx.h>
+#include <arx/dbmesh.h>
+#include <arx/dbpl.h>
+#include <arx/dbregion.h>
 #include <arx/dbsol3d.h>
 
 #include <algorithm>
@@ -12,6 +15,7 @@
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <map>
 #include <sstream>
 
 namespace creatorstest {
@@ -36,6 +40,15 @@ std::string point(const AcGePoint3d& p) {
 }
 std::string vector(const AcGeVector3d& v) {
     return point(AcGePoint3d(v.x, v.y, v.z));
+}
+
+// Model space's entities by handle, numbered from 1 in the order of the summary: a record's
+// handles name the line of the entity they point to.
+std::map<Adesk::UInt64, int> g_lineOfHandle;
+
+std::string handleRef(const AcDbHandle& handle) {
+    const auto it = g_lineOfHandle.find(Adesk::UInt64(handle));
+    return it == g_lineOfHandle.end() ? "?" : "#" + std::to_string(it->second);
 }
 
 std::string groupOf(const AcDbEntity* entity, std::string& name) {
@@ -80,6 +93,11 @@ std::string recordOf(AcDbEntity* entity, const std::string& groupName) {
     };
     for (const auto& [field, value] : fields)
         if (value != 0.0) out += std::string(" ") + field + "=" + number(value);
+    if (r.miterCount != 0) out += " miterCount=" + std::to_string(r.miterCount);
+    if (r.direction[0] != 0.0 || r.direction[1] != 0.0 || r.direction[2] != 0.0)
+        out += " direction=" + point(AcGePoint3d(r.direction[0], r.direction[1], r.direction[2]));
+    if (!r.handle0.isNull()) out += " handle0=" + handleRef(r.handle0);
+    if (!r.handle1.isNull()) out += " handle1=" + handleRef(r.handle1);
     if (narrow(r.groupName) != groupName)
         out += " rgroup=" + (r.groupName.IsEmpty() ? std::string("-") : narrow(r.groupName));
     if (narrow(r.filePath).empty()) out += " nofile";
@@ -142,6 +160,74 @@ std::string geometryOf(const AcDbEntity* entity) {
         if (spline->numControlPoints() > 0) out += " start=" + point(start) + " end=" + point(end);
         return out;
     }
+    if (auto* poly = AcDbPolyline::cast(entity)) {
+        std::string out;
+        for (unsigned i = 0; i < poly->numVerts(); ++i) {
+            AcGePoint3d p;
+            poly->getPointAt(i, p);
+            out += point(p);
+        }
+        return " n=" + std::to_string(poly->numVerts()) +
+               " closed=" + std::to_string(poly->isClosed()) + " v=" + out;
+    }
+    if (auto* region = AcDbRegion::cast(entity)) {
+        double area = 0.0;
+        AcGeVector3d normal;
+        region->getArea(area);
+        region->getNormal(normal);
+        return " area=" + number(area) + " n=" + vector(normal);
+    }
+    if (auto* mesh = AcDbPolyFaceMesh::cast(entity)) {
+        // Counts, the box, the first and last vertex, and faces whose vertex numbers are not
+        // three distinct vertices of the mesh.
+        std::vector<AcGePoint3d> vertices;
+        int faces = 0, badFaces = 0;
+        AcDbObjectIterator* it = mesh->vertexIterator();
+        for (; !it->done(); it->step()) {
+            if (auto* vertex = AcDbPolyFaceMeshVertex::cast(it->entity())) {
+                vertices.push_back(vertex->position());
+            } else if (auto* face = AcDbFaceRecord::cast(it->entity())) {
+                ++faces;
+                Adesk::Int16 v[4];
+                for (Adesk::UInt16 k = 0; k < 4; ++k)
+                    face->getVertexAt(k, v[k]);
+                const int count = int(vertices.size());
+                const bool good = v[3] == 0 && v[0] != v[1] && v[1] != v[2] && v[0] != v[2] &&
+                                  v[0] > 0 && v[1] > 0 && v[2] > 0 && v[0] <= count &&
+                                  v[1] <= count && v[2] <= count;
+                badFaces += good ? 0 : 1;
+            }
+        }
+        delete it;
+        AcDbExtents box;
+        mesh->getGeomExtents(box);
+        std::string out = " vertices=" + std::to_string(vertices.size()) +
+                          " faces=" + std::to_string(faces) +
+                          " badfaces=" + std::to_string(badFaces) + " box=" +
+                          point(box.minPoint()) + point(box.maxPoint());
+        if (!vertices.empty()) out += " first=" + point(vertices.front()) + " last=" +
+                                      point(vertices.back());
+        return out;
+    }
+    if (auto* mesh = AcDbPolygonMesh::cast(entity)) {
+        // The grid's sizes and ends, the first two pairs of vertices and the last pair.
+        std::vector<AcGePoint3d> vertices;
+        AcDbObjectIterator* it = mesh->vertexIterator();
+        for (; !it->done(); it->step())
+            if (auto* vertex = AcDbPolygonMeshVertex::cast(it->entity()))
+                vertices.push_back(vertex->position());
+        delete it;
+        std::string out = " m=" + std::to_string(mesh->mSize()) +
+                          " n=" + std::to_string(mesh->nSize()) +
+                          " closed=" + std::to_string(mesh->isMClosed()) + "," +
+                          std::to_string(mesh->isNClosed()) +
+                          " vertices=" + std::to_string(vertices.size()) + " v=";
+        for (std::size_t i = 0; i < vertices.size() && i < 4; ++i)
+            out += point(vertices[i]);
+        if (vertices.size() >= 2)
+            out += " end=" + point(vertices[vertices.size() - 2]) + point(vertices.back());
+        return out;
+    }
     if (auto* text = AcDbText::cast(entity))
         return " \"" + narrow(text->textStringConst()) + "\" at=" + point(text->position()) +
                " h=" + number(text->height());
@@ -195,6 +281,16 @@ std::vector<std::string> SummariseDrawing() {
     db->getBlockTable(table, AcDb::kForRead);
     AcDbBlockTableRecord* model = nullptr;
     if (table->getAt(ACDB_MODEL_SPACE, model, AcDb::kForRead) == Acad::eOk) {
+        g_lineOfHandle.clear();
+        AcDbBlockTableRecordIterator* it = nullptr;
+        model->newIterator(it);
+        for (int line = 1; !it->done(); it->step()) {
+            AcDbEntity* entity = nullptr;
+            if (it->getEntity(entity) != Acad::eOk) continue;
+            g_lineOfHandle[Adesk::UInt64(entity->handle())] = line++;
+            entity->close();
+        }
+        delete it;
         summariseRecord(model, "", lines);
         model->close();
     }

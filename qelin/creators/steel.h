@@ -1,0 +1,12 @@
+// The creators of steel: StdShape (a section's closed outline) and StdShapeExtrusion (a member
+// extruded from its section, as a solid or, in block mode, as a reference to a block shared by
+// members of one section and size), with the member's centre lines.
+#pragma once
+
+#include <qel/qel.h>
+#include <win/win.h>
+
+int CreateStdShape(QelObject* object, void* parent, int subtype, unsigned char acisMode,
+                   unsigned objIndex, const CString* filePath);
+int CreateStdShapeExtrusion(QelObject* object, void* parent, int subtype, unsigned char acisMode,
+                            unsigned objIndex, const CString* filePath);
