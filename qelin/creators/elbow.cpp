@@ -33,6 +33,18 @@ struct Elbow {
     const CString* filePath = nullptr;
 };
 
+// The solid's volume; 0 when the host cannot tell one.
+double volumeOf(const AcDb3dSolid& solid) {
+    double volume = 0.0, moments[3], products[3], principal[3], gyration[3];
+    AcGePoint3d centroid;
+    AcGeVector3d axes[3];
+    AcDbExtents extents;
+    return solid.getMassProp(volume, centroid, moments, products, principal, axes, gyration,
+                             extents) == Acad::eOk
+               ? volume
+               : 0.0;
+}
+
 void place(AcDbEntity* entity, const Elbow& e) {
     entity->transformBy(e.translation);
     entity->transformBy(e.rotation);
@@ -95,9 +107,14 @@ AcDb3dSolid* sweepSection(const Elbow& e, const AcDbCurve* path, bool placed,
     region->close();
     ads_name regionName;
     const bool regionNamed = QelLastEntity(regionName);
-    AcDb3dSolid* solid =
-        QelBuildSolid([&](AcDb3dSolid& s) { return s.extrudeAlongPath(region, path, 0.0); },
-                      L"\nCaught arx exception error", texts.notSwept);
+    AcDb3dSolid* solid = QelBuildSolid(
+        [&](AcDb3dSolid& s) {
+            const Acad::ErrorStatus status = s.extrudeAlongPath(region, path, 0.0);
+            // A sweep without volume would stop the drawing from being saved.
+            return status == Acad::eOk && !(volumeOf(s) > 0.0) ? Acad::eGeneralModelingFailure
+                                                               : status;
+        },
+        L"\nCaught arx exception error", texts.notSwept);
     if (regionNamed) QelEraseEntity(regionName, L"Error removing Redundant entity");
     return solid;
 }
@@ -221,7 +238,10 @@ void trimOvershoot(AcDb3dSolid* solid, const AcGePoint3d& end) {
     AcDbDatabase* db = acdbHostApplicationServices()->workingDatabase();
     const AcGeVector3d normal = db->ucsydir().crossProduct(db->ucsxdir()).normal();
     AcDb3dSolid* otherHalf = nullptr;
-    if (solid->getSlice(AcGePlane(AcGePoint3d::kOrigin, normal), false, otherHalf) != Acad::eOk)
+    // The overshoot always has volume: a slice that took none away did not cut.
+    const double before = volumeOf(*solid);
+    if (solid->getSlice(AcGePlane(AcGePoint3d::kOrigin, normal), false, otherHalf) != Acad::eOk ||
+        !(volumeOf(*solid) < before))
         QelReportError(L"\nError getting slice of reducer");
     QelUcsWorld();
 }

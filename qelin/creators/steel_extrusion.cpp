@@ -284,25 +284,16 @@ int blockMember(QelObject* object, const CString& sectionType, unsigned objIndex
     sizes.webThickness = GetWebThickness(object);
     const CString suffix = QelFormatDouble(sizes.width) + L"(W)x" + QelFormatDouble(sizes.depth) +
                            L"(D)x" + QelFormatDouble(sizes.length) + L"(lg)";
-    const AcDbObjectId block = sectionBlock(object, sectionType + suffix, sectionType, index, sizes);
+    const AcDbObjectId block =
+        sectionBlock(object, sectionType + suffix, sectionType, index, sizes);
     if (block.isNull()) return 1;
     AcGeMatrix3d translation, rotation;
     PoseMatrices(object, translation, rotation);
-    auto* reference = new AcDbBlockReference;
-    if (reference->setBlockTableRecord(block) != Acad::eOk) {
-        delete reference;
-        QelReportError(L"\nError finding StdShapeExtruBlock in block table record.");
-        return 1;
-    }
-    reference->transformBy(translation);
-    reference->transformBy(rotation);
-    ApplyImportTransform(reference);
-    reference->setScaleFactors(AcGeScale3d(1.0, 1.0, 1.0));
-    ApplyColour(object, reference);
-    if (AppendToModelSpace(reference) != Acad::eOk) {
-        QelReportError(L"\nError adding StdShapeExtruBlock to database.");
-        return 1;
-    }
+    AcDbBlockReference* reference =
+        QelInsertBlock(object, block, translation, rotation,
+                       L"\nError finding StdShapeExtruBlock in block table record.",
+                       L"\nError adding StdShapeExtruBlock to database.");
+    if (!reference) return 1;
     QelMemberRecord record = memberRecord(index, sizes.length, sizes.width, sizes.depth,
                                           sizes.flangeThickness, sizes.webThickness);
     finishMember(object, reference, L"SteelBlkGroup", L"Steel_BlkGroup", index, translation,

@@ -203,10 +203,10 @@ std::string geometryOf(const AcDbEntity* entity) {
         mesh->getGeomExtents(box);
         std::string out = " vertices=" + std::to_string(vertices.size()) +
                           " faces=" + std::to_string(faces) +
-                          " badfaces=" + std::to_string(badFaces) + " box=" +
-                          point(box.minPoint()) + point(box.maxPoint());
-        if (!vertices.empty()) out += " first=" + point(vertices.front()) + " last=" +
-                                      point(vertices.back());
+                          " badfaces=" + std::to_string(badFaces) +
+                          " box=" + point(box.minPoint()) + point(box.maxPoint());
+        if (!vertices.empty())
+            out += " first=" + point(vertices.front()) + " last=" + point(vertices.back());
         return out;
     }
     if (auto* mesh = AcDbPolygonMesh::cast(entity)) {
@@ -383,13 +383,20 @@ bool LineMatches(const std::string& expected, const std::string& actual, std::st
     std::size_t i = 0, j = 0;
     while (i < e.size() && j < a.size()) {
         if (e[i].text == "*") {
-            // Skips one number, one quoted text or one run of word characters.
+            // Skips one number, one quoted text or one run of word characters (an anonymous
+            // name such as "*A1" with its star).
             if (a[j].isNumber || a[j].text[0] == '"') {
                 ++j;
             } else {
-                while (
-                    j < a.size() && !a[j].isNumber && a[j].text.size() == 1 &&
-                    (std::isalnum(static_cast<unsigned char>(a[j].text[0])) || a[j].text[0] == '_'))
+                if (a[j].text == "*") ++j;
+                auto wordPart = [](const Token& t) {
+                    if (t.isNumber) // the digits of a name such as "A12"
+                        return t.text.find_first_not_of("0123456789") == std::string::npos;
+                    return t.text.size() == 1 &&
+                           (std::isalnum(static_cast<unsigned char>(t.text[0])) ||
+                            t.text[0] == '_');
+                };
+                while (j < a.size() && wordPart(a[j]))
                     ++j;
             }
             ++i;
