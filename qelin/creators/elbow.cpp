@@ -230,8 +230,8 @@ AcDbPolyline* polylineOnBend(double radius, double step, int count) {
 
 // Cuts the sweep where the centre line ends: by the plane through the bend's axis and that end,
 // keeping the side of the bend. The plane's normal is taken from a UCS through the axis and the
-// end, as the bend would be drawn by hand.
-void trimOvershoot(AcDb3dSolid* solid, const AcGePoint3d& end) {
+// end, as the bend would be drawn by hand. False, after the message, when the cut failed.
+bool trimOvershoot(AcDb3dSolid* solid, const AcGePoint3d& end) {
     const ads_point origin = {0.0, 0.0, 0.0}, onAxis = {0.0, 0.0, 1.0};
     const ads_point towardsEnd = {end.x, end.y, end.z};
     QelUcs3Points(origin, onAxis, towardsEnd);
@@ -240,10 +240,12 @@ void trimOvershoot(AcDb3dSolid* solid, const AcGePoint3d& end) {
     AcDb3dSolid* otherHalf = nullptr;
     // The overshoot always has volume: a slice that took none away did not cut.
     const double before = volumeOf(*solid);
-    if (solid->getSlice(AcGePlane(AcGePoint3d::kOrigin, normal), false, otherHalf) != Acad::eOk ||
-        !(volumeOf(*solid) < before))
-        QelReportError(L"\nError getting slice of reducer");
+    const bool cut =
+        solid->getSlice(AcGePlane(AcGePoint3d::kOrigin, normal), false, otherHalf) == Acad::eOk &&
+        volumeOf(*solid) < before;
+    if (!cut) QelReportError(L"\nError getting slice of reducer");
     QelUcsWorld();
+    return cut;
 }
 
 bool segmentedElbow(const Elbow& e, int segments) {
@@ -273,7 +275,13 @@ bool segmentedElbow(const Elbow& e, int segments) {
                                        L"\nCould not extrude segmented elbow."});
     if (pathNamed) QelEraseEntity(pathName, L"Error removing Redundant entity");
     if (!solid || !appendSolid(solid)) return false;
-    trimOvershoot(solid, end);
+    if (!trimOvershoot(solid, end)) {
+        // A solid reaching past its end is no elbow, and one the host could not cut may not
+        // even be saved: it goes.
+        solid->erase();
+        solid->close();
+        return false;
+    }
     ApplyColour(e.object, solid);
     place(solid, e);
     solid->close();
