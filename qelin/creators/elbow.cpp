@@ -9,6 +9,7 @@
 #include "foundation/error_report.h"
 #include "foundation/log_file.h"
 #include "foundation/state_guards.h"
+#include "import/class_table.h"
 #include "objectfile/param_read.h"
 #include "records/import_annotations.h"
 #include "records/xrecords.h"
@@ -66,7 +67,7 @@ bool appendCentreLine(const Elbow& e, AcDbCurve* line, const wchar_t* failed) {
 // A centre line tagged at once, outside the elbow's group.
 void tagCentreLine(const Elbow& e, AcDbEntity* line) {
     QelMemberRecord record;
-    record.memberType = 28;
+    record.memberType = QelCode::CenterLine;
     QelFillRecordOrigin(record, e.objIndex, e.filePath, CString());
     QelTagEntity(line, record, L"Elbow Center Line");
 }
@@ -135,16 +136,17 @@ bool appendSolid(AcDb3dSolid* solid) {
 // pointing at its centre line, the annotations and the solid's extended data.
 void finishElbow(const Elbow& e, AcDbEntity* solid, AcDbEntity* untaggedLine, int miterCount,
                  const AcDbHandle& lineHandle) {
+    const QelClassRow& kind = QelClassOf(QelCode::Elbow);
     CString name;
-    AcDbGroup* group = QelMakeObjectGroup(L"ElbowGroup", L"ELBOW_GROUP", name);
+    AcDbGroup* group = QelMakeObjectGroup(kind.groupName, kind.groupKey, name);
     QelGroupAppend(group, solid->objectId());
     QelMemberRecord record;
     QelFillRecordOrigin(record, e.objIndex, e.filePath, name);
     if (untaggedLine) {
-        record.memberType = 28;
+        record.memberType = QelCode::CenterLine;
         record.Store(untaggedLine);
     }
-    record.memberType = 15;
+    record.memberType = kind.code;
     record.partIndex = 0;
     record.majorRadius = e.major;
     record.minorRadius = e.minor;
@@ -153,7 +155,7 @@ void finishElbow(const Elbow& e, AcDbEntity* solid, AcDbEntity* untaggedLine, in
     record.Store(solid);
     ImportAnnotations(e.object, e.translation, e.rotation, group);
     QelCloseGroup(group);
-    AddXData(solid, L"Elbow");
+    AddXData(solid, kind.xdata);
 }
 
 bool standardElbow(const Elbow& e) {
@@ -291,8 +293,8 @@ bool segmentedElbow(const Elbow& e, int segments) {
 
 } // namespace
 
-int CreateElbow(QelObject* object, void*, int, unsigned char, unsigned objIndex,
-                const CString* filePath) {
+QelCreated CreateElbow(QelObject* object, void*, int, unsigned char, unsigned objIndex,
+                       const CString* filePath) {
     Elbow e;
     e.object = object;
     e.objIndex = objIndex;
@@ -300,10 +302,10 @@ int CreateElbow(QelObject* object, void*, int, unsigned char, unsigned objIndex,
     if (!QelRequireLength(object, "majorRadius", e.major,
                           L"\nError getting majorRadius of elbow.") ||
         !QelRequireLength(object, "minorRadius", e.minor, L"\nError getting minorRadius of elbow."))
-        return 1;
+        return QelCreated::Failed;
     if (!(e.minor > 1e-5)) {
         QelReportError(L"\nError, minorRadius of elbow less than/equal to zero");
-        return 0;
+        return QelCreated::FailedReported;
     }
     // A bend no wider than its pipe gets a pipe just inside the bend.
     if (e.major <= e.minor) {
@@ -319,12 +321,15 @@ int CreateElbow(QelObject* object, void*, int, unsigned char, unsigned objIndex,
     QelReadShort(object, "miterCount", miterCount);
     PoseMatrices(object, e.translation, e.rotation);
     // Other negative counts go the segmented way and fail its angle test.
+    const wchar_t* failed = nullptr;
     if (miterCount == -1) {
-        if (!bevelElbow(e)) QelReportError(L"\nError creating Bevel Cut Elbow");
+        if (!bevelElbow(e)) failed = L"\nError creating Bevel Cut Elbow";
     } else if (miterCount == 0) {
-        if (!standardElbow(e)) QelReportError(L"\nError creating Standard Elbow!");
+        if (!standardElbow(e)) failed = L"\nError creating Standard Elbow!";
     } else if (!segmentedElbow(e, miterCount)) {
-        QelReportError(L"\nError creating Segmented Elbow");
+        failed = L"\nError creating Segmented Elbow";
     }
-    return 0;
+    if (!failed) return QelCreated::Done;
+    QelReportError(failed);
+    return QelCreated::FailedReported;
 }

@@ -2,12 +2,8 @@
 // (a polyface mesh of rings) and Reducer (a polygon mesh between two circles with its axis).
 #pragma once
 
-#include <qel/qel.h>
-#include <win/win.h>
+#include "creators/creator.h"
 
-int CreateElbow(QelObject* object, void* parent, int subtype, unsigned char acisMode,
-                unsigned objIndex, const CString* filePath);
-int CreateReducingElbow(QelObject* object, void* parent, int subtype, unsigned char acisMode,
-                        unsigned objIndex, const CString* filePath);
-int CreateReducer(QelObject* object, void* parent, int subtype, unsigned char acisMode,
-                  unsigned objIndex, const CString* filePath);
+QEL_CREATOR(CreateElbow);
+QEL_CREATOR(CreateReducingElbow);
+QEL_CREATOR(CreateReducer);

@@ -7,6 +7,7 @@
 #include "creators/last_entity.h"
 #include "foundation/error_report.h"
 #include "foundation/state_guards.h"
+#include "import/class_table.h"
 #include "objectfile/param_read.h"
 #include "records/import_annotations.h"
 #include "records/xrecords.h"
@@ -34,17 +35,17 @@ struct SizeRule {
     double ReducerSizes::*field;
     const wchar_t* missing;
     const wchar_t* tooSmall;
-    int tooSmallResult;
+    QelCreated tooSmallResult;
 };
 
 // The results of sizes too small differ from size to size; so they have always been.
 const SizeRule kSizes[] = {
     {"radius0", &ReducerSizes::radius0, L"\nError getting radius0 of Reducer.",
-     L"\nError, radius0 of reducer less than zero", 0},
+     L"\nError, radius0 of reducer less than zero", QelCreated::FailedReported},
     {"radius1", &ReducerSizes::radius1, L"\nError getting radius1 of Reducer.",
-     L"\nError, radius1 of reducer less than zero", 1},
+     L"\nError, radius1 of reducer less than zero", QelCreated::Failed},
     {"height", &ReducerSizes::height, L"\nError getting height of Reducer.",
-     L"\nError, height of reducer less than zero", 0},
+     L"\nError, height of reducer less than zero", QelCreated::FailedReported},
 };
 
 // The far centre: height along the direction, through a UCS whose Z axis is the direction.
@@ -85,11 +86,12 @@ AcGePoint3dArray meshPoints(const ReducerSizes& s, const AcGePoint3d& far) {
 
 } // namespace
 
-int CreateReducer(QelObject* object, void*, int, unsigned char, unsigned objIndex,
-                  const CString* filePath) {
+QelCreated CreateReducer(QelObject* object, void*, int, unsigned char, unsigned objIndex,
+                         const CString* filePath) {
     ReducerSizes s;
     for (const SizeRule& rule : kSizes)
-        if (!QelRequireLength(object, rule.name, s.*rule.field, rule.missing)) return 1;
+        if (!QelRequireLength(object, rule.name, s.*rule.field, rule.missing))
+            return QelCreated::Failed;
     for (const SizeRule& rule : kSizes)
         if (!(s.*rule.field > 1e-5)) {
             QelReportError(rule.tooSmall);
@@ -108,7 +110,7 @@ int CreateReducer(QelObject* object, void*, int, unsigned char, unsigned objInde
     mesh->setNSize(2);
     if (AddToCurrentSpace(mesh) != Acad::eOk) {
         delete mesh;
-        return 1;
+        return QelCreated::Failed;
     }
     for (const AcGePoint3d& point : points) {
         auto* vertex = new AcDbPolygonMeshVertex;
@@ -125,16 +127,17 @@ int CreateReducer(QelObject* object, void*, int, unsigned char, unsigned objInde
     ApplyColour(object, mesh);
     mesh->close();
 
+    const QelClassRow& kind = QelClassOf(QelCode::Reducer);
     QelMemberRecord record;
-    record.memberType = 12;
+    record.memberType = kind.code;
     record.length = s.height;
     record.radius0 = s.radius0;
     record.radius1 = s.radius1;
     record.centroid = 0.0;
     for (int i = 0; i < 3; ++i)
         record.direction[i] = direction[i];
-    AcDbGroup* group = QelGroupAndTag(mesh, L"ReducerGroup", L"REDUCER_GROUP", record, objIndex,
-                                      filePath, L"Reducer");
+    AcDbGroup* group =
+        QelGroupAndTag(mesh, kind.groupName, kind.groupKey, record, objIndex, filePath, kind.xdata);
     AddCenterLine(object, AcGePoint3d::kOrigin, far, translation, rotation, objIndex, filePath);
     ads_name line;
     AcDbObjectId lineId;
@@ -142,5 +145,5 @@ int CreateReducer(QelObject* object, void*, int, unsigned char, unsigned objInde
         QelGroupAppend(group, lineId);
     ImportAnnotations(object, translation, rotation, group);
     QelCloseGroup(group);
-    return 0;
+    return QelCreated::Done;
 }

@@ -4,6 +4,7 @@
 #include "creators/creation_helpers.h"
 #include "creators/elbows.h"
 #include "foundation/error_report.h"
+#include "import/class_table.h"
 #include "objectfile/param_read.h"
 #include "records/import_annotations.h"
 #include "records/xrecords.h"
@@ -148,34 +149,35 @@ bool meshBend(QelObject* object, const Bend& b, const AcGeMatrix3d& translation,
     ApplyImportTransform(mesh);
     mesh->close();
 
+    const QelClassRow& kind = QelClassOf(QelCode::ReducingElbow);
     QelMemberRecord record;
-    record.memberType = 52;
+    record.memberType = kind.code;
     record.majorRadius = b.major;
     record.minorRadius = b.radius0;
     record.miterCount = b.miterCount;
     record.radius1 = b.radius1;
     record.centroid = b.sweep;
-    AcDbGroup* group = QelGroupAndTag(mesh, L"ReducingElbowGroup", L"REDUCINGELBOW_GROUP", record,
-                                      objIndex, filePath, nullptr);
+    AcDbGroup* group =
+        QelGroupAndTag(mesh, kind.groupName, kind.groupKey, record, objIndex, filePath, nullptr);
     ImportAnnotations(object, translation, rotation, group);
     QelCloseGroup(group);
-    AddXData(mesh, L"ReducingElbow");
+    AddXData(mesh, kind.xdata);
     return true;
 }
 
 } // namespace
 
-int CreateReducingElbow(QelObject* object, void*, int, unsigned char, unsigned objIndex,
-                        const CString* filePath) {
+QelCreated CreateReducingElbow(QelObject* object, void*, int, unsigned char, unsigned objIndex,
+                               const CString* filePath) {
     Bend b;
     if (!readLength(object, "majorRadius", b.major) ||
         !readLength(object, "minorRadius", b.radius0))
-        return 1;
+        return QelCreated::Failed;
     b.radius1 = b.radius0;
     GetDoubleParam(object, "minorRadius1", b.radius1, true);
     if (!(b.radius0 > 1e-5)) {
         QelReportError(L"\nError, Pipe radius is negative or zero");
-        return 1;
+        return QelCreated::Failed;
     }
     // A pipe may not reach the bend's axis.
     if (b.major <= b.radius0) b.radius0 = 0.99 * b.major;
@@ -184,7 +186,7 @@ int CreateReducingElbow(QelObject* object, void*, int, unsigned char, unsigned o
     QelReadShort(object, "miterCount", b.miterCount);
     AcGeMatrix3d translation, rotation;
     PoseMatrices(object, translation, rotation);
-    if (meshBend(object, b, translation, rotation, objIndex, filePath)) return 0;
+    if (meshBend(object, b, translation, rotation, objIndex, filePath)) return QelCreated::Done;
     QelReportError(L"\nError creating Segmented ReducingElbow");
-    return 1;
+    return QelCreated::Failed;
 }

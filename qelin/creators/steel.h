@@ -3,10 +3,7 @@
 // members of one section and size), with the member's centre lines.
 #pragma once
 
-#include <qel/qel.h>
-#include <win/win.h>
+#include "creators/creator.h"
 
-int CreateStdShape(QelObject* object, void* parent, int subtype, unsigned char acisMode,
-                   unsigned objIndex, const CString* filePath);
-int CreateStdShapeExtrusion(QelObject* object, void* parent, int subtype, unsigned char acisMode,
-                            unsigned objIndex, const CString* filePath);
+QEL_CREATOR(CreateStdShape);
+QEL_CREATOR(CreateStdShapeExtrusion);

@@ -9,6 +9,7 @@
 #include "creators/steel_members.h"
 #include "foundation/error_report.h"
 #include "foundation/log_file.h"
+#include "import/class_table.h"
 #include "objectfile/param_read.h"
 #include "records/import_annotations.h"
 #include "records/xrecords.h"
@@ -129,7 +130,7 @@ void finishMember(QelObject* object, AcDbEntity* member, const wchar_t* groupNam
 QelMemberRecord memberRecord(int index, double length, double width, double depth,
                              double flangeThickness, double webThickness) {
     QelMemberRecord record;
-    record.memberType = 8;
+    record.memberType = QelCode::StdShapeExtrusion;
     record.length = length;
     record.width = width;
     record.depth = depth;
@@ -145,12 +146,12 @@ CString sizeText(double width, double depth, double length) {
            QelFormatDouble(length) + L"(lg)";
 }
 
-int solidMember(QelObject* object, const CString& sectionType, unsigned objIndex,
-                const CString* filePath) {
+QelCreated solidMember(QelObject* object, const CString& sectionType, unsigned objIndex,
+                       const CString* filePath) {
     AcDbBlockTableRecord* space = OpenModelSpace(AcDb::kForWrite);
     if (!space) {
         printAndLog(L"Error opening pBlock for Write.");
-        return 1;
+        return QelCreated::Failed;
     }
     AcGeMatrix3d translation, rotation;
     PoseMatrices(object, translation, rotation);
@@ -158,7 +159,7 @@ int solidMember(QelObject* object, const CString& sectionType, unsigned objIndex
     if (!section) {
         space->close();
         QelReportError(L"\nError: Undefined StdShapeExtrusion");
-        return 1;
+        return QelCreated::Failed;
     }
     CCreateStdShapeExtru3D builder(object, sectionType);
     AcDb3dSolid* solid = ExtrudeSection(builder, section->outline, space, translation, rotation,
@@ -166,7 +167,7 @@ int solidMember(QelObject* object, const CString& sectionType, unsigned objIndex
     if (!solid) {
         space->close();
         printAndLog(section->notMade);
-        return 1;
+        return QelCreated::Failed;
     }
     if (section->hollow) {
         AcDb3dSolid* inner = ExtrudeSection(builder, QelSectionOutline::TubeInner, space,
@@ -181,10 +182,11 @@ int solidMember(QelObject* object, const CString& sectionType, unsigned objIndex
     QelMemberRecord record =
         memberRecord(section->index, builder.length, builder.width, builder.depth,
                      builder.flangeThickness, builder.webThickness);
-    finishMember(object, solid, L"SteelGroup", L"Steel_Group", section->index, translation,
+    const QelClassRow& kind = QelClassOf(QelCode::StdShapeExtrusion);
+    finishMember(object, solid, kind.groupName, kind.groupKey, section->index, translation,
                  rotation, objIndex, filePath, record);
     AddXData(solid, sizeText(builder.width, builder.depth, builder.length));
-    return 0;
+    return QelCreated::Done;
 }
 
 // The index of block mode: the six sections, then "Square", compared without regard to case;
@@ -273,8 +275,8 @@ AcDbObjectId sectionBlock(QelObject* object, const CString& name, const CString&
     return AcDbObjectId::kNull;
 }
 
-int blockMember(QelObject* object, const CString& sectionType, unsigned objIndex,
-                const CString* filePath) {
+QelCreated blockMember(QelObject* object, const CString& sectionType, unsigned objIndex,
+                       const CString* filePath) {
     const int index = blockIndex(sectionType);
     MemberSizes sizes;
     sizes.depth = GetDepth(object);
@@ -286,31 +288,31 @@ int blockMember(QelObject* object, const CString& sectionType, unsigned objIndex
                            L"(D)x" + QelFormatDouble(sizes.length) + L"(lg)";
     const AcDbObjectId block =
         sectionBlock(object, sectionType + suffix, sectionType, index, sizes);
-    if (block.isNull()) return 1;
+    if (block.isNull()) return QelCreated::Failed;
     AcGeMatrix3d translation, rotation;
     PoseMatrices(object, translation, rotation);
     AcDbBlockReference* reference =
         QelInsertBlock(object, block, translation, rotation,
                        L"\nError finding StdShapeExtruBlock in block table record.",
                        L"\nError adding StdShapeExtruBlock to database.");
-    if (!reference) return 1;
+    if (!reference) return QelCreated::Failed;
     QelMemberRecord record = memberRecord(index, sizes.length, sizes.width, sizes.depth,
                                           sizes.flangeThickness, sizes.webThickness);
     finishMember(object, reference, L"SteelBlkGroup", L"Steel_BlkGroup", index, translation,
                  rotation, objIndex, filePath, record);
     AddXData(reference, sectionType);
     AddXData(reference, suffix);
-    return 0;
+    return QelCreated::Done;
 }
 
 } // namespace
 
-int CreateStdShapeExtrusion(QelObject* object, void*, int, unsigned char acisMode,
-                            unsigned objIndex, const CString* filePath) {
+QelCreated CreateStdShapeExtrusion(QelObject* object, void*, int, unsigned char acisMode,
+                                   unsigned objIndex, const CString* filePath) {
     CString sectionType;
     if (!QelReadString(object, "sectionType", sectionType)) {
         QelReportError(L"\nError getting object Type.");
-        return 0;
+        return QelCreated::FailedReported;
     }
     return acisMode ? solidMember(object, sectionType, objIndex, filePath)
                     : blockMember(object, sectionType, objIndex, filePath);

@@ -3,6 +3,7 @@
 #include "creators/creation_helpers.h"
 #include "foundation/error_report.h"
 #include "foundation/log_file.h"
+#include "objectfile/type_codes.h"
 #include "records/xrecords.h"
 
 #include <arx/aced.h>
@@ -75,8 +76,8 @@ const QelMemberSection* QelMemberSectionAt(int index) {
 
 // Points are fractions of width, depth and length.
 int AddSectionCenterLine(const QelMemberLines& lines) {
-    return memberLine(lines, AcGePoint3d(0.5, 0.5, 0.0), AcGePoint3d(0.5, 0.5, 1.0), true, 28, 3,
-                      L"CenterLine");
+    return memberLine(lines, AcGePoint3d(0.5, 0.5, 0.0), AcGePoint3d(0.5, 0.5, 1.0), true,
+                      QelCode::CenterLine, 3, L"CenterLine");
 }
 
 int AddBottomCenterLine(const QelMemberLines& lines, int index) {
@@ -86,6 +87,6 @@ int AddBottomCenterLine(const QelMemberLines& lines, int index) {
         return 1;
     }
     const double x = section->bottomAtMiddle ? 0.5 : 0.0;
-    return memberLine(lines, AcGePoint3d(x, 0.0, 0.0), AcGePoint3d(x, 0.0, 1.0), false, 38,
-                      section->bottomPart, L"BottomCenterLine");
+    return memberLine(lines, AcGePoint3d(x, 0.0, 0.0), AcGePoint3d(x, 0.0, 1.0), false,
+                      QelCode::BottomCenterLine, section->bottomPart, L"BottomCenterLine");
 }

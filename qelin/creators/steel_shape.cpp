@@ -5,6 +5,7 @@
 #include "creators/steel.h"
 #include "foundation/error_report.h"
 #include "foundation/log_file.h"
+#include "import/class_table.h"
 #include "objectfile/param_read.h"
 #include "records/import_annotations.h"
 #include "records/xrecords.h"
@@ -47,18 +48,18 @@ void place(AcDbEntity* entity, const AcGeMatrix3d& translation, const AcGeMatrix
 
 } // namespace
 
-int CreateStdShape(QelObject* object, void*, int, unsigned char, unsigned objIndex,
-                   const CString* filePath) {
+QelCreated CreateStdShape(QelObject* object, void*, int, unsigned char, unsigned objIndex,
+                          const CString* filePath) {
     CString sectionType;
     if (!QelReadString(object, "sectionType", sectionType)) {
         QelReportError(L"\nError getting object Type.");
-        return 0;
+        return QelCreated::FailedReported;
     }
     AcDbBlockTableRecord* space = OpenModelSpace(AcDb::kForWrite);
     if (!space) {
         acutPrintf(L"CreateMember3D:Error opening pBlock for Write.");
         QelLogAppend(L"CreateMember3D:Error opening pBlock for Write.");
-        return 1;
+        return QelCreated::Failed;
     }
     AcGeMatrix3d translation, rotation;
     PoseMatrices(object, translation, rotation);
@@ -66,7 +67,7 @@ int CreateStdShape(QelObject* object, void*, int, unsigned char, unsigned objInd
     if (!row) {
         space->close();
         QelReportError(L"\nError: Undefined StdShape");
-        return 1;
+        return QelCreated::Failed;
     }
     CCreateStdShape builder(object, sectionType);
     AcDbPolyline* outer = builder.MakePolyline(row->outline, space);
@@ -75,12 +76,13 @@ int CreateStdShape(QelObject* object, void*, int, unsigned char, unsigned objInd
     space->close();
     for (AcDbPolyline* outline : {outer, inner})
         if (outline) place(outline, translation, rotation);
-    if (!outer) return 1;
+    if (!outer) return QelCreated::Failed;
 
+    const QelClassRow& kind = QelClassOf(QelCode::StdShape);
     QelMemberRecord record;
-    record.memberType = 4;
+    record.memberType = kind.code;
     record.partIndex = row->partIndex;
-    QelGroupTagAnnotate(object, outer, L"StdShapeGroup", L"STD_SHAPE_GROUP", record, objIndex,
-                        filePath, translation, rotation, L"StdShape");
-    return 0;
+    QelGroupTagAnnotate(object, outer, kind.groupName, kind.groupKey, record, objIndex, filePath,
+                        translation, rotation, kind.xdata);
+    return QelCreated::Done;
 }
