@@ -78,6 +78,12 @@ Acad::ErrorStatus AppendToModelSpace(AcDbEntity* entity);
 // Appends to the current space of the working database and closes the record (the entity stays
 // open); 3 when the record did not open.
 Acad::ErrorStatus AddToCurrentSpace(AcDbEntity* entity);
+// A reference to the block placed by translation, rotation and the import transform at scale 1,
+// coloured and appended to model space (and closed); null after notFound when the block is not
+// there, or after notAppended.
+AcDbBlockReference* QelInsertBlock(QelObject* object, AcDbObjectId block,
+                                   const AcGeMatrix3d& translation, const AcGeMatrix3d& rotation,
+                                   const wchar_t* notFound, const wchar_t* notAppended);
 // The first region made of the curves, appended to the record (open for write) and left open;
 // null after the region message, counted as an error.
 AcDbRegion* CreateRegion(const AcDbVoidPtrArray& curves, AcDbBlockTableRecord* blockRecord);

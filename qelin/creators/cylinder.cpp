@@ -138,21 +138,11 @@ QelCreated blockCylinder(QelObject* object, int subtype, unsigned objIndex,
         QelReportError(L"\nError creating Cylinder block");
         return QelCreated::FailedReported;
     }
-    auto* reference = new AcDbBlockReference;
-    if (reference->setBlockTableRecord(block) != Acad::eOk) {
-        delete reference;
-        QelReportError(L"\nError finding Cylinder block in block table record.");
-        return QelCreated::Failed;
-    }
-    reference->transformBy(translation);
-    reference->transformBy(rotation);
-    ApplyImportTransform(reference);
-    reference->setScaleFactors(AcGeScale3d(1.0, 1.0, 1.0));
-    ApplyColour(object, reference);
-    if (AppendToModelSpace(reference) != Acad::eOk) {
-        QelReportError(L"\nError adding Cylinder block to database.");
-        return QelCreated::Failed;
-    }
+    AcDbBlockReference* reference =
+        QelInsertBlock(object, block, translation, rotation,
+                       L"\nError finding Cylinder block in block table record.",
+                       L"\nError adding Cylinder block to database.");
+    if (!reference) return QelCreated::Failed;
     // The block form tags a plain cylinder whatever the subtype; only its caps follow it.
     QelMemberRecord record;
     record.memberType = kCylinder.code;

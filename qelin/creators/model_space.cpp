@@ -49,6 +49,27 @@ Acad::ErrorStatus AddToCurrentSpace(AcDbEntity* entity) {
     return status;
 }
 
+AcDbBlockReference* QelInsertBlock(QelObject* object, AcDbObjectId block,
+                                   const AcGeMatrix3d& translation, const AcGeMatrix3d& rotation,
+                                   const wchar_t* notFound, const wchar_t* notAppended) {
+    auto* reference = new AcDbBlockReference;
+    if (reference->setBlockTableRecord(block) != Acad::eOk) {
+        delete reference;
+        QelReportError(notFound);
+        return nullptr;
+    }
+    reference->transformBy(translation);
+    reference->transformBy(rotation);
+    ApplyImportTransform(reference);
+    reference->setScaleFactors(AcGeScale3d(1.0, 1.0, 1.0));
+    ApplyColour(object, reference);
+    if (AppendToModelSpace(reference) != Acad::eOk) {
+        QelReportError(notAppended);
+        return nullptr;
+    }
+    return reference;
+}
+
 AcDbRegion* CreateRegion(const AcDbVoidPtrArray& curves, AcDbBlockTableRecord* blockRecord) {
     AcDbVoidPtrArray regions;
     if (AcDbRegion::createFromCurves(curves, regions) != Acad::eOk || regions.isEmpty()) {

@@ -1,9 +1,11 @@
 #include "import/class_table.h"
 
+#include "creators/elbows.h"
 #include "creators/fittings.h"
 #include "creators/object_sets.h"
 #include "creators/patches.h"
 #include "creators/primitives.h"
+#include "creators/steel.h"
 
 #include <array>
 #include <strings.h>
@@ -46,9 +48,9 @@ constexpr C kRows[] = {
     {Code::Torus,                   "Torus",                   "Torus",                  13, CreateTorus,                   Hide,  L"TorusGroup",          L"TORUS_GROUP",          L"Torus"},
     {Code::RectangularBox,          "RectangularBox",          "RectangularBox",         16, CreateRectangularBox,          Hide,  L"RectBoxGroup",        L"RECTBOX_GROUP",        L"RectangularBox"},
     // Elbows and reducers
-    {Code::Reducer,                 "Reducer",                 "Reducer",                11, Later,                         Hide,  L"ReducerGroup",        L"REDUCER_GROUP",        L"Reducer"},
-    {Code::Elbow,                   "Elbow",                   "Elbow",                  14, Later,                         Hide,  L"ElbowGroup",          L"ELBOW_GROUP",          L"Elbow"},
-    {Code::ReducingElbow,           "ReducingElbow",           "ReducingElbow",          29, Later,                         Shown, L"ReducingElbowGroup",  L"REDUCINGELBOW_GROUP",  L"ReducingElbow"},
+    {Code::Reducer,                 "Reducer",                 "Reducer",                11, CreateReducer,                 Hide,  L"ReducerGroup",        L"REDUCER_GROUP",        L"Reducer"},
+    {Code::Elbow,                   "Elbow",                   "Elbow",                  14, CreateElbow,                   Hide,  L"ElbowGroup",          L"ELBOW_GROUP",          L"Elbow"},
+    {Code::ReducingElbow,           "ReducingElbow",           "ReducingElbow",          29, CreateReducingElbow,           Shown, L"ReducingElbowGroup",  L"REDUCINGELBOW_GROUP",  L"ReducingElbow"},
     // Valves, flanges, tees; the flat-capped cylinder; caps and centre lines
     {Code::Valve,                   "Valve",                   "Valve",                  15, CreateValve,                   Hide,  L"ValveGroup",          L"VALVE_GROUP",          L"Valve"},
     {Code::PipeFlange,              "PipeFlange",              "Flange",                 17, CreateFlange,                  Hide,  L"PipeFlangeGroup",     L"PIPEFLANGE_GROUP",     L"PipeFlange"},
@@ -60,8 +62,8 @@ constexpr C kRows[] = {
     {Code::CenterLine,              "CenterLine",              nullptr,                  No, nullptr,                       Shown, nullptr,                nullptr,                 L"Center Line"},
     {Code::BottomCenterLine,        "BottomCenterLine",        nullptr,                  No, nullptr,                       Shown, nullptr,                nullptr,                 L"BottomCenterLine"},
     // Steel; an extrusion's text is its section's name, its block form groups as "SteelBlkGroup"
-    {Code::StdShape,                "StdShape",                "StdShape",                4, Later,                         Hide,  L"StdShapeGroup",       L"STD_SHAPE_GROUP",      L"StdShape"},
-    {Code::StdShapeExtrusion,       "StdShapeExtrusion",       "StdShapeExtrusion",       8, Later,                         Hide,  L"SteelGroup",          L"Steel_Group",          nullptr},
+    {Code::StdShape,                "StdShape",                "StdShape",                4, CreateStdShape,                Hide,  L"StdShapeGroup",       L"STD_SHAPE_GROUP",      L"StdShape"},
+    {Code::StdShapeExtrusion,       "StdShapeExtrusion",       "StdShapeExtrusion",       8, CreateStdShapeExtrusion,       Hide,  L"SteelGroup",          L"Steel_Group",          nullptr},
     // Patches and polyline extrusions
     {Code::PlanarPatch,             "PlanarPatch",             "PlanarPatch",             6, CreatePlanarPatch,             Hide,  L"PlanerPatch",         L"PLANER_PATCH",         L"PlanarPatch"},
     {Code::PlanarPolylineExtrusion, "PlanarPolylineExtrusion", "PlanarPolylineExtrusion", 7, CreatePlanarPolylineExtrusion, Hide,  L"PlanerPatch",         L"PLANER_PATCH",         L"PlanarPolylineExtrusion"},

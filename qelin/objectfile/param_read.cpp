@@ -65,6 +65,13 @@ bool QelReadInt(QelObject* object, const char* name, int& out) {
     return true;
 }
 
+bool QelReadShort(QelObject* object, const char* name, short& out) {
+    QelParam* param = find(object, name);
+    if (!param) return false;
+    param->GetValue(out);
+    return true;
+}
+
 bool QelReadBool(QelObject* object, const char* name, bool& out) {
     QelParam* param = find(object, name, QelBoolType);
     if (!param) return false;

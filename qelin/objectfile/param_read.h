@@ -31,6 +31,8 @@ bool QelReadString(QelObject* object, const char* name, CString& out);
 // An unsigned param; a null object counts as absent.
 bool QelReadUnsigned(QelObject* object, const char* name, unsigned& out);
 bool QelReadInt(QelObject* object, const char* name, int& out);
+// A short param, read as the library converts any number to it.
+bool QelReadShort(QelObject* object, const char* name, short& out);
 bool QelReadBool(QelObject* object, const char* name, bool& out);
 // The first three elements of a double array (fewer when it has fewer; the rest stay).
 bool QelReadDouble3(QelObject* object, const char* name, double out[3]);

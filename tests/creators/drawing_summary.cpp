@@ -6,6 +6,7 @@
 
 #include <arx/arx.h>
 #include <arx/dbmesh.h>
+#include <arx/dbpl.h>
 #include <arx/dbregion.h>
 #include <arx/dbsol3d.h>
 
@@ -14,6 +15,7 @@
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <map>
 #include <sstream>
 
 namespace creatorstest {
@@ -38,6 +40,15 @@ std::string point(const AcGePoint3d& p) {
 }
 std::string vector(const AcGeVector3d& v) {
     return point(AcGePoint3d(v.x, v.y, v.z));
+}
+
+// Model space's entities by handle, numbered from 1 in the order of the summary: a record's
+// handles name the line of the entity they point to.
+std::map<Adesk::UInt64, int> g_lineOfHandle;
+
+std::string handleRef(const AcDbHandle& handle) {
+    const auto it = g_lineOfHandle.find(Adesk::UInt64(handle));
+    return it == g_lineOfHandle.end() ? "?" : "#" + std::to_string(it->second);
 }
 
 std::string groupOf(const AcDbEntity* entity, std::string& name) {
@@ -82,6 +93,11 @@ std::string recordOf(AcDbEntity* entity, const std::string& groupName) {
     };
     for (const auto& [field, value] : fields)
         if (value != 0.0) out += std::string(" ") + field + "=" + number(value);
+    if (r.miterCount != 0) out += " miterCount=" + std::to_string(r.miterCount);
+    if (r.direction[0] != 0.0 || r.direction[1] != 0.0 || r.direction[2] != 0.0)
+        out += " direction=" + point(AcGePoint3d(r.direction[0], r.direction[1], r.direction[2]));
+    if (!r.handle0.isNull()) out += " handle0=" + handleRef(r.handle0);
+    if (!r.handle1.isNull()) out += " handle1=" + handleRef(r.handle1);
     if (narrow(r.groupName) != groupName)
         out += " rgroup=" + (r.groupName.IsEmpty() ? std::string("-") : narrow(r.groupName));
     if (narrow(r.filePath).empty()) out += " nofile";
@@ -120,16 +136,6 @@ std::string geometryOf(const AcDbEntity* entity) {
         return " area=" + number(area) + " n=" + vector(normal) + " box=" + point(box.minPoint()) +
                point(box.maxPoint());
     }
-    if (auto* mesh = AcDbPolyFaceMesh::cast(entity)) {
-        std::string out = " nv=" + std::to_string(mesh->numVertices()) +
-                          " nf=" + std::to_string(mesh->numFaces()) + " v=";
-        AcDbObjectIterator* it = mesh->vertexIterator();
-        for (; !it->done(); it->step())
-            if (auto* vertex = AcDbPolyFaceMeshVertex::cast(it->entity()))
-                out += point(vertex->position());
-        delete it;
-        return out;
-    }
     if (auto* line = AcDbLine::cast(entity))
         return " from=" + point(line->startPoint()) + " to=" + point(line->endPoint());
     if (auto* circle = AcDbCircle::cast(entity))
@@ -162,6 +168,75 @@ std::string geometryOf(const AcDbEntity* entity) {
                           " closed=" + std::to_string(spline->isClosed()) +
                           " periodic=" + std::to_string(spline->isPeriodic());
         if (spline->numControlPoints() > 0) out += " start=" + point(start) + " end=" + point(end);
+        return out;
+    }
+    if (auto* poly = AcDbPolyline::cast(entity)) {
+        std::string out;
+        for (unsigned i = 0; i < poly->numVerts(); ++i) {
+            AcGePoint3d p;
+            poly->getPointAt(i, p);
+            out += point(p);
+        }
+        return " n=" + std::to_string(poly->numVerts()) +
+               " closed=" + std::to_string(poly->isClosed()) + " v=" + out;
+    }
+    if (auto* mesh = AcDbPolyFaceMesh::cast(entity)) {
+        // Counts, the box, the first and last vertex, and faces whose vertex numbers are not
+        // three distinct vertices of the mesh.
+        std::vector<AcGePoint3d> vertices;
+        int faces = 0, badFaces = 0;
+        AcDbObjectIterator* it = mesh->vertexIterator();
+        for (; !it->done(); it->step()) {
+            if (auto* vertex = AcDbPolyFaceMeshVertex::cast(it->entity())) {
+                vertices.push_back(vertex->position());
+            } else if (auto* face = AcDbFaceRecord::cast(it->entity())) {
+                ++faces;
+                // A face is three or four distinct vertices of the mesh (a negative number
+                // only hides the edge that starts there); a fourth of 0 makes a triangle.
+                std::vector<int> corners;
+                for (Adesk::UInt16 k = 0; k < 4; ++k) {
+                    Adesk::Int16 v = 0;
+                    face->getVertexAt(k, v);
+                    if (v != 0 || k < 3) corners.push_back(std::abs(int(v)));
+                }
+                const int count = int(vertices.size());
+                bool good = true;
+                for (std::size_t i = 0; i < corners.size(); ++i) {
+                    good = good && corners[i] > 0 && corners[i] <= count;
+                    for (std::size_t j = 0; j < i; ++j)
+                        good = good && corners[i] != corners[j];
+                }
+                badFaces += good ? 0 : 1;
+            }
+        }
+        delete it;
+        AcDbExtents box;
+        mesh->getGeomExtents(box);
+        std::string out = " vertices=" + std::to_string(vertices.size()) +
+                          " faces=" + std::to_string(faces) +
+                          " badfaces=" + std::to_string(badFaces) +
+                          " box=" + point(box.minPoint()) + point(box.maxPoint());
+        if (!vertices.empty())
+            out += " first=" + point(vertices.front()) + " last=" + point(vertices.back());
+        return out;
+    }
+    if (auto* mesh = AcDbPolygonMesh::cast(entity)) {
+        // The grid's sizes and ends, the first two pairs of vertices and the last pair.
+        std::vector<AcGePoint3d> vertices;
+        AcDbObjectIterator* it = mesh->vertexIterator();
+        for (; !it->done(); it->step())
+            if (auto* vertex = AcDbPolygonMeshVertex::cast(it->entity()))
+                vertices.push_back(vertex->position());
+        delete it;
+        std::string out = " m=" + std::to_string(mesh->mSize()) +
+                          " n=" + std::to_string(mesh->nSize()) +
+                          " closed=" + std::to_string(mesh->isMClosed()) + "," +
+                          std::to_string(mesh->isNClosed()) +
+                          " vertices=" + std::to_string(vertices.size()) + " v=";
+        for (std::size_t i = 0; i < vertices.size() && i < 4; ++i)
+            out += point(vertices[i]);
+        if (vertices.size() >= 2)
+            out += " end=" + point(vertices[vertices.size() - 2]) + point(vertices.back());
         return out;
     }
     if (auto* text = AcDbText::cast(entity))
@@ -217,6 +292,16 @@ std::vector<std::string> SummariseDrawing() {
     db->getBlockTable(table, AcDb::kForRead);
     AcDbBlockTableRecord* model = nullptr;
     if (table->getAt(ACDB_MODEL_SPACE, model, AcDb::kForRead) == Acad::eOk) {
+        g_lineOfHandle.clear();
+        AcDbBlockTableRecordIterator* it = nullptr;
+        model->newIterator(it);
+        for (int line = 1; !it->done(); it->step()) {
+            AcDbEntity* entity = nullptr;
+            if (it->getEntity(entity) != Acad::eOk) continue;
+            g_lineOfHandle[Adesk::UInt64(entity->handle())] = line++;
+            entity->close();
+        }
+        delete it;
         summariseRecord(model, "", lines);
         model->close();
     }
@@ -309,13 +394,20 @@ bool LineMatches(const std::string& expected, const std::string& actual, std::st
     std::size_t i = 0, j = 0;
     while (i < e.size() && j < a.size()) {
         if (e[i].text == "*") {
-            // Skips one number, one quoted text or one run of word characters.
+            // Skips one number, one quoted text or one run of word characters (an anonymous
+            // name such as "*A1" with its star).
             if (a[j].isNumber || a[j].text[0] == '"') {
                 ++j;
             } else {
-                while (
-                    j < a.size() && !a[j].isNumber && a[j].text.size() == 1 &&
-                    (std::isalnum(static_cast<unsigned char>(a[j].text[0])) || a[j].text[0] == '_'))
+                if (a[j].text == "*") ++j;
+                auto wordPart = [](const Token& t) {
+                    if (t.isNumber) // the digits of a name such as "A12"
+                        return t.text.find_first_not_of("0123456789") == std::string::npos;
+                    return t.text.size() == 1 &&
+                           (std::isalnum(static_cast<unsigned char>(t.text[0])) ||
+                            t.text[0] == '_');
+                };
+                while (j < a.size() && wordPart(a[j]))
                     ++j;
             }
             ++i;

@@ -173,6 +173,11 @@ TEST_F(QelinEndToEnd, ImportSavesTheDrawingWithEverythingItMade) {
     EXPECT_EQ(number(L"ImportDwgUnits"), 2u);
     EXPECT_EQ(number(L"CheckBoxesState"), 1u);
     EXPECT_TRUE(fs::exists(dir / "logs" / "Drawing1.log"));
+    // The sample's elbow, reducer and steel members are all built, with no error.
+    for (const char* built : {"Elbow", "Reducer", "StdShapeExtrusion"})
+        EXPECT_FALSE(has(run.out, std::string(" ") + built + " objects are not imported"))
+            << built << ":\n" << run.out;
+    EXPECT_FALSE(has(run.out, "Total Errors Processing Objects")) << run.out;
 
     // The saved drawing, read back: solids through their SAT text, layers with their state,
     // the named systems, and the module's records on what it made.
@@ -180,6 +185,7 @@ TEST_F(QelinEndToEnd, ImportSavesTheDrawingWithEverythingItMade) {
     ASSERT_EQ(info.status, 0) << info.out;
     const nlohmann::json drawing = nlohmann::json::parse(info.out);
     EXPECT_GT(drawing["entities"]["3DSOLID"]["Piping"].get<int>(), 0) << info.out;
+    EXPECT_EQ(drawing["entities"]["3DSOLID"]["Steel"].get<int>(), 2) << info.out;
     EXPECT_EQ(drawing["layers"]["Steel"]["on"], false);
     EXPECT_EQ(drawing["layers"]["Piping"]["color"], 152);
     EXPECT_TRUE(drawing["ucs"]["table"].contains("Pump Skid")) << info.out;

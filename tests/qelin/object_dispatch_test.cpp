@@ -27,6 +27,7 @@ TEST_F(DispatchTest, ClassesAreFoundWithoutRegardToCase) {
     answer("");
     QelResetCreatorNotices();
     const QelCreatorSwap notBuilt(QelCreatorNotBuilt, "Elbow");
+    const QelCreatorSwap bendNotBuilt(QelCreatorNotBuilt, "ReducingElbow");
     dispatch("ELBOW");
     dispatch("Elbow");
     EXPECT_EQ(m_job.typeIndex, 14u);
