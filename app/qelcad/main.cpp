@@ -2,6 +2,7 @@
 #include "console.h"
 #include "drawing_summary.h"
 #include "import_answers.h"
+#include "one_shot.h"
 
 #include <arx/aced.h>
 #include <arx/brhost.h>
@@ -45,6 +46,7 @@ struct Options {
     std::string output;
     std::string into;
     bool json = false;
+    bool verbose = false; // one-shot conversions: show the scripted dialog events too
 };
 
 // A failure that ends qelcad with a one-line reason and the given status.
@@ -213,8 +215,7 @@ int importCommand(const Options& o) {
         presenter->add(answer);
     if (!o.answers.empty() && !presenter->loadFile(o.answers, error))
         throw Failure{2, o.answers + ": " + error};
-    win::setPresenter(presenter);
-    qelcad::showTranscript(std::cout, true);
+    const qelcad::OneShotSession session(presenter, o.verbose);
     qelhost::setInput(std::make_shared<qelhost::ScriptInput>(L""));
     Options host = o;
     host.drawing = o.into; // a new drawing, or the one to import into
@@ -319,6 +320,8 @@ const SubCommand kCommands[] = {
                         "Answer for the next message box: ok, cancel, yes, no, ... (repeatable)")
              ->allow_extra_args(false);
          app.add_option("--answers", o.answers, "Further answers, in the format of run");
+         app.add_flag("-v,--verbose", o.verbose,
+                      "Also show each dialog event of the scripted answers");
      },
      importCommand},
     {"info", "Describe a drawing: entities, layers, groups, UCSs, the module's data",

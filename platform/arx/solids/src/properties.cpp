@@ -97,6 +97,17 @@ bool extentsOf(const TopoDS_Shape& shape, Extents& extents) {
     return true;
 }
 
+bool enclosingExtentsOf(const TopoDS_Shape& shape, Extents& extents) {
+    if (shape.IsNull()) return false;
+    Bnd_Box box;
+    BRepBndLib::Add(shape, box, false);
+    if (box.IsVoid()) return false;
+    double x0, y0, z0, x1, y1, z1;
+    box.Get(x0, y0, z0, x1, y1, z1);
+    extents = {{x0, y0, z0}, {x1, y1, z1}};
+    return true;
+}
+
 double diagonalOf(const TopoDS_Shape& shape) {
     Extents e;
     if (!extentsOf(shape, e)) return 0.0;
