@@ -113,10 +113,11 @@ std::vector<Part> partsOf(QelObject* o) {
         return {
             {Part::kFrustum, number(o, "radius0"), number(o, "radius1"), h, shift(0, 0, -h / 2)}};
     }
-    if (cls == "Sphere") return {{Part::kSphere, number(o, "radius")}};
-    if (cls == "Torus") return {{Part::kTorus, number(o, "majorRadius"), number(o, "minorRadius")}};
+    if (cls == "Sphere") return {{Part::kSphere, number(o, "radius"), 0, 0, {}}};
+    if (cls == "Torus")
+        return {{Part::kTorus, number(o, "majorRadius"), number(o, "minorRadius"), 0, {}}};
     if (cls == "RectangularBox")
-        return {{Part::kBox, number(o, "depth"), number(o, "width"), number(o, "height")}};
+        return {{Part::kBox, number(o, "depth"), number(o, "width"), number(o, "height"), {}}};
     if (cls == "Valve") {
         const double rc = number(o, "coneRadius"), L = number(o, "valveLength"),
                      S = number(o, "stemLength"), W = number(o, "handwheelRadius"),
@@ -134,7 +135,8 @@ std::vector<Part> partsOf(QelObject* o) {
         const double r = number(o, "radius"), h = number(o, "height");
         const double fr = number(o, "flangeradius", r), fh = number(o, "flangeheight", h);
         const double hub = std::min((fr - r) / 3 + r, (h - fh) * 0.4 + r);
-        return {{Part::kFrustum, fr, fr, fh}, {Part::kFrustum, hub, r, h - fh, shift(0, 0, fh)}};
+        return {{Part::kFrustum, fr, fr, fh, {}},
+                {Part::kFrustum, hub, r, h - fh, shift(0, 0, fh)}};
     }
     if (cls == "Tee") {
         const double r = number(o, "radius"), h = number(o, "height");
@@ -159,6 +161,7 @@ int main(int argc, char** argv) {
         return 2;
     }
     try {
+        QelInit(0, 0, QelInitWords);
         // Read first: the objects' parts, with their poses.
         QelReader reader(argv[1]);
         std::vector<std::pair<Part, gp_Trsf>> parts;

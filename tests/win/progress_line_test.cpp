@@ -66,7 +66,7 @@ TEST(ProgressLine, ShowsTextBarPercentageAndTimes) {
 TEST(ProgressLine, FollowsTheModelessDialogAndWipesItselfForAnythingElse) {
     Scripted script;
     std::ostringstream screen;
-    auto presenter = std::make_shared<win::ProgressLinePresenter>(script.presenter, screen, 80);
+    auto presenter = std::make_shared<win::ProgressLinePresenter>(script.presenter, screen, 120);
     auto now = win::ProgressLinePresenter::Clock::time_point();
     presenter->setClock([&] { return now; });
     win::setPresenter(presenter);
