@@ -136,6 +136,9 @@ bool enclosingExtentsOf(const TopoDS_Shape& shape, Extents& extents) {
         if (!addWholeTorus(face, box)) BRepBndLib::Add(face, box, false);
     }
     if (box.IsVoid()) BRepBndLib::Add(shape, box, false);
+    // The bounds grow by the tolerance of each face, edge and vertex as they are added; the
+    // geometry's own bounds hold the body, and plane faces then give their exact place.
+    box.SetGap(0.0);
     if (box.IsVoid()) return false;
     double x0, y0, z0, x1, y1, z1;
     box.Get(x0, y0, z0, x1, y1, z1);
