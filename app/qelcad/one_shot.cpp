@@ -50,8 +50,8 @@ struct OneShotSession::Terminal {
 
 OneShotSession::OneShotSession(std::shared_ptr<win::Presenter> answers, bool verbose)
     : terminal_(std::make_unique<Terminal>()) {
-    showTranscript(std::cout, true, verbose);
     if (!isatty(STDERR_FILENO)) {
+        showTranscript(std::cout, true, verbose);
         win::setPresenter(std::move(answers));
         return;
     }
@@ -71,6 +71,8 @@ OneShotSession::OneShotSession(std::shared_ptr<win::Presenter> answers, bool ver
     }
     win::setPresenter(std::make_shared<win::ProgressLinePresenter>(std::move(answers), std::cerr,
                                                                    terminalWidth(), cancelKey));
+    // After the presenter: its line is wiped before anything is shown.
+    showTranscript(std::cout, true, verbose);
 }
 
 OneShotSession::~OneShotSession() {
