@@ -26,27 +26,31 @@ std::string utf8(const std::wstring& text) {
 
 } // namespace
 
-void showTranscript(std::ostream& out, bool unattended) {
-    win::Transcript::instance().addListener([&out, unattended](const win::Event& event) {
-        switch (event.kind) {
-        case win::EventKind::Print:
-            if (!echoing) out << utf8(event.text) << std::flush;
-            break;
-        case win::EventKind::Alert:
-            out << "\n** " << utf8(event.text) << " **\n" << std::flush;
-            break;
-        case win::EventKind::Progress:
-            if (!event.text.empty()) out << utf8(event.text) << "\n" << std::flush;
-            break;
-        case win::EventKind::MessageBox:
-        case win::EventKind::Dialog:
-            // At the terminal the presenter shows these itself.
-            if (unattended) out << "[" << win::describe(event) << "]\n" << std::flush;
-            break;
-        default:
-            break;
-        }
-    });
+void showTranscript(std::ostream& out, bool unattended, bool dialogEvents) {
+    win::Transcript::instance().addListener(
+        [&out, unattended, dialogEvents](const win::Event& event) {
+            switch (event.kind) {
+            case win::EventKind::Print:
+                if (!echoing) out << utf8(event.text) << std::flush;
+                break;
+            case win::EventKind::Alert:
+                out << "\n** " << utf8(event.text) << " **\n" << std::flush;
+                break;
+            case win::EventKind::Progress:
+                if (!event.text.empty()) out << utf8(event.text) << "\n" << std::flush;
+                break;
+            case win::EventKind::MessageBox:
+                // At the terminal the presenter shows these itself.
+                if (unattended) out << "[" << win::describe(event) << "]\n" << std::flush;
+                break;
+            case win::EventKind::Dialog:
+                if (unattended && dialogEvents)
+                    out << "[" << win::describe(event) << "]\n" << std::flush;
+                break;
+            default:
+                break;
+            }
+        });
 }
 
 TerminalInput::TerminalInput(std::istream& in) : in_(in) {}

@@ -10,9 +10,9 @@
 namespace qelcad {
 
 // Shows printed text, alerts and progress of the transcript on out; the answers that the
-// input echoes into the transcript are not shown twice. Unattended, message boxes and dialog
-// events are shown too, as the answers gave them.
-void showTranscript(std::ostream& out, bool unattended);
+// input echoes into the transcript are not shown twice. Unattended, message boxes are shown too,
+// as the answers gave them, and (unless dialogEvents is false) each dialog event.
+void showTranscript(std::ostream& out, bool unattended, bool dialogEvents = true);
 
 class TerminalInput : public qelhost::Input {
 public:

@@ -2,6 +2,7 @@
 #include "console.h"
 #include "drawing_summary.h"
 #include "import_answers.h"
+#include "one_shot.h"
 #include "roundtrip.h"
 
 #include <arx/aced.h>
@@ -50,6 +51,7 @@ struct Options {
     // roundtrip
     bool reference = true;
     std::string keep;
+    bool verbose = false; // one-shot conversions: show the scripted dialog events too
 };
 
 // A failure that ends qelcad with a one-line reason and the given status.
@@ -218,7 +220,7 @@ void importWithDialogs(const Options& o) {
         presenter->add(answer);
     if (!o.answers.empty() && !presenter->loadFile(o.answers, error))
         throw Failure{2, o.answers + ": " + error};
-    win::setPresenter(presenter);
+    const qelcad::OneShotSession session(presenter, o.verbose);
     qelhost::setInput(std::make_shared<qelhost::ScriptInput>(L""));
     Options host = o;
     host.drawing = o.into; // a new drawing, or the one to import into
@@ -401,6 +403,8 @@ const SubCommand kCommands[] = {
                         "Answer for the next message box: ok, cancel, yes, no, ... (repeatable)")
              ->allow_extra_args(false);
          app.add_option("--answers", o.answers, "Further answers, in the format of run");
+         app.add_flag("-v,--verbose", o.verbose,
+                      "Also show each dialog event of the scripted answers");
      },
      importCommand},
     {"roundtrip",

@@ -170,6 +170,8 @@ TEST_F(QelinEndToEnd, ImportSavesTheDrawingWithEverythingItMade) {
                              "colour 95\n  Steel  colour 22  off\n"))
         << run.out;
     EXPECT_TRUE(has(run.out, "\nNamed UCSs (2): North Plant Pump Skid\n")) << run.out;
+    // Without --verbose the scripted answers stay out of sight.
+    EXPECT_FALSE(has(run.out, "[dialog ")) << run.out;
     EXPECT_EQ(number(L"ImportDwgUnits"), 2u);
     EXPECT_EQ(number(L"CheckBoxesState"), 1u);
     EXPECT_TRUE(fs::exists(dir / "logs" / "Drawing1.log"));
@@ -221,8 +223,8 @@ TEST_F(QelinEndToEnd, ImportIntoADrawingKeepsWhatItHeld) {
 }
 
 TEST_F(QelinEndToEnd, ImportChoosesTheCoordinateSystemByName) {
-    const Outcome run = qelcad("import " + plant + " -o out.dxf --cs \"Pump Skid\" --log-dir " +
-                               (dir / "logs").string());
+    const Outcome run = qelcad("import " + plant + " -o out.dxf --verbose --cs \"Pump Skid\" " +
+                               "--log-dir " + (dir / "logs").string());
     EXPECT_EQ(run.status, 0) << run.out;
     EXPECT_TRUE(has(run.out, "[dialog 1005 set: Coordinate system (1027) = Pump Skid (script)]"))
         << run.out;

@@ -5,6 +5,8 @@
 #include <arx/dbregion.h>
 #include <arx/dbsol3d.h>
 
+#include <type_traits>
+
 #include "geometry.h"
 #include "read.h"
 #include "write.h"
@@ -103,20 +105,35 @@ Acad::ErrorStatus applied(Entity* entity, const std::string& sat, const SatBody&
         message = "the entity is not open for write";
         return es;
     }
+    if constexpr (std::is_same_v<Entity, AcDb3dSolid>) entity->setStoredSat(sat, nullptr);
     message.clear();
     return Acad::eOk;
+}
+
+// The body of text already read once without fault; false when the host cannot build it.
+bool builtOnUse(const std::string& sat, arxsolids::Solid& solid) {
+    try {
+        return solidOf(readBody(parseSat(sat)), solid) == Status::eOk;
+    } catch (const SatError&) {
+        return false;
+    } catch (const Unrepresentable&) {
+        return false;
+    }
 }
 
 } // namespace
 
 Acad::ErrorStatus satFromEntity(const AcDbEntity* entity, std::string& sat, std::string& message) {
     if (const AcDb3dSolid* solid = AcDb3dSolid::cast(entity)) {
+        if (!solid->storedSat().empty()) return sat = solid->storedSat(), Acad::eOk;
         if (!solid->rawSat().empty()) return sat = solid->rawSat(), Acad::eOk;
         if (solid->isNull()) {
             message = "the solid is empty: there is no body to write";
             return Acad::eNotApplicable;
         }
-        return written(solid->body().brep(), false, sat, message);
+        const Acad::ErrorStatus es = written(solid->body().brep(), false, sat, message);
+        if (es == Acad::eOk) solid->keepStoredSat(sat);
+        return es;
     }
     if (const AcDbRegion* region = AcDbRegion::cast(entity)) {
         if (!region->rawSat().empty()) return sat = region->rawSat(), Acad::eOk;
@@ -130,7 +147,8 @@ Acad::ErrorStatus satFromEntity(const AcDbEntity* entity, std::string& sat, std:
     return Acad::eWrongObjectType;
 }
 
-Acad::ErrorStatus entityFromSat(const std::string& sat, AcDbEntity* entity, std::string& message) {
+Acad::ErrorStatus entityFromSat(const std::string& sat, AcDbEntity* entity, std::string& message,
+                                BuildTime when) {
     AcDb3dSolid* solid = AcDb3dSolid::cast(entity);
     AcDbRegion* region = AcDbRegion::cast(entity);
     if (solid == nullptr && region == nullptr) {
@@ -146,6 +164,14 @@ Acad::ErrorStatus entityFromSat(const std::string& sat, AcDbEntity* entity, std:
     } catch (const Unrepresentable& e) {
         return solid ? keptRaw(solid, sat, e.what(), message)
                      : keptRaw(region, sat, e.what(), message);
+    }
+    if (solid && when == BuildTime::kOnFirstUse) {
+        message.clear();
+        if (Acad::ErrorStatus es = solid->setStoredSat(sat, builtOnUse); es != Acad::eOk) {
+            message = "the entity is not open for write";
+            return es;
+        }
+        return Acad::eOk;
     }
     if (solid) return applied<AcDb3dSolid, arxsolids::Solid>(solid, sat, read, solidOf, message);
     return applied<AcDbRegion, arxsolids::Region>(region, sat, read, regionOf, message);

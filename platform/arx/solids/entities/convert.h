@@ -37,10 +37,11 @@ Acad::ErrorStatus toCurve(const AcDbCurve* entity, arxsolids::Curve& curve);
 AcDbEntity* toEntity(const arxsolids::Curve& curve);
 
 // The same calls on the three kinds of body.
+// The entity's extents, for zooming and picking: the body's enclosing box, not the exact one.
 template <class Body>
 Acad::ErrorStatus extentsOf(const Body& body, AcDbExtents& extents) {
     arxsolids::Extents e;
-    const arxsolids::Status status = body.getGeomExtents(e);
+    const arxsolids::Status status = body.getBoundingBox(e);
     if (status == arxsolids::Status::eOk) extents = toExtents(e);
     return toAcad(status);
 }

@@ -47,7 +47,7 @@ TopoDS_Shape runBoolean(BoolOperType operation, const TopoDS_Shape& a, const Top
 // A square face of the plane large enough to cut through the whole shape.
 TopoDS_Face cuttingFace(const TopoDS_Shape& shape, const gp_Pln& plane) {
     Extents e;
-    extentsOf(shape, e);
+    enclosingExtentsOf(shape, e);
     const gp_Pnt centre((toPnt(e.min).XYZ() + toPnt(e.max).XYZ()) * 0.5);
     const double half = toPnt(e.min).Distance(toPnt(e.max)) + 1.0;
     // The square is centred where the shape's centre projects onto the plane.

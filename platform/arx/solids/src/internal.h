@@ -21,25 +21,41 @@
 
 namespace arxsolids {
 
+// Boxes of a body, each worked out on first use and dropped whenever the shape may change.
+struct BoxCache {
+    std::optional<Extents> exact;     // the tightest box (a search over curved faces)
+    std::optional<Extents> enclosing; // from the bounds of each face's own geometry
+};
+
 struct Solid::Impl {
     TopoDS_Shape shape; // a solid, a compound of solids, or null when empty
     bool history = false;
+    mutable BoxCache boxes;
 };
 
 struct Region::Impl {
     TopoDS_Shape shape; // a compound of coplanar faces, or null when empty
+    mutable BoxCache boxes;
 };
 
 struct Surface::Impl {
     TopoDS_Shape shape; // one face, or null
+    mutable BoxCache boxes;
 };
 
-// Reaches the shapes behind the public classes.
+// Reaches the shapes behind the public classes. Whoever reaches a shape for change drops its
+// cached boxes.
 struct Access {
     template <class T>
     static TopoDS_Shape& shape(T& object) {
         if (!object.impl_) object.impl_ = std::make_unique<typename T::Impl>();
+        object.impl_->boxes = {};
         return object.impl_->shape;
+    }
+    // The cached boxes of a body, or null for one that was never given a shape.
+    template <class T>
+    static BoxCache* boxes(const T& object) {
+        return object.impl_ ? &object.impl_->boxes : nullptr;
     }
     template <class T>
     static const TopoDS_Shape& shape(const T& object) {
@@ -132,7 +148,10 @@ void volumeProperties(const TopoDS_Shape& shape, GProp_GProps& props);
 double volumeOf(const TopoDS_Shape& shape);
 double areaOf(const TopoDS_Shape& shape);
 // Tight box; false for an empty shape.
+// The tightest box: a search over curved faces, costly on tori and free-form faces.
 bool extentsOf(const TopoDS_Shape& shape, Extents& extents);
+// A box that holds the shape, from the bounds of each face's and edge's own geometry; no search.
+bool enclosingExtentsOf(const TopoDS_Shape& shape, Extents& extents);
 double diagonalOf(const TopoDS_Shape& shape);
 // Diagonal of a quick box that may be somewhat larger than the tight one: for tolerances.
 double roughSizeOf(const TopoDS_Shape& shape);
@@ -141,7 +160,8 @@ Brep walkBrep(const TopoDS_Shape& shape);
 
 // ---- Guarded operations shared by solids, regions and surfaces (shapes.cpp) ----
 Status transformShape(TopoDS_Shape& shape, const Matrix& matrix);
-Status shapeExtents(const TopoDS_Shape& shape, Extents& extents);
+// The exact or the enclosing box of a shape, kept in cache (when given) for the next call.
+Status shapeExtents(const TopoDS_Shape& shape, BoxCache* cache, bool exact, Extents& extents);
 Status shapeArea(const TopoDS_Shape& shape, double& area);
 Brep shapeBrep(const TopoDS_Shape& shape);
 TopologyCounts shapeTopology(const TopoDS_Shape& shape);

@@ -17,7 +17,9 @@
 #include <TopoDS_Edge.hxx>
 #include <TopoDS_Iterator.hxx>
 
+#include <algorithm>
 #include <cmath>
+#include <gp_Torus.hxx>
 
 namespace arxsolids {
 
@@ -90,6 +92,53 @@ bool extentsOf(const TopoDS_Shape& shape, Extents& extents) {
     if (shape.IsNull()) return false;
     Bnd_Box box;
     BRepBndLib::AddOptimal(shape, box, false, false);
+    if (box.IsVoid()) return false;
+    double x0, y0, z0, x1, y1, z1;
+    box.Get(x0, y0, z0, x1, y1, z1);
+    extents = {{x0, y0, z0}, {x1, y1, z1}};
+    return true;
+}
+
+namespace {
+
+// The exact box of a whole torus face, in closed form: about its centre, along each world axis,
+// the major circle's half width there plus the minor radius. False for a part of a torus.
+bool addWholeTorus(const TopoDS_Face& face, Bnd_Box& box) {
+    const BRepAdaptor_Surface surface(face, true);
+    if (surface.GetType() != GeomAbs_Torus) return false;
+    double u0, u1, v0, v1;
+    BRepTools::UVBounds(face, u0, u1, v0, v1);
+    constexpr double kWhole = 2 * M_PI - 1e-9;
+    if (u1 - u0 < kWhole || v1 - v0 < kWhole) return false;
+    const gp_Torus torus = surface.Torus();
+    const gp_XYZ c = torus.Location().XYZ();
+    const gp_XYZ n = torus.Axis().Direction().XYZ();
+    const double R = torus.MajorRadius(), r = torus.MinorRadius();
+    gp_XYZ half;
+    for (int i = 1; i <= 3; ++i)
+        half.SetCoord(i, R * std::sqrt(std::max(0.0, 1.0 - n.Coord(i) * n.Coord(i))) + r);
+    const double tol = BRep_Tool::Tolerance(face);
+    box.Add(gp_Pnt(c - half));
+    box.Add(gp_Pnt(c + half));
+    box.Enlarge(tol);
+    return true;
+}
+
+} // namespace
+
+bool enclosingExtentsOf(const TopoDS_Shape& shape, Extents& extents) {
+    if (shape.IsNull()) return false;
+    // Each face from the bounds of its own geometry; a whole torus, which those bounds take
+    // loosely, in closed form.
+    Bnd_Box box;
+    for (TopExp_Explorer it(shape, TopAbs_FACE); it.More(); it.Next()) {
+        const TopoDS_Face& face = TopoDS::Face(it.Current());
+        if (!addWholeTorus(face, box)) BRepBndLib::Add(face, box, false);
+    }
+    if (box.IsVoid()) BRepBndLib::Add(shape, box, false);
+    // The bounds grow by the tolerance of each face, edge and vertex as they are added; the
+    // geometry's own bounds hold the body, and plane faces then give their exact place.
+    box.SetGap(0.0);
     if (box.IsVoid()) return false;
     double x0, y0, z0, x1, y1, z1;
     box.Get(x0, y0, z0, x1, y1, z1);

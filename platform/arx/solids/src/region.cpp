@@ -62,7 +62,10 @@ Status Region::getNormal(Vec3& normal) const {
 }
 
 Status Region::getGeomExtents(Extents& extents) const {
-    return shapeExtents(Access::shape(*this), extents);
+    return shapeExtents(Access::shape(*this), Access::boxes(*this), true, extents);
+}
+Status Region::getBoundingBox(Extents& extents) const {
+    return shapeExtents(Access::shape(*this), Access::boxes(*this), false, extents);
 }
 
 Status Region::explode(std::vector<Curve>& curves) const {

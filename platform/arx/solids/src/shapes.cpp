@@ -12,9 +12,21 @@ Status transformShape(TopoDS_Shape& shape, const Matrix& matrix) {
     });
 }
 
-Status shapeExtents(const TopoDS_Shape& shape, Extents& extents) {
-    return guarded(
-        [&] { return extentsOf(shape, extents) ? Status::eOk : Status::eNotApplicable; });
+Status shapeExtents(const TopoDS_Shape& shape, BoxCache* cache, bool exact, Extents& extents) {
+    return guarded([&] {
+        std::optional<Extents>* kept = nullptr;
+        if (cache) kept = exact ? &cache->exact : &cache->enclosing;
+        if (kept && *kept) {
+            extents = **kept;
+            return Status::eOk;
+        }
+        Extents e;
+        if (!(exact ? extentsOf(shape, e) : enclosingExtentsOf(shape, e)))
+            return Status::eNotApplicable;
+        if (kept) *kept = e;
+        extents = e;
+        return Status::eOk;
+    });
 }
 
 Status shapeArea(const TopoDS_Shape& shape, double& area) {

@@ -118,7 +118,10 @@ Status Solid::transformBy(const Matrix& matrix) {
 }
 
 Status Solid::getGeomExtents(Extents& extents) const {
-    return shapeExtents(Access::shape(*this), extents);
+    return shapeExtents(Access::shape(*this), Access::boxes(*this), true, extents);
+}
+Status Solid::getBoundingBox(Extents& extents) const {
+    return shapeExtents(Access::shape(*this), Access::boxes(*this), false, extents);
 }
 
 Status Solid::getArea(double& area) const {

@@ -42,7 +42,10 @@ Status Surface::getArea(double& area) const {
 }
 
 Status Surface::getGeomExtents(Extents& extents) const {
-    return shapeExtents(Access::shape(*this), extents);
+    return shapeExtents(Access::shape(*this), Access::boxes(*this), true, extents);
+}
+Status Surface::getBoundingBox(Extents& extents) const {
+    return shapeExtents(Access::shape(*this), Access::boxes(*this), false, extents);
 }
 
 Status Surface::explode(std::vector<Curve>& curves) const {

@@ -1,5 +1,7 @@
 #include "acis_text.h"
 
+#include <algorithm>
+
 namespace dxf {
 
 namespace {
@@ -8,40 +10,46 @@ constexpr size_t kMaxLine = 255;
 
 // Letters A to ^ trade places end for end; blanks stay; '@' and '_' swap; every other
 // character has its bits 0x5F flipped. 'A' would become a control character, so it is written
-// as '^' followed by a blank.
-void decodeLine(const std::string& line, std::string& out) {
+// as '^' followed by a blank. Both ways go through one table of 256 entries.
+struct Codes {
+    char encoded[256];
+    char decoded[256];
+    constexpr Codes() : encoded(), decoded() {
+        for (int c = 0; c < 256; ++c) {
+            encoded[c] = char(code(c, '_', '@'));
+            decoded[c] = char(code(c, 0x40, 0x5F));
+        }
+    }
+    // The rule one way: `under` and `at` are the characters that become '@' and '_'.
+    static constexpr int code(int c, int under, int at) {
+        if (c == ' ') return ' ';
+        if (c == under) return under == '_' ? 0x40 : '_';
+        if (c == at) return at == '@' ? 0x5F : '@';
+        if (c >= 0x41 && c <= 0x5E) return 0x9F - c;
+        return c ^ 0x5F;
+    }
+};
+constexpr Codes kCodes;
+
+void decodeLine(std::string_view line, std::string& out) {
+    const size_t at = out.size();
+    out.resize(at + line.size());
+    char* to = out.data() + at;
     for (size_t i = 0; i < line.size(); ++i) {
         const auto c = static_cast<unsigned char>(line[i]);
-        if (c == ' ')
-            out += ' ';
-        else if (c == 0x40)
-            out += '_';
-        else if (c == 0x5F)
-            out += '@';
-        else if (c >= 0x41 && c <= 0x5E) {
-            out += char(0x9F - c);
-            if (c == 0x5E && i + 1 < line.size() && line[i + 1] == ' ') ++i;
-        } else
-            out += char(c ^ 0x5F);
+        *to++ = kCodes.decoded[c];
+        // '^' stands for 'A', and the blank after it is part of it.
+        if (c == 0x5E && i + 1 < line.size() && line[i + 1] == ' ') ++i;
     }
+    out.resize(size_t(to - out.data()));
 }
 
 std::string encodeLine(std::string_view line) {
-    std::string out;
-    out.reserve(line.size() + 8);
+    std::string out(line.size() + size_t(std::count(line.begin(), line.end(), 'A')), ' ');
+    char* to = out.data();
     for (const char ch : line) {
-        const auto c = static_cast<unsigned char>(ch);
-        if (c == ' ')
-            out += ' ';
-        else if (c == '_')
-            out += char(0x40);
-        else if (c == '@')
-            out += char(0x5F);
-        else if (c >= 0x41 && c <= 0x5E) {
-            out += char(0x9F - c);
-            if (c == 'A') out += ' ';
-        } else
-            out += char(c ^ 0x5F);
+        *to++ = kCodes.encoded[static_cast<unsigned char>(ch)];
+        if (ch == 'A') ++to; // the blank after its '^' is already there
     }
     return out;
 }

@@ -683,7 +683,7 @@ private:
         if (!e) return nullptr;
         fields(*e, kind, r, c, c.body, c.xdata, {1, 3, 66, 67});
         std::string message;
-        if (acis::entityFromSat(sat, e.get(), message) != Acad::eOk)
+        if (acis::entityFromSat(sat, e.get(), message, acis::BuildTime::kOnFirstUse) != Acad::eOk)
             fail(r.line, r.type + ": its solid model is refused: " + message);
         return e.release();
     }

@@ -18,7 +18,7 @@ public:
     AcDb3dSolid() = default;
     AcRxObject* clone() const override { return new AcDb3dSolid(*this); }
 
-    bool isNull() const { return body_.isNull(); }
+    bool isNull() const { return body().isNull(); }
 
     // Frustum about Z centred on the origin: base radii (xRadius, yRadius) at z = -height/2,
     // top x radius topXRadius at +height/2 (0 for a cone); elliptic when the radii differ.
@@ -72,20 +72,39 @@ public:
     virtual Acad::ErrorStatus setRecordHistory(bool record);
     virtual bool recordHistory() const { return body_.recordHistory(); }
 
-    // Host side: the geometry of the solid.
-    const arxsolids::Solid& body() const { return body_; }
+    // Host side: the geometry of the solid. A body read from SAT text is built on first use.
+    const arxsolids::Solid& body() const;
     Acad::ErrorStatus setBody(arxsolids::Solid body);
 
     // A body the host cannot represent, kept as the SAT text it was read from: the solid shows
     // as a proxy (its body is empty) and is written back unchanged. Empty otherwise; a builder,
     // a boolean or setBody that succeeds clears it.
-    const std::string& rawSat() const { return rawSat_; }
+    const std::string& rawSat() const;
     // Empties the body and keeps the text; needs the solid open for write.
     Acad::ErrorStatus setRawSat(std::string sat);
 
+    // Turns SAT text into a body; false when the host cannot represent it.
+    using SatBuild = bool (*)(const std::string& sat, arxsolids::Solid& body);
+    // The body is the one `sat` describes: built by `build` on first use (a null build: the
+    // body already set is that one). The text stays the solid's stored form until something
+    // changes the solid, so an untouched solid is written back as it was read, byte for byte.
+    // Needs the solid open for write.
+    Acad::ErrorStatus setStoredSat(std::string sat, SatBuild build);
+    // The SAT text the solid was read from or last written as, while nothing has changed it;
+    // empty otherwise.
+    const std::string& storedSat() const { return storedSat_; }
+    // Remembers the text the unchanged body was just written as: saving it again gives the same.
+    void keepStoredSat(std::string sat) const { storedSat_ = std::move(sat); }
+    // Whether the body has been built from its text (always, for a solid not read from text).
+    bool isBuilt() const { return pendingBuild_ == nullptr; }
+
 private:
     Acad::ErrorStatus rebuilt(Acad::ErrorStatus es);
+    // The body for a change: built first, and no longer the text it was read from.
+    arxsolids::Solid& edited();
 
-    arxsolids::Solid body_;
-    std::string rawSat_;
+    mutable arxsolids::Solid body_;
+    mutable std::string rawSat_;
+    mutable std::string storedSat_;
+    mutable SatBuild pendingBuild_ = nullptr;
 };

@@ -75,7 +75,15 @@ public:
 
     Status getMassProp(MassProps& props) const;
     Status getArea(double& area) const;
+    // The tightest box (on toroidal and free-form faces it may stand out by the point
+    // resolution, 1e-7): a search over the curved faces, done once and kept until the body
+    // changes. For the exact size of the body.
     Status getGeomExtents(Extents& extents) const;
+    // A box that holds the body, from the bounds of each face's own geometry (no search), also
+    // kept until the body changes: as tight as the exact one for a body whose curved faces lie
+    // along the axes, larger by up to a fraction of the size of a tilted torus or free-form
+    // face. For zooming and picking.
+    Status getBoundingBox(Extents& extents) const;
 
     // Faces in order: planar faces as regions (normal outward), curved faces as surfaces.
     Status explode(std::vector<Piece>& pieces) const;

@@ -1,0 +1,30 @@
+// What a one-shot conversion (import, export) shows at the terminal. Standard output gets what
+// the commands print, alerts, message boxes and the summary; the dialog events of the scripted
+// answers only with --verbose (the --transcript file has them all). While a progress dialog is
+// up and standard error is a terminal, its line is drawn there, and Escape or Ctrl-C presses its
+// Cancel.
+#pragma once
+
+#include <win/presenter.h>
+
+#include <memory>
+
+namespace qelcad {
+
+class OneShotSession {
+public:
+    // Installs the presenter that answers from `answers` (with the progress line, at a
+    // terminal) and what standard output shows.
+    OneShotSession(std::shared_ptr<win::Presenter> answers, bool verbose);
+    // Puts the terminal and Ctrl-C back as they were.
+    ~OneShotSession();
+
+    OneShotSession(const OneShotSession&) = delete;
+    OneShotSession& operator=(const OneShotSession&) = delete;
+
+private:
+    struct Terminal;
+    std::unique_ptr<Terminal> terminal_;
+};
+
+} // namespace qelcad
