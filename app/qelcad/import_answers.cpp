@@ -23,22 +23,30 @@ std::optional<int> boxButton(const std::string& word) {
     return std::nullopt;
 }
 
-// One dialog's answers, control by control as a user would go through it.
-class DialogAnswers {
-public:
-    explicit DialogAnswers(std::optional<UINT> id) { answer_.id = id; }
-    DialogAnswers& set(const wchar_t* control, const std::string& value) {
-        answer_.steps.push_back({false, control, win::fromUtf8(value)});
-        return *this;
-    }
-    DialogAnswers& tick(const wchar_t* control, bool on) { return set(control, on ? "on" : "off"); }
-    win::DialogAnswer done() const { return answer_; }
-
-private:
-    win::DialogAnswer answer_;
-};
-
 } // namespace
+
+DialogAnswers& DialogAnswers::set(const wchar_t* control, const std::string& value) {
+    answer_.steps.push_back({false, control, win::fromUtf8(value)});
+    return *this;
+}
+
+std::string unitsAnswer(const std::string& units, bool scaled) {
+    const std::string name = units.empty() && scaled ? "User defined" : units;
+    return allDigits(name) ? "#" + name : name;
+}
+
+bool addBoxAnswers(const std::vector<std::string>& boxes, std::vector<win::Answer>& answers,
+                   std::string& error) {
+    for (const std::string& box : boxes) {
+        const std::optional<int> button = boxButton(box);
+        if (!button) {
+            error = "--box takes ok, cancel, yes, no, abort, retry, ignore or default: " + box;
+            return false;
+        }
+        answers.emplace_back(win::BoxAnswer{*button});
+    }
+    return true;
+}
 
 std::vector<win::Answer> importAnswers(const ImportChoices& c, std::string& error) {
     if (c.blocks && c.solids) {
@@ -60,9 +68,8 @@ std::vector<win::Answer> importAnswers(const ImportChoices& c, std::string& erro
         options.tick(L"default-path", c.logDir.empty());
         if (!c.logDir.empty()) options.set(L"log-folder", c.logDir);
     }
-    std::string units = c.units;
-    if (units.empty() && c.scale) units = "User defined";
-    if (!units.empty()) options.set(L"units", allDigits(units) ? "#" + units : units);
+    const std::string units = unitsAnswer(c.units, c.scale.has_value());
+    if (!units.empty()) options.set(L"units", units);
     if (c.scale) options.set(L"scale", *c.scale);
     std::vector<win::Answer> answers;
     answers.emplace_back(options.done());
@@ -70,14 +77,7 @@ std::vector<win::Answer> importAnswers(const ImportChoices& c, std::string& erro
     if (!c.coordinateSystem.empty())
         answers.emplace_back(
             DialogAnswers(kCoordinateSystemDialog).set(L"system", c.coordinateSystem).done());
-    for (const std::string& box : c.boxes) {
-        const std::optional<int> button = boxButton(box);
-        if (!button) {
-            error = "--box takes ok, cancel, yes, no, abort, retry, ignore or default: " + box;
-            return {};
-        }
-        answers.emplace_back(win::BoxAnswer{*button});
-    }
+    if (!addBoxAnswers(c.boxes, answers, error)) return {};
     return answers;
 }
 
@@ -92,6 +92,45 @@ std::string importCancellation(std::size_t mark) {
         // The progress dialog's one button is Cancel.
         if (e.what == L"pressed" && e.id == static_cast<int>(kImportProgressDialog))
             return "the import was cancelled from its progress dialog";
+    }
+    return {};
+}
+
+std::vector<win::Answer> exportAnswers(const ExportChoices& c, std::string& error) {
+    if (c.reference && c.noReference) {
+        error = "--reference and --no-reference exclude each other";
+        return {};
+    }
+    static const char* const scopes[] = {"all", "visible", "selected"};
+    const bool knownScope = c.scope.empty() || std::find(std::begin(scopes), std::end(scopes),
+                                                         c.scope) != std::end(scopes);
+    if (!knownScope) {
+        error = "--scope takes all, visible or selected: " + c.scope;
+        return {};
+    }
+    DialogAnswers options(kExportOptionsDialog);
+    options.set(L"file", c.output);
+    if (c.reference) options.tick(L"reference", true);
+    if (c.noReference) options.tick(L"no-reference", true);
+    if (!c.scope.empty()) options.tick(win::fromUtf8(c.scope).c_str(), true);
+    const std::string units = unitsAnswer(c.units, c.scale.has_value());
+    if (!units.empty()) options.set(L"units", units);
+    if (c.scale) options.set(L"scale", *c.scale);
+    std::vector<win::Answer> answers;
+    answers.emplace_back(options.done());
+    if (!addBoxAnswers(c.boxes, answers, error)) return {};
+    return answers;
+}
+
+std::string exportCancellation(std::size_t mark) {
+    for (const win::Event& e : win::Transcript::instance().events(mark)) {
+        if (e.kind != win::EventKind::Dialog) continue;
+        if (e.what == L"closed" && e.answer == IDCANCEL &&
+            e.id == static_cast<int>(kExportOptionsDialog))
+            return "the export options dialog was cancelled: nothing was exported";
+        if (e.what == L"pressed" && e.id == static_cast<int>(kImportProgressDialog))
+            return "the export was cancelled from its progress dialog: the file holds the "
+                   "objects written before";
     }
     return {};
 }

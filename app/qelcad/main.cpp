@@ -45,6 +45,8 @@ struct Options {
     std::string save;
     // import
     qelcad::ImportChoices import;
+    // export
+    qelcad::ExportChoices exportChoices;
     std::string output;
     std::string into;
     bool json = false;
@@ -206,36 +208,33 @@ void checkOutput(const std::string& output) {
         throw Failure{2, output + ": the folder " + folder.string() + " does not exist"};
 }
 
-// Runs QELIN on a new drawing (or the one of --into), its dialogs answered from the options.
-// The host stays up for the caller; a failed import stops it and throws.
-void importWithDialogs(const Options& o) {
+// Runs one command of the module with its dialogs answered, in the drawing given (or a new one):
+// a dialog's refusal, a cancel or a command that didn't run ends qelcad with status 1.
+void runAnswered(const Options& o, const std::vector<win::Answer>& answers,
+                 const std::wstring& input, const std::string& drawing, const wchar_t* command,
+                 std::string (*cancellation)(std::size_t)) {
     std::string error;
-    // The dialog keeps the whole path in the settings, as a browse would give it.
-    qelcad::ImportChoices choices = o.import;
-    choices.input = fs::absolute(choices.input).string();
-    const std::vector<win::Answer> answers = qelcad::importAnswers(choices, error);
-    if (answers.empty()) throw Failure{2, error};
     auto presenter = std::make_shared<win::ScriptedPresenter>();
     for (const win::Answer& answer : answers)
         presenter->add(answer);
     if (!o.answers.empty() && !presenter->loadFile(o.answers, error))
         throw Failure{2, o.answers + ": " + error};
     const qelcad::OneShotSession session(presenter, o.verbose);
-    qelhost::setInput(std::make_shared<qelhost::ScriptInput>(L""));
+    qelhost::setInput(std::make_shared<qelhost::ScriptInput>(input));
     Options host = o;
-    host.drawing = o.into; // a new drawing, or the one to import into
+    host.drawing = drawing;
     startHost(host);
-    win::Transcript::instance().print(L"\nCommand: QELIN\n");
+    win::Transcript::instance().print(L"\nCommand: " + std::wstring(command) + L"\n");
     const std::size_t mark = win::Transcript::instance().size();
-    const int result = qelhost::runCommand(L"QELIN");
+    const int result = qelhost::runCommand(command);
     std::string reason;
     if (presenter->failed())
         reason = win::toUtf8(presenter->failures().front());
-    else if (std::string cancelled = qelcad::importCancellation(mark); !cancelled.empty())
+    else if (std::string cancelled = cancellation(mark); !cancelled.empty())
         reason = cancelled;
     else if (result != RTNORM)
-        reason = result == RTCAN ? "the import was cancelled"
-                                 : "QELIN failed (is the module QelIn.arx in " +
+        reason = result == RTCAN ? win::toUtf8(command) + " was cancelled"
+                                 : win::toUtf8(command) + " failed (is the module QelIn.arx in " +
                                        qelhost::moduleFolder().string() + "?)";
     if (!reason.empty()) {
         stopHost();
@@ -245,6 +244,18 @@ void importWithDialogs(const Options& o) {
     if (presenter->pending() != 0)
         std::cerr << "qelcad: " << presenter->pending()
                   << " answer(s) were not asked for and went unused\n";
+}
+
+// Runs QELIN on a new drawing (or the one of --into), its dialogs answered from the options.
+// The host stays up for the caller; a failed import stops it and throws.
+void importWithDialogs(const Options& o) {
+    std::string error;
+    // The dialog keeps the whole path in the settings, as a browse would give it.
+    qelcad::ImportChoices choices = o.import;
+    choices.input = fs::absolute(choices.input).string();
+    const std::vector<win::Answer> answers = qelcad::importAnswers(choices, error);
+    if (answers.empty()) throw Failure{2, error};
+    runAnswered(o, answers, L"", o.into, L"QELIN", qelcad::importCancellation);
 }
 
 // Imports an object file through the module's own dialogs, answered from the options.
@@ -335,6 +346,26 @@ int roundtripCommand(const Options& o) {
     return whole ? 3 : 1;
 }
 
+// Exports a drawing to an object file through the module's own dialog, answered from the
+// options; the objects of the file written are counted by class.
+int exportCommand(const Options& o) {
+    std::string error;
+    qelcad::ExportChoices choices = o.exportChoices;
+    choices.output = fs::absolute(choices.output).string();
+    const std::vector<win::Answer> answers = qelcad::exportAnswers(choices, error);
+    if (answers.empty()) throw Failure{2, error};
+    std::wstring picks;
+    for (const std::string& word : choices.select)
+        picks += win::fromUtf8(word) + L"\n";
+    if (!choices.select.empty()) picks += L"\n";
+    qelcad::showTranscript(std::cout, true);
+    runAnswered(o, answers, picks, o.drawing, L"QELOUT", qelcad::exportCancellation);
+    stopHost();
+    std::cout << "\n";
+    qelcad::printObjectFileSummary(std::cout, choices.output);
+    return 0;
+}
+
 int infoCommand(const Options& o) {
     std::string message;
     std::unique_ptr<AcDbDatabase> db = dxf::openDrawing(o.drawing, message);
@@ -422,6 +453,32 @@ const SubCommand kCommands[] = {
          app.add_flag("--json", o.json, "The table as JSON");
      },
      roundtripCommand},
+    {"export", "Export a drawing to an object file through the module's dialog",
+     [](CLI::App& app, Options& o) {
+         hostOptions(app, o);
+         qelcad::ExportChoices& c = o.exportChoices;
+         app.get_option("drawing")->description("The drawing (DXF) to export")->required();
+         app.add_option("-o,--output", c.output, "The object file to write (.qel)")->required();
+         app.add_flag("--reference", c.reference,
+                      "Use the file last imported as reference (process method 1)");
+         app.add_flag("--no-reference", c.noReference,
+                      "Build every object from the drawing alone (process method 0)");
+         app.add_option("--scope", c.scope, "What to export: all, visible or selected");
+         app.add_option("--select", c.select,
+                        "Under --scope selected: an answer of the selection prompt (a handle, "
+                        "ALL or L; repeatable)")
+             ->allow_extra_args(false);
+         app.add_option("--units", c.units,
+                        "Export units: a name of the dialog's list or its index 0-9");
+         app.add_option("--scale", c.scale, "Scale factor (User defined units unless --units)");
+         app.add_option("--box", c.boxes,
+                        "Answer for the next message box: ok, cancel, yes, no, ... (repeatable)")
+             ->allow_extra_args(false);
+         app.add_option("--answers", o.answers, "Further answers, in the format of run");
+         app.add_flag("-v,--verbose", o.verbose,
+                      "Also show each dialog event of the scripted answers");
+     },
+     exportCommand},
     {"info", "Describe a drawing: entities, layers, groups, UCSs, the module's data",
      [](CLI::App& app, Options& o) {
          app.add_option("drawing", o.drawing, "Drawing (DXF)")->required();

@@ -26,16 +26,13 @@ bool QelIsParallelogram(const double* p, int pointCount) {
     return parallelPair(edge(p, 0, 1), edge(p, 2, 3)) && parallelPair(edge(p, 1, 2), edge(p, 3, 0));
 }
 
-bool QelCurrentUcsPose(double translation[3], double rotation[4]) {
-    AcDbDatabase* db = acdbHostApplicationServices()->workingDatabase();
-    if (!db) return false;
-    const AcGePoint3d origin = db->ucsorg();
-    const AcGeVector3d x = db->ucsxdir(), y = db->ucsydir();
-    AcGeVector3d z = x.crossProduct(y);
+void QelPoseFromFrame(const AcGePoint3d& origin, const AcGeVector3d& xAxis,
+                      const AcGeVector3d& yAxis, double translation[3], double rotation[4]) {
+    AcGeVector3d z = xAxis.crossProduct(yAxis);
     z.normalize(AcGeContext::gTol);
     AcGeMatrix3d m;
     m.setToAlignCoordSys(AcGePoint3d::kOrigin, AcGeVector3d::kXAxis, AcGeVector3d::kYAxis,
-                         AcGeVector3d::kZAxis, origin, x, y, z);
+                         AcGeVector3d::kZAxis, origin, xAxis, yAxis, z);
     double rows[9];
     for (int r = 0; r < 3; ++r)
         for (int c = 0; c < 3; ++c)
@@ -44,5 +41,11 @@ bool QelCurrentUcsPose(double translation[3], double rotation[4]) {
     translation[0] = origin.x;
     translation[1] = origin.y;
     translation[2] = origin.z;
+}
+
+bool QelCurrentUcsPose(double translation[3], double rotation[4]) {
+    AcDbDatabase* db = acdbHostApplicationServices()->workingDatabase();
+    if (!db) return false;
+    QelPoseFromFrame(db->ucsorg(), db->ucsxdir(), db->ucsydir(), translation, rotation);
     return true;
 }

@@ -1,5 +1,6 @@
 #include "commands.h"
 
+#include "export/export_options.h"
 #include "import/import_commands.h"
 #include "records/annotation_command.h"
 #include "shell/shell_constants.h"
@@ -22,7 +23,8 @@ void notInThisBuild(const wchar_t* name) {
 }
 
 void QelOut() {
-    notInThisBuild(L"QELOUT");
+    CQelExportOptions options;
+    options.DoModal();
 }
 void QelXplode() {
     notInThisBuild(L"QELXPLODE");

@@ -7,7 +7,7 @@
 
 #include <gtest/gtest.h>
 
-#include "../support/command.h"
+#include "qelcad_fixture.h"
 
 #include <array>
 #include <cstdio>
@@ -19,71 +19,16 @@
 
 namespace fs = std::filesystem;
 
-namespace {
-
-class QelinEndToEnd : public ::testing::Test {
-protected:
-    void SetUp() override {
-        dir = fs::temp_directory_path() /
-              ("qelin-e2e-" + std::to_string(::getpid()) + "-" +
-               ::testing::UnitTest::GetInstance()->current_test_info()->name());
-        fs::remove_all(dir);
-        fs::create_directories(dir / "logs");
-        registry = (dir / "registry.json").string();
-        ::setenv("QELCAD_REGISTRY", registry.c_str(), 1);
-        plant = (dir / "plant.qel").string();
-        fs::copy_file(QEL_SAMPLE_PLANT, plant);
-    }
-    void TearDown() override {
-        ::unsetenv("QELCAD_REGISTRY");
-        fs::remove_all(dir);
-    }
-    std::string write(const std::string& name, const std::string& text) {
-        std::ofstream(dir / name) << text;
-        return (dir / name).string();
-    }
-    static std::string read(const fs::path& path) {
-        std::ifstream in(path);
-        std::stringstream text;
-        text << in.rdbuf();
-        return text.str();
-    }
-    // qelcad on build/bin, where the module lies, in the test's folder, with the given input;
-    // stdout and stderr.
-    Outcome qelcad(const std::string& arguments, const std::string& input = "") {
-        const std::string command = "cd " + dir.string() + " && " + QELCAD + " " + arguments +
-                                    " < " + write("stdin.txt", input) + " 2>&1";
-        return runCommand(command);
-    }
-    DWORD number(const wchar_t* name) {
-        DWORD value = 12345;
-        ReadNumber(QEL_SETTINGS_KEY, name, value);
-        return value;
-    }
-    std::wstring text(const wchar_t* name) {
-        CString value;
-        return ReadString(QEL_SETTINGS_KEY, name, value) ? std::wstring(value.GetString())
-                                                         : L"<unreadable>";
-    }
-    static bool has(const std::string& text, const std::string& part) {
-        return text.find(part) != std::string::npos;
-    }
-
-    fs::path dir;
-    std::string registry, plant;
-};
-
-} // namespace
+using QelinEndToEnd = QelcadEndToEnd;
 
 TEST_F(QelinEndToEnd, StartUpLoadsTheCompanionAndAnnouncesTheCommands) {
-    const Outcome run = qelcad("run --script " + write("s.scr", "QELOUT\nQELMENU\nQUIT\n"));
+    const Outcome run = qelcad("run --script " + write("s.scr", "QELMENU\nQUIT\n"));
     EXPECT_EQ(run.status, 0) << run.out;
     EXPECT_FALSE(has(run.out, "ToviQelOut.dll")) << "the companion lies beside the module";
     EXPECT_FALSE(has(run.out, "acbr17.dbx")) << "the host has the boundary walk already";
     EXPECT_TRUE(has(run.out, "Loading Velmora QEL Plugin Version 6.1 (Build 170)...\n"));
     EXPECT_TRUE(has(run.out, "  Commands added: QELIN, QELOUT, QELXPLODE, QELANN\n  If you do not "
                              "see ribbon tab QEL, run QELMENU command twice to update it.\n"));
-    EXPECT_TRUE(has(run.out, "QELOUT is not in this build of QelIn."));
     EXPECT_TRUE(has(run.out, "QELMENU is not in this build of QelIn."));
 }
 
@@ -93,7 +38,7 @@ TEST_F(QelinEndToEnd, WithoutTheCompanionStartUpReportsItsErrorAndGoesOn) {
     fs::create_directories(modules);
     fs::create_symlink(fs::path(QELCAD).parent_path() / "QelIn.arx", modules / "QelIn.arx");
     const Outcome run = qelcad("run --modules " + modules.string() + " --script " +
-                               write("s.scr", "QELOUT\nQUIT\n"));
+                               write("s.scr", "QELMENU\nQUIT\n"));
     EXPECT_EQ(run.status, 0) << run.out;
     const auto error = run.out.find("ERROR: Loading ToviQelOut.dll.\\nThis may cause errors if "
                                     "you call QelOut.\\n\\n\\nSuppress all non-critical error "
@@ -102,7 +47,7 @@ TEST_F(QelinEndToEnd, WithoutTheCompanionStartUpReportsItsErrorAndGoesOn) {
     ASSERT_NE(error, std::string::npos) << run.out;
     ASSERT_NE(banner, std::string::npos) << run.out;
     EXPECT_LT(error, banner) << "the error comes first and start-up goes on";
-    EXPECT_TRUE(has(run.out, "QELOUT is not in this build of QelIn."));
+    EXPECT_TRUE(has(run.out, "QELMENU is not in this build of QelIn."));
 }
 
 TEST_F(QelinEndToEnd, AFirstRunMakesTheKeyAndALaterRunKeepsTheChoices) {

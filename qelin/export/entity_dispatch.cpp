@@ -1,0 +1,163 @@
+#include "export/entity_dispatch.h"
+
+#include "export/object_types.h"
+#include "export/qel_out_object.h"
+#include "foundation/log_file.h"
+#include "foundation/string_ring.h"
+#include "objectfile/param_read.h"
+#include "records/member_record.h"
+#include "shell/doc_data.h"
+
+#include <arx/aced.h>
+
+#include <cstring>
+
+namespace {
+
+using H = QelExportHandling;
+
+bool fileExists(const CString& name) {
+    CFileStatus status;
+    return !name.IsEmpty() && CFile::GetStatus(name, status) != FALSE;
+}
+
+// The member record's group number, 0 without one.
+unsigned groupNumberOf(const AcDbObjectId& id) {
+    ads_name name;
+    QelMemberRecord tag;
+    if (acdbGetAdsName(name, id) != Acad::eOk || !tag.Load(name)) return 0;
+    return static_cast<unsigned>(tag.groupSerial);
+}
+
+// The object of the entity's own tag, read from the file it names.
+QelObject* readFromSource(QelOutObject& out, const AcDbObjectId& id) {
+    ads_name name;
+    QelMemberRecord tag;
+    if (acdbGetAdsName(name, id) != Acad::eOk || !tag.Load(name)) return nullptr;
+    if (!fileExists(tag.filePath) || tag.filePath == out.outputFile) return nullptr;
+    if (!out.readerInitialised) {
+        QelInit(0, 0, QelInitWords);
+        out.readerInitialised = true;
+    }
+    if (tag.filePath != out.openReferenceFile) {
+        if (out.reader.IsOpen()) out.reader.Close();
+        out.openReferenceFile = tag.filePath;
+        out.reader.Open(QelNarrowFromWide(tag.filePath));
+    }
+    QelObject* object = out.reader.ReadObject(static_cast<unsigned>(tag.objectIndex));
+    // Connection points number other objects of the old file.
+    if (object) object->DeleteParam("connPtList");
+    return object;
+}
+
+// An object already read from a source file, written as it stands.
+bool writeAsRead(QelOutObject& out, QelWriter& writer, QelObject* object, AcDbObjectId id) {
+    QelWriteCounted(writer, object);
+    object->UnRef();
+    recordWritten(out, id);
+    return true;
+}
+
+bool unknownType() {
+    acedAlert(L"Unknown object type!");
+    QelLogAppend(L"\nError getting object properties, unknown type.");
+    return false;
+}
+
+// Only what came from a source file leaves: contours and point sets aren't made anew.
+bool referenceOnly(QelOutObject& out, QelWriter& writer, int type, AcDbObjectId id, int& skipped) {
+    bool fromReference = false;
+    QelObject* object = openFileObject(out, id, type, fromReference);
+    if (!object) return true;
+    if (!fromReference) {
+        skipped = 1;
+        object->UnRef();
+        return true;
+    }
+    return writeAsRead(out, writer, object, id);
+}
+
+} // namespace
+
+void QelWriteCounted(QelWriter& writer, QelObject* object) {
+    ++QelDocData().lastObjectRef;
+    writer.WriteObject(object);
+}
+
+QelObject* openFileObject(QelOutObject& out, AcDbObjectId id, int type, bool& fromReference) {
+    const QelObjectTypeRow* row = QelTypeRow(type);
+    if (!row) return nullptr;
+    const char* className = QelObjectTypeClass(*row);
+    CString line;
+    line.Format(L"\n Exporting Object # %d %s ", QelDocData().lastObjectRef + 1,
+                QelWideFromNarrow(row->name));
+    QelLogAppend(line);
+    fromReference = false;
+    if (out.processMethod == 1) {
+        try {
+            if (QelObject* object = readFromSource(out, id)) {
+                if (!className || std::strcmp(object->GetName(), className) == 0) {
+                    fromReference = true;
+                    return object;
+                }
+                object->UnRef();
+            }
+        } catch (const QelException& e) {
+            AfxMessageBox(QelWideFromNarrow(e.GetReason()), MB_ICONEXCLAMATION);
+        } catch (...) {
+        }
+    }
+    return className ? QelObject::Create(className) : nullptr;
+}
+
+void recordWritten(QelOutObject& out, AcDbObjectId id) {
+    const int written = QelDocData().lastObjectRef;
+    if (groupNumberOf(id) == 0) out.objectList.Append(static_cast<unsigned>(written));
+    if (TaggedEntityRec* tagged = out.findTagged(id))
+        tagged->writtenRef = written;
+    else if (UntaggedEntityRec* untagged = out.findUntagged(id))
+        untagged->writtenRef = written;
+}
+
+bool dispatchEntity(QelOutObject& out, QelWriter& writer, int type, AcDbObjectId id,
+                    const AcGeMatrix3d& m) {
+    const QelObjectTypeRow* row = QelTypeRow(type);
+    if (!row) return unknownType();
+    CDocData& doc = QelDocData();
+    switch (row->handling) {
+    case H::Nothing:
+        return true;
+    case H::NestedInsert:
+        acutPrintf(L"\n skipping nested INSERTs");
+        return true;
+    case H::Contour:
+        return referenceOnly(out, writer, type, id, doc.contoursSkipped);
+    case H::PointSet:
+        if (out.processMethod != 1) {
+            doc.pointsSkipped = 1;
+            return true;
+        }
+        return referenceOnly(out, writer, type, id, doc.pointsSkipped);
+    case H::Mesh: {
+        if (out.processMethod != 1 && !row->writer) return unknownType();
+        bool fromReference = false;
+        QelObject* object = openFileObject(out, id, type, fromReference);
+        if (!object) return true;
+        if (fromReference) return writeAsRead(out, writer, object, id);
+        object->UnRef();
+        return unknownType();
+    }
+    default:
+        break;
+    }
+    // Appearance, annotations and caps join the generic path with the writers.
+    if (!row->writer) return unknownType();
+    bool fromReference = false;
+    QelObject* object = openFileObject(out, id, type, fromReference);
+    if (!object) return unknownType();
+    row->writer(m, object, writer, id);
+    QelWriteCounted(writer, object);
+    object->UnRef();
+    recordWritten(out, id);
+    return true;
+}
