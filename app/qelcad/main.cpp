@@ -351,7 +351,8 @@ int roundtripCommand(const Options& o) {
 int exportCommand(const Options& o) {
     std::string error;
     qelcad::ExportChoices choices = o.exportChoices;
-    choices.output = fs::absolute(choices.output).string();
+    // An empty name stays empty, for the dialog to refuse.
+    if (!choices.output.empty()) choices.output = fs::absolute(choices.output).string();
     const std::vector<win::Answer> answers = qelcad::exportAnswers(choices, error);
     if (answers.empty()) throw Failure{2, error};
     std::wstring picks;

@@ -63,7 +63,6 @@ public:
         } catch (const QelException& e) {
             // The empty file the dialog made stays.
             AfxMessageBox(QelWideFromNarrow(e.GetReason()), MB_ICONEXCLAMATION);
-            m_progress.DestroyWindow();
         }
         if (!m_withReference) reportErrorTotal();
         reportRefusals();

@@ -35,6 +35,7 @@ public:
         }
         return nullptr;
     }
+    QelObject* object(unsigned number) const { return objects_.at(number).get(); }
     unsigned numberOf(const std::string& cls) const {
         for (std::size_t i = 0; i < classes_.size(); ++i)
             if (classes_[i] == cls) return unsigned(i);
@@ -126,8 +127,8 @@ TEST_F(QeloutEndToEnd, LayersWithColoursAndStatesComeBackThroughImport) {
     // Layer "0" holds nothing and is left out; the overrides follow the layers in order.
     std::vector<std::string> names;
     for (unsigned number : WrittenFile::list(file.find("LayerMgr"), "layerList"))
-        names.push_back(file.classes()[number]);
-    EXPECT_EQ(names, (std::vector<std::string>{"Layer", "Layer", "Layer"}));
+        names.push_back(WrittenFile::text(file.object(number), "name"));
+    EXPECT_EQ(names, (std::vector<std::string>{"Piping", "Equipment", "Steel"}));
     const std::vector<unsigned> overrides =
         WrittenFile::list(file.find("ModelSpaceView"), "layerOverrides");
     ASSERT_EQ(overrides.size(), 3u);
@@ -206,10 +207,13 @@ TEST_F(QeloutEndToEnd, TheDialogRefusesBadNamesWithItsOwnMessages) {
     EXPECT_EQ(qelcad("export " + source + " -o a,b/out --scope visible").status, 0);
     EXPECT_TRUE(fs::exists(dir / "a,b" / "out.qel")) << "the extension is added";
 
+    EXPECT_EQ(qelcad("export " + source + " -o a,b/UP.QEL").status, 0);
+    EXPECT_TRUE(fs::exists(dir / "a,b" / "UP.QEL")) << "an upper-case extension is one";
+
     // Replacing asks first; No keeps the file and the dialog.
-    const Outcome kept = qelcad("export " + source + " -o a,b/OUT.QEL --box no");
+    const Outcome kept = qelcad("export " + source + " -o a,b/out.qel --box no");
     EXPECT_EQ(kept.status, 1) << kept.out;
-    EXPECT_TRUE(has(kept.out, "OUT.QEL already exist.\\nDo you want to replace it?")) << kept.out;
+    EXPECT_TRUE(has(kept.out, "out.qel already exist.\\nDo you want to replace it?")) << kept.out;
     EXPECT_GT(fs::file_size(dir / "a,b" / "out.qel"), 0u);
     EXPECT_EQ(qelcad("export " + source + " -o a,b/out.qel --box yes").status, 0);
 }
