@@ -1,6 +1,7 @@
 #include "export/entity_dispatch.h"
 
 #include "export/object_types.h"
+#include "export/original_file.h"
 #include "export/qel_out_object.h"
 #include "foundation/log_file.h"
 #include "foundation/string_ring.h"
@@ -16,11 +17,6 @@ namespace {
 
 using H = QelExportHandling;
 
-bool fileExists(const CString& name) {
-    CFileStatus status;
-    return !name.IsEmpty() && CFile::GetStatus(name, status) != FALSE;
-}
-
 // The member record's group number, 0 without one.
 unsigned groupNumberOf(const AcDbObjectId& id) {
     ads_name name;
@@ -34,7 +30,7 @@ QelObject* readFromSource(QelOutObject& out, const AcDbObjectId& id) {
     ads_name name;
     QelMemberRecord tag;
     if (acdbGetAdsName(name, id) != Acad::eOk || !tag.Load(name)) return nullptr;
-    if (!fileExists(tag.filePath) || tag.filePath == out.outputFile) return nullptr;
+    if (!QelFileExists(tag.filePath) || tag.filePath == out.outputFile) return nullptr;
     if (!out.readerInitialised) {
         QelInit(0, 0, QelInitWords);
         out.readerInitialised = true;

@@ -3,6 +3,7 @@
 #include "export/original_file.h"
 #include "export/qel_out_object.h"
 #include "export/run_export.h"
+#include "foundation/document_units.h"
 #include "foundation/error_report.h"
 #include "foundation/log_file.h"
 #include "foundation/string_ring.h"
@@ -46,18 +47,6 @@ constexpr const wchar_t* kDefaultFile = L"C:\\cadExport.qel";
 // What no file name can hold behind its last separator.
 constexpr const wchar_t* kInvalidNameChars = L"<>//:\\?*|,=`";
 
-CString gcvt15(double value) {
-    wchar_t text[64];
-    std::swprintf(text, 64, L"%.15g", value);
-    return text;
-}
-
-short measureInit() {
-    resbuf value{};
-    if (acedGetVar(L"MEASUREINIT", &value) != RTNORM) return 1;
-    return value.resval.rint;
-}
-
 bool endsWithSeparator(const CString& name) {
     const int length = name.GetLength();
     return length > 0 && (name[length - 1] == L'\\' || name[length - 1] == L'/');
@@ -67,16 +56,6 @@ bool endsWithSeparator(const CString& name) {
 CString filePart(const CString& name) {
     const int cut = std::max(name.ReverseFind(L'\\'), name.ReverseFind(L'/'));
     return name.Mid(cut + 1);
-}
-
-bool isDirectory(const CString& name) {
-    CFileStatus status;
-    return CFile::GetStatus(name, status) && (status.m_attribute & 16) != 0;
-}
-
-bool fileExists(const CString& name) {
-    CFileStatus status;
-    return CFile::GetStatus(name, status) != FALSE;
 }
 
 } // namespace
@@ -124,7 +103,7 @@ BOOL CQelExportOptions::OnInitDialog() {
     for (const QelUnitRow& row : QelUnitTable)
         if (*row.name) m_units.AddString(row.name);
 
-    const bool english = measureInit() == 0;
+    const bool english = QelMeasureInit() == 0;
     if (record.exportOptionsValid != 1) {
         record.exportUnitIndex = english ? kEnglishInches : 0;
         record.exportScope = 0;
@@ -136,7 +115,7 @@ BOOL CQelExportOptions::OnInitDialog() {
         const bool listed = record.exportUnitIndex >= 0 && record.exportUnitIndex <= 9;
         m_units.SetCurSel(listed ? record.exportUnitIndex : english ? kEnglishInches : 0);
         m_scale = record.exportScale;
-        SetDlgItemText(kScale, m_scale > 0.0 ? gcvt15(m_scale) : CString(L"1"));
+        SetDlgItemText(kScale, m_scale > 0.0 ? QelScaleText(m_scale) : CString(L"1"));
     }
     m_scaleEdit.EnableWindow(record.exportUnitIndex == QelUserDefinedUnit);
     record.annotationNumber = 0;
@@ -163,10 +142,10 @@ void CQelExportOptions::OnUnitsChange() {
 void CQelExportOptions::OnBrowse() {
     UpdateData(TRUE);
     m_path = m_fileName.IsEmpty() ? CString(L"C:\\*.qel") : m_fileName;
-    if (!m_fileName.IsEmpty() && !fileExists(m_fileName) && !CheckFileName(m_fileName)) {
+    if (!m_fileName.IsEmpty() && !QelFileExists(m_fileName) && !CheckFileName(m_fileName)) {
         if (endsWithSeparator(m_fileName))
             SetDlgItemText(kFile, m_fileName + L"*.qel");
-        else if (isDirectory(m_fileName))
+        else if (QelIsDirectory(m_fileName))
             SetDlgItemText(kFile, m_fileName + L"\\*.qel");
         else
             SetDlgItemText(kFile, m_fileName + L".qel");
@@ -174,7 +153,7 @@ void CQelExportOptions::OnBrowse() {
         m_path = m_fileName;
     }
     CString folder = m_path;
-    if (!isDirectory(folder))
+    if (!QelIsDirectory(folder))
         folder = m_path.Left(m_path.GetLength() - filePart(m_path).GetLength());
     CFileDialog picker(FALSE, L"qel", m_path, 0x800004, L"Qel Data Files (*.qel)|*.qel||", this);
     picker.m_ofn.lpstrInitialDir = folder;
@@ -201,7 +180,7 @@ bool CQelExportOptions::acceptFileName() {
         AfxMessageBox(L"Filename has invalid characters.");
         return false;
     }
-    if (isDirectory(m_fileName)) {
+    if (QelIsDirectory(m_fileName)) {
         AfxMessageBox(L"Please enter a valid 'qel' filename.");
         return false;
     }
@@ -228,7 +207,7 @@ bool CQelExportOptions::acceptFileName() {
                       L"file for export.");
         return false;
     }
-    if (fileExists(m_fileName)) {
+    if (QelFileExists(m_fileName)) {
         CString question;
         question.Format(L"%s already exist.\nDo you want to replace it?", m_fileName.GetString());
         if (AfxMessageBox(question, MB_YESNO | MB_ICONQUESTION) != IDYES) return false;

@@ -6,6 +6,16 @@
 #include <cwchar>
 #include <cwctype>
 
+bool QelFileExists(const CString& name) {
+    CFileStatus status;
+    return !name.IsEmpty() && CFile::GetStatus(name, status) != FALSE;
+}
+
+bool QelIsDirectory(const CString& name) {
+    CFileStatus status;
+    return !name.IsEmpty() && CFile::GetStatus(name, status) && (status.m_attribute & 16) != 0;
+}
+
 bool CheckFileName(LPCWSTR name) {
     const std::size_t length = name ? std::wcslen(name) : 0;
     if (length < 4) return false;

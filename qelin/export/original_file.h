@@ -17,3 +17,8 @@ int findOriginalFile(QelOutObject& out, CString& file);
 
 // True when the name ends in ".qel", the letters without regard to case.
 bool CheckFileName(LPCWSTR name);
+
+// True when something of that name exists on disk (a file or a folder).
+bool QelFileExists(const CString& name);
+// True when the name is a folder.
+bool QelIsDirectory(const CString& name);

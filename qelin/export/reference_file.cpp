@@ -1,4 +1,5 @@
 // The file last imported, as the structure objects of an export read it back.
+#include "export/original_file.h"
 #include "export/qel_out_object.h"
 #include "export/structure_objects.h"
 #include "foundation/string_ring.h"
@@ -41,9 +42,7 @@ void readReferenceLayers(QelOutObject& out) {
 bool QelUseReferenceFile(QelOutObject& out) {
     out.referenceFile.Empty();
     if (!ReadString(QEL_SETTINGS_KEY, L"LastOpenDir", out.referenceFile)) return false;
-    CFileStatus status;
-    return out.processMethod == 1 && !out.referenceFile.IsEmpty() &&
-           CFile::GetStatus(out.referenceFile, status);
+    return out.processMethod == 1 && QelFileExists(out.referenceFile);
 }
 
 namespace {

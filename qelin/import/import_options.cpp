@@ -1,5 +1,6 @@
 #include "import_options.h"
 
+#include "foundation/document_units.h"
 #include "foundation/error_report.h"
 #include "foundation/log_file.h"
 #include "foundation/string_ring.h"
@@ -86,18 +87,6 @@ bool fileReads(const CString& path) {
     return false;
 }
 
-CString gcvt15(double value) {
-    wchar_t text[64];
-    std::swprintf(text, 64, L"%.15g", value);
-    return text;
-}
-
-short measureInit() {
-    resbuf value{};
-    if (acedGetVar(L"MEASUREINIT", &value) != RTNORM) return 1;
-    return value.resval.rint;
-}
-
 } // namespace
 
 BEGIN_MESSAGE_MAP(COptions, CDialog)
@@ -134,7 +123,7 @@ void COptions::enableControls(std::initializer_list<int> ids, BOOL enable) {
 }
 
 void COptions::showScale(double scale) {
-    SetDlgItemText(kScale, gcvt15(scale));
+    SetDlgItemText(kScale, QelScaleText(scale));
 }
 
 // Step by step from the settings; a missing key is the first run.
@@ -192,7 +181,7 @@ BOOL COptions::OnInitDialog() {
         showScale(record.importScale);
         scaleFactor = record.importScale;
     } else {
-        const bool english = measureInit() == 0;
+        const bool english = QelMeasureInit() == 0;
         unitIndex = english ? kEnglishInches : 0;
         units->SetCurSel(unitIndex);
         if (!WriteNumber(QEL_SETTINGS_KEY, L"ImportDwgUnits", static_cast<DWORD>(unitIndex)))
