@@ -192,7 +192,7 @@ TEST_F(QeloutEndToEnd, TheDialogRefusesBadNamesWithItsOwnMessages) {
         {"a=b.qel", "Filename has invalid characters."},
         {"folder.qel", "Please enter a valid 'qel' filename."},
         {"no/such/out.qel", "ERROR: All or part of the path is invalid."},
-        {path("plant.qel"), "You cannot export to the original qel file!\\nPlease select a "
+        {path("plant.qel"), "You cannot export to the original qel file!\nPlease select a "
                             "different file for export."},
     };
     for (const Case& c : cases) {

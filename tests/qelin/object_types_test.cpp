@@ -27,9 +27,10 @@ TEST(ObjectTypeTable, EveryCodeHasARowAndEveryClassIsInTheCatalogue) {
         EXPECT_EQ(row, &objectTypeTable()[std::size_t(code)]);
         EXPECT_TRUE(names.insert(row->name).second) << "twice: " << row->name;
         const char* className = QelObjectTypeClass(*row);
-        if (className && !madeByItsWriter(*row))
+        if (className && !madeByItsWriter(*row)) {
             EXPECT_NE(QelFindClass(className), nullptr)
                 << code << " " << row->name << ": " << className;
+        }
     }
     EXPECT_EQ(QelTypeRow(-1), nullptr);
     EXPECT_EQ(QelTypeRow(QelObjectTypeCount), nullptr);
