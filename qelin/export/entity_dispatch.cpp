@@ -54,6 +54,7 @@ bool writeAsRead(QelOutObject& out, QelWriter& writer, QelObject* object, AcDbOb
     return true;
 }
 
+// Nothing was counted for the object, so nothing is taken back: the numbering stays in step.
 bool unknownType() {
     acedAlert(L"Unknown object type!");
     QelLogAppend(L"\nError getting object properties, unknown type.");

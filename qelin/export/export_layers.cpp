@@ -262,6 +262,7 @@ bool writeLayers(QelOutObject& out, QelWriter& writer) {
         layers.writeSynthesisedDefault();
     }
 
+    // A reference without a LayerMgr gets a new one: the number taken must hold an object.
     QelObject* manager = QelReadReferenceObject(out, "LayerMgr");
     if (!manager) manager = QelObject::Create("LayerMgr");
     manager->AddOrReplaceParam(QelParam::Create("layerList", layers.numbers.data(),

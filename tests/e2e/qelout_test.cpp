@@ -294,3 +294,17 @@ TEST_F(QeloutEndToEnd, ContradictingOptionsAreUsageErrors) {
     }
     EXPECT_EQ(qelcad("export -o out.qel").status, 2) << "the drawing is required";
 }
+
+// Cancel at the progress dialog ends the walk of the entities; the structure is still written.
+TEST_F(QeloutEndToEnd, ACancelAtTheProgressDialogStillGivesAValidFile) {
+    const std::string source = drawing("two", std::string(kSpline) + kSpline);
+    const Outcome run = qelcad("export " + source + " -o cut.qel --answers " +
+                               write("p.txt", "progress cancel 1\n"));
+    EXPECT_EQ(run.status, 1) << run.out;
+    EXPECT_TRUE(has(run.out, "qelcad: the export was cancelled from its progress dialog"))
+        << run.out;
+    EXPECT_EQ(count(run.out, "Unknown object type!"), 0u) << "the walk ended at the first entity";
+    const Outcome valid = runCommand(std::string(QELTOOL) + " validate " + path("cut.qel"));
+    EXPECT_EQ(valid.status, 0) << valid.out;
+    EXPECT_EQ(WrittenFile(path("cut.qel")).classes().back(), "Header");
+}
