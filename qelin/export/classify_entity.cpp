@@ -11,7 +11,6 @@
 
 namespace {
 
-constexpr int kPointsetCode = 20;
 constexpr double kThick = 1e-5;
 
 bool thick(double thickness) {
@@ -20,21 +19,29 @@ bool thick(double thickness) {
 
 // The code the entity's class gives, or -1.
 int codeOfClass(AcDbEntity* entity) {
-    if (AcDbSpline::cast(entity)) return 5;
-    if (AcDbEllipse::cast(entity)) return 2;
-    if (auto* circle = AcDbCircle::cast(entity)) return thick(circle->thickness()) ? 42 : 1;
-    if (auto* arc = AcDbArc::cast(entity)) return thick(arc->thickness()) ? 47 : 1;
-    if (auto* line = AcDbLine::cast(entity)) return thick(line->thickness()) ? 43 : 0;
-    if (auto* polyline = AcDbPolyline::cast(entity)) return thick(polyline->thickness()) ? 44 : 3;
-    if (auto* polyline = AcDb2dPolyline::cast(entity)) return thick(polyline->thickness()) ? 44 : 3;
-    if (auto* polyline = AcDb3dPolyline::cast(entity)) return polyline->polyType() != 0 ? 5 : 3;
-    if (AcDbFace::cast(entity)) return 40;
-    if (AcDbRegion::cast(entity)) return 41;
+    if (AcDbSpline::cast(entity)) return QelCode::BSplineCurve3d;
+    if (AcDbEllipse::cast(entity)) return QelCode::EllipticArc3d;
+    if (auto* circle = AcDbCircle::cast(entity))
+        return thick(circle->thickness()) ? QelCode::Pipe : QelCode::CircularArc3d;
+    if (auto* arc = AcDbArc::cast(entity))
+        return thick(arc->thickness()) ? QelCode::CircularArc3dPatch : QelCode::CircularArc3d;
+    if (auto* line = AcDbLine::cast(entity))
+        return thick(line->thickness()) ? QelCode::LinePatch : QelCode::Line3d;
+    if (auto* polyline = AcDbPolyline::cast(entity))
+        return thick(polyline->thickness()) ? QelCode::PolylinePatch : QelCode::Polyline3d;
+    if (auto* polyline = AcDb2dPolyline::cast(entity))
+        return thick(polyline->thickness()) ? QelCode::PolylinePatch : QelCode::Polyline3d;
+    if (auto* polyline = AcDb3dPolyline::cast(entity))
+        return polyline->polyType() != 0 ? QelCode::BSplineCurve3d : QelCode::Polyline3d;
+    if (AcDbFace::cast(entity)) return QelCode::Poly3DFace;
+    if (AcDbRegion::cast(entity)) return QelCode::Region;
     // A negative thickness counts as none for a trace.
-    if (auto* trace = AcDbTrace::cast(entity)) return trace->thickness() < kThick ? 48 : 49;
-    if (AcDbPolygonMesh::cast(entity)) return 36;
-    if (AcDbSolid::cast(entity)) return 45;
-    return -1;
+    if (auto* trace = AcDbTrace::cast(entity))
+        return trace->thickness() < kThick ? QelCode::AcDbTraceObj
+                                           : QelCode::AcDbTraceObjExtruPatch;
+    if (AcDbPolygonMesh::cast(entity)) return QelCode::TriMesh;
+    if (AcDbSolid::cast(entity)) return QelCode::AcDbSolidObj;
+    return QelCode::NoCode;
 }
 
 } // namespace
@@ -43,7 +50,7 @@ bool classifyEntity(QelOutObject&, int& type, AcDbObjectId id) {
     ads_name name;
     QelMemberRecord tag;
     if (acdbGetAdsName(name, id) == Acad::eOk && tag.Load(name) &&
-        tag.memberType != kPointsetCode) {
+        tag.memberType != QelCode::Pointset) {
         const QelObjectTypeRow* row = QelTypeRow(tag.memberType);
         if (row && row->tagRule == QelTagRule::TagDecides) {
             type = tag.memberType;

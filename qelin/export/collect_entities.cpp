@@ -2,6 +2,7 @@
 
 #include "export/qel_out_object.h"
 #include "export/selection.h"
+#include "objectfile/type_codes.h"
 #include "records/member_record.h"
 #include "records/xrecords.h"
 #include "shell/doc_data.h"
@@ -10,7 +11,6 @@
 
 namespace {
 
-constexpr int kPointsetCode = 20;
 constexpr const wchar_t* kPointMark = L"ToviQelPoint";
 
 // The one point that stands for its point set carries the mark in its extended data.
@@ -26,7 +26,7 @@ bool hasPointMark(AcDbObject* object) {
 
 // A point of a point set without the mark is one of many; only the marked one leaves.
 bool unmarkedSetPoint(const AcDbObjectId& id, int type) {
-    if (type != kPointsetCode) return false;
+    if (type != QelCode::Pointset) return false;
     AcDbPoint* point = nullptr;
     if (acdbOpenObject(point, id, AcDb::kForRead) != Acad::eOk) return false;
     const bool unmarked = !hasPointMark(point);

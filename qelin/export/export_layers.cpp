@@ -6,6 +6,7 @@
 #include "foundation/state_guards.h"
 #include "foundation/string_ring.h"
 #include "import/layer_import.h"
+#include "objectfile/type_codes.h"
 #include "shell/doc_data.h"
 
 #include <arx/aced.h>
@@ -20,7 +21,8 @@ constexpr const wchar_t* kDefaultName = L"Default";
 
 // Codes whose entities give no object of their own: centre lines and the semi-elliptic cap.
 bool listedElsewhere(int type) {
-    return type == 28 || type == 27 || type == 38 || type == -1;
+    return type == QelCode::CenterLine || type == QelCode::SemiEllipticCap ||
+           type == QelCode::BottomCenterLine || type == QelCode::NoCode;
 }
 
 AcDbDatabase* workingDatabase() {

@@ -3,6 +3,8 @@
 // dispatcher writes by them.
 #pragma once
 
+#include "objectfile/type_codes.h"
+
 #include <qel/qel.h>
 
 #include <span>
@@ -44,6 +46,7 @@ using QelEntityWriter = bool (*)(const AcGeMatrix3d& m, QelObject* target, QelWr
                                  const AcDbObjectId& id);
 
 struct QelObjectTypeRow {
+    int code; // the row's own index
     const char* name;
     // The class of a new object: null when none can be made from nothing, "" for the row's name.
     const char* className;
@@ -52,7 +55,7 @@ struct QelObjectTypeRow {
     QelEntityWriter writer; // null: no writer in this build
 };
 
-inline constexpr int QelObjectTypeCount = 55;
+inline constexpr int QelObjectTypeCount = QelCode::Count;
 
 std::span<const QelObjectTypeRow> objectTypeTable();
 // The row of a code, or null outside the table.

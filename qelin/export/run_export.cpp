@@ -20,8 +20,6 @@
 
 namespace {
 
-constexpr int kBlockRef = 51;
-constexpr int kPointset = 20;
 constexpr DWORD kUnread = 0xffffffffu;
 
 struct Guards {
@@ -32,7 +30,8 @@ struct Guards {
 
 // Codes that leave through another entity of their object: centre lines, the semi-elliptic cap.
 bool partOfAnother(int type) {
-    return type == 28 || type == 27 || type == 38;
+    return type == QelCode::CenterLine || type == QelCode::SemiEllipticCap ||
+           type == QelCode::BottomCenterLine;
 }
 
 void arrowCursor() {
@@ -136,8 +135,8 @@ private:
         if (!goOn()) return false;
         int type = record.objectType;
         if (!classifyEntity(m_out, type, record.entityId)) return true;
-        if (m_withReference && type == kPointset) return true;
-        if (!m_withReference && type == kBlockRef) {
+        if (m_withReference && type == QelCode::Pointset) return true;
+        if (!m_withReference && type == QelCode::BlockRef) {
             if (const QelObjectTypeRow* row = QelTypeRow(type))
                 m_progress.SetStatus(QelWideFromNarrow(row->name));
             acutPrintf(L"\n Skipping block INSERT (please explode all blocks to be exported)");
@@ -159,7 +158,7 @@ private:
         ads_name name;
         QelMemberRecord tag;
         if (type == -1 || acdbGetAdsName(name, record.entityId) != Acad::eOk || !tag.Load(name) ||
-            partOfAnother(tag.memberType) || tag.memberType == kPointset)
+            partOfAnother(tag.memberType) || tag.memberType == QelCode::Pointset)
             return true;
         dispatch(record.objectType, tag.memberType, record.entityId, writer, m);
         return true;

@@ -1,5 +1,6 @@
 // The export's object-type table against the catalogue and the codes member records keep.
 #include "export/object_types.h"
+#include "import/class_table.h"
 #include "objectfile/catalogue.h"
 
 #include <gtest/gtest.h>
@@ -38,19 +39,21 @@ TEST(ObjectTypeTable, EveryCodeHasARowAndEveryClassIsInTheCatalogue) {
 
 // A member record keeps a code; the import and the export must mean the same row by it.
 TEST(ObjectTypeTable, AgreesWithTheCodesOfTheImport) {
-    for (const QelTypeCode& code : QelImportTypeCodes()) {
-        const QelObjectTypeRow* row = QelTypeRow(int(code.code));
-        ASSERT_NE(row, nullptr) << code.name;
-        EXPECT_STREQ(row->name, code.name) << code.code;
+    for (const QelClassRow& imported : QelClassRows()) {
+        if (imported.code == QelCode::NoCode) continue;
+        const QelObjectTypeRow* row = QelTypeRow(imported.code);
+        ASSERT_NE(row, nullptr) << imported.codeName;
+        EXPECT_STREQ(row->name, imported.codeName) << imported.code;
     }
 }
 
 TEST(ObjectTypeTable, ClassColumnNamesOwnOtherOrNone) {
-    EXPECT_STREQ(QelObjectTypeClass(*QelTypeRow(9)), "Cylinder");  // own
-    EXPECT_STREQ(QelObjectTypeClass(*QelTypeRow(29)), "Vertex3d"); // Text
-    EXPECT_STREQ(QelObjectTypeClass(*QelTypeRow(53)), "Flange");   // PipeFlange
-    EXPECT_EQ(QelObjectTypeClass(*QelTypeRow(37)), nullptr);       // ContourObj
-    EXPECT_EQ(QelObjectTypeClass(*QelTypeRow(39)), nullptr);       // Unknown3dSolid
-    for (int code : {16, 36, 37, 53, 54})
+    EXPECT_STREQ(QelObjectTypeClass(*QelTypeRow(QelCode::Cylinder)), "Cylinder");
+    EXPECT_STREQ(QelObjectTypeClass(*QelTypeRow(QelCode::Text)), "Vertex3d");
+    EXPECT_STREQ(QelObjectTypeClass(*QelTypeRow(QelCode::PipeFlange)), "Flange");
+    EXPECT_EQ(QelObjectTypeClass(*QelTypeRow(QelCode::ContourObj)), nullptr);
+    EXPECT_EQ(QelObjectTypeClass(*QelTypeRow(QelCode::Unknown3dSolid)), nullptr);
+    for (int code : {QelCode::Valve, QelCode::TriMesh, QelCode::ContourObj, QelCode::PipeFlange,
+                     QelCode::PipeTee})
         EXPECT_EQ(QelTypeRow(code)->tagRule, QelTagRule::Grouped) << code;
 }
