@@ -261,7 +261,6 @@ void importWithDialogs(const Options& o) {
 // Imports an object file through the module's own dialogs, answered from the options.
 int importCommand(const Options& o) {
     checkOutput(o.output);
-    qelcad::showTranscript(std::cout, true);
     importWithDialogs(o);
     std::cout << "\n";
     qelcad::printDrawingSummary(std::cout);
@@ -359,7 +358,6 @@ int exportCommand(const Options& o) {
     for (const std::string& word : choices.select)
         picks += win::fromUtf8(word) + L"\n";
     if (!choices.select.empty()) picks += L"\n";
-    qelcad::showTranscript(std::cout, true);
     runAnswered(o, answers, picks, o.drawing, L"QELOUT", qelcad::exportCancellation);
     stopHost();
     std::cout << "\n";
