@@ -114,6 +114,58 @@ std::string xdataOf(const AcDbEntity* entity) {
     return out;
 }
 
+// A polyface mesh: its counts, its box and the faces that are not three or four distinct vertices
+// of the mesh; a small mesh then lists every vertex and every face (its vertex numbers, a fourth
+// when it has one, and its colour index when it has one), a large one its first and last vertex.
+std::string faceMeshGeometry(const AcDbPolyFaceMesh* mesh) {
+    constexpr std::size_t kListedVertices = 16;
+    std::vector<AcGePoint3d> vertices;
+    std::string faceList;
+    int faces = 0, badFaces = 0;
+    AcDbObjectIterator* it = mesh->vertexIterator();
+    for (; !it->done(); it->step()) {
+        if (auto* vertex = AcDbPolyFaceMeshVertex::cast(it->entity())) {
+            vertices.push_back(vertex->position());
+            continue;
+        }
+        auto* face = AcDbFaceRecord::cast(it->entity());
+        if (face == nullptr) continue;
+        ++faces;
+        // A negative number only hides the edge that starts there; a fourth of 0 makes a triangle.
+        std::vector<int> corners;
+        std::string numbers;
+        for (Adesk::UInt16 k = 0; k < 4; ++k) {
+            Adesk::Int16 v = 0;
+            face->getVertexAt(k, v);
+            if (v == 0 && k == 3) break;
+            corners.push_back(std::abs(int(v)));
+            numbers += (k ? "," : "") + std::to_string(v);
+        }
+        bool good = true;
+        for (std::size_t i = 0; i < corners.size(); ++i) {
+            good = good && corners[i] > 0 && corners[i] <= int(vertices.size());
+            for (std::size_t j = 0; j < i; ++j)
+                good = good && corners[i] != corners[j];
+        }
+        badFaces += good ? 0 : 1;
+        faceList += " [" + numbers + "]";
+        if (face->colorIndex() != 256) faceList += "#" + std::to_string(face->colorIndex());
+    }
+    delete it;
+    AcDbExtents box;
+    mesh->getGeomExtents(box);
+    std::string out = " vertices=" + std::to_string(vertices.size()) +
+                      " faces=" + std::to_string(faces) + " badfaces=" + std::to_string(badFaces) +
+                      " box=" + point(box.minPoint()) + point(box.maxPoint());
+    if (vertices.size() <= kListedVertices) {
+        out += " v=";
+        for (const AcGePoint3d& p : vertices)
+            out += point(p);
+        return out + faceList;
+    }
+    return out + " first=" + point(vertices.front()) + " last=" + point(vertices.back());
+}
+
 std::string geometryOf(const AcDbEntity* entity) {
     if (auto* solid = AcDb3dSolid::cast(entity)) {
         double volume = 0.0, moments[3], products[3], principal[3], gyration[3];
@@ -180,46 +232,7 @@ std::string geometryOf(const AcDbEntity* entity) {
         return " n=" + std::to_string(poly->numVerts()) +
                " closed=" + std::to_string(poly->isClosed()) + " v=" + out;
     }
-    if (auto* mesh = AcDbPolyFaceMesh::cast(entity)) {
-        // Counts, the box, the first and last vertex, and faces whose vertex numbers are not
-        // three distinct vertices of the mesh.
-        std::vector<AcGePoint3d> vertices;
-        int faces = 0, badFaces = 0;
-        AcDbObjectIterator* it = mesh->vertexIterator();
-        for (; !it->done(); it->step()) {
-            if (auto* vertex = AcDbPolyFaceMeshVertex::cast(it->entity())) {
-                vertices.push_back(vertex->position());
-            } else if (auto* face = AcDbFaceRecord::cast(it->entity())) {
-                ++faces;
-                // A face is three or four distinct vertices of the mesh (a negative number
-                // only hides the edge that starts there); a fourth of 0 makes a triangle.
-                std::vector<int> corners;
-                for (Adesk::UInt16 k = 0; k < 4; ++k) {
-                    Adesk::Int16 v = 0;
-                    face->getVertexAt(k, v);
-                    if (v != 0 || k < 3) corners.push_back(std::abs(int(v)));
-                }
-                const int count = int(vertices.size());
-                bool good = true;
-                for (std::size_t i = 0; i < corners.size(); ++i) {
-                    good = good && corners[i] > 0 && corners[i] <= count;
-                    for (std::size_t j = 0; j < i; ++j)
-                        good = good && corners[i] != corners[j];
-                }
-                badFaces += good ? 0 : 1;
-            }
-        }
-        delete it;
-        AcDbExtents box;
-        mesh->getGeomExtents(box);
-        std::string out = " vertices=" + std::to_string(vertices.size()) +
-                          " faces=" + std::to_string(faces) +
-                          " badfaces=" + std::to_string(badFaces) +
-                          " box=" + point(box.minPoint()) + point(box.maxPoint());
-        if (!vertices.empty())
-            out += " first=" + point(vertices.front()) + " last=" + point(vertices.back());
-        return out;
-    }
+    if (auto* mesh = AcDbPolyFaceMesh::cast(entity)) return faceMeshGeometry(mesh);
     if (auto* mesh = AcDbPolygonMesh::cast(entity)) {
         // The grid's sizes and ends, the first two pairs of vertices and the last pair.
         std::vector<AcGePoint3d> vertices;
