@@ -98,6 +98,44 @@ std::string xdataOf(const AcDbEntity* entity) {
     return out;
 }
 
+// The vertex count, whether closed, and the vertices of a polyline.
+template <typename Vertex, typename Polyline, typename Position>
+std::string polylineGeometry(const Polyline* poly, Position position) {
+    std::string out;
+    int count = 0;
+    AcDbObjectIterator* it = poly->vertexIterator();
+    for (; !it->done(); it->step())
+        if (auto* vertex = Vertex::cast(it->entity())) {
+            out += point(position(*vertex));
+            ++count;
+        }
+    delete it;
+    return " n=" + std::to_string(count) + " closed=" + std::to_string(poly->isClosed()) +
+           " v=" + out;
+}
+
+// The counts, the vertices, then each face as its vertex numbers with its colour index when it
+// has one.
+std::string meshGeometry(const AcDbPolyFaceMesh* mesh) {
+    std::string vertices, faces;
+    AcDbObjectIterator* it = mesh->vertexIterator();
+    for (; !it->done(); it->step()) {
+        if (auto* vertex = AcDbPolyFaceMeshVertex::cast(it->entity())) {
+            vertices += point(vertex->position());
+        } else if (auto* face = AcDbFaceRecord::cast(it->entity())) {
+            Adesk::Int16 v[3] = {0, 0, 0};
+            for (Adesk::UInt16 k = 0; k < 3; ++k)
+                face->getVertexAt(k, v[k]);
+            faces += " [" + std::to_string(v[0]) + "," + std::to_string(v[1]) + "," +
+                     std::to_string(v[2]) + "]";
+            if (face->colorIndex() != 256) faces += "#" + std::to_string(face->colorIndex());
+        }
+    }
+    delete it;
+    return " nv=" + std::to_string(mesh->numVertices()) + " nf=" + std::to_string(mesh->numFaces()) +
+           " v=" + vertices + faces;
+}
+
 std::string geometryOf(const AcDbEntity* entity) {
     if (auto* solid = AcDb3dSolid::cast(entity)) {
         double volume = 0.0, moments[3], products[3], principal[3], gyration[3];
@@ -120,16 +158,7 @@ std::string geometryOf(const AcDbEntity* entity) {
         return " area=" + number(area) + " n=" + vector(normal) + " box=" + point(box.minPoint()) +
                point(box.maxPoint());
     }
-    if (auto* mesh = AcDbPolyFaceMesh::cast(entity)) {
-        std::string out = " nv=" + std::to_string(mesh->numVertices()) +
-                          " nf=" + std::to_string(mesh->numFaces()) + " v=";
-        AcDbObjectIterator* it = mesh->vertexIterator();
-        for (; !it->done(); it->step())
-            if (auto* vertex = AcDbPolyFaceMeshVertex::cast(it->entity()))
-                out += point(vertex->position());
-        delete it;
-        return out;
-    }
+    if (auto* mesh = AcDbPolyFaceMesh::cast(entity)) return meshGeometry(mesh);
     if (auto* line = AcDbLine::cast(entity))
         return " from=" + point(line->startPoint()) + " to=" + point(line->endPoint());
     if (auto* circle = AcDbCircle::cast(entity))
@@ -139,19 +168,13 @@ std::string geometryOf(const AcDbEntity* entity) {
         return " c=" + point(ellipse->center()) + " major=" + vector(ellipse->majorAxis()) +
                " ratio=" + number(ellipse->radiusRatio()) + " n=" + vector(ellipse->normal()) +
                " a=" + number(ellipse->startAngle()) + ".." + number(ellipse->endAngle());
-    if (auto* poly = AcDb3dPolyline::cast(entity)) {
-        std::string out;
-        int count = 0;
-        AcDbObjectIterator* it = poly->vertexIterator();
-        for (; !it->done(); it->step())
-            if (auto* vertex = AcDb3dPolylineVertex::cast(it->entity())) {
-                out += point(vertex->position());
-                ++count;
-            }
-        delete it;
-        return " n=" + std::to_string(count) + " closed=" + std::to_string(poly->isClosed()) +
-               " v=" + out;
-    }
+    if (auto* poly = AcDb3dPolyline::cast(entity))
+        return polylineGeometry<AcDb3dPolylineVertex>(
+            poly, [](const AcDb3dPolylineVertex& v) { return v.position(); });
+    if (auto* dot = AcDbPoint::cast(entity)) return " at=" + point(dot->position());
+    if (auto* poly = AcDb2dPolyline::cast(entity))
+        return polylineGeometry<AcDb2dVertex>(
+            poly, [poly](const AcDb2dVertex& v) { return poly->vertexPosition(v); });
     if (auto* spline = AcDbSpline::cast(entity)) {
         AcGePoint3d start, end;
         spline->getStartPoint(start);
