@@ -114,8 +114,8 @@ std::string polylineGeometry(const Polyline* poly, Position position) {
            " v=" + out;
 }
 
-// The counts, the vertices, then each face as its vertex numbers with its colour index when it
-// has one.
+// The counts, the vertices, then each face as its vertex numbers (a fourth when it has one) with
+// its colour index when it has one.
 std::string meshGeometry(const AcDbPolyFaceMesh* mesh) {
     std::string vertices, faces;
     AcDbObjectIterator* it = mesh->vertexIterator();
@@ -123,17 +123,19 @@ std::string meshGeometry(const AcDbPolyFaceMesh* mesh) {
         if (auto* vertex = AcDbPolyFaceMeshVertex::cast(it->entity())) {
             vertices += point(vertex->position());
         } else if (auto* face = AcDbFaceRecord::cast(it->entity())) {
-            Adesk::Int16 v[3] = {0, 0, 0};
-            for (Adesk::UInt16 k = 0; k < 3; ++k)
-                face->getVertexAt(k, v[k]);
-            faces += " [" + std::to_string(v[0]) + "," + std::to_string(v[1]) + "," +
-                     std::to_string(v[2]) + "]";
+            std::string numbers;
+            for (Adesk::UInt16 k = 0; k < 4; ++k) {
+                Adesk::Int16 v = 0;
+                face->getVertexAt(k, v);
+                if (k < 3 || v != 0) numbers += (k ? "," : "") + std::to_string(v);
+            }
+            faces += " [" + numbers + "]";
             if (face->colorIndex() != 256) faces += "#" + std::to_string(face->colorIndex());
         }
     }
     delete it;
-    return " nv=" + std::to_string(mesh->numVertices()) + " nf=" + std::to_string(mesh->numFaces()) +
-           " v=" + vertices + faces;
+    return " nv=" + std::to_string(mesh->numVertices()) +
+           " nf=" + std::to_string(mesh->numFaces()) + " v=" + vertices + faces;
 }
 
 std::string geometryOf(const AcDbEntity* entity) {
