@@ -1,9 +1,11 @@
 #include "import/class_table.h"
 
+#include "bulk/bulk_creators.h"
 #include "creators/elbows.h"
 #include "creators/fittings.h"
 #include "creators/object_sets.h"
 #include "creators/patches.h"
+#include "creators/points.h"
 #include "creators/primitives.h"
 #include "creators/steel.h"
 
@@ -68,10 +70,10 @@ constexpr C kRows[] = {
     {Code::PlanarPatch,             "PlanarPatch",             "PlanarPatch",             6, CreatePlanarPatch,             Hide,  L"PlanerPatch",         L"PLANER_PATCH",         L"PlanarPatch"},
     {Code::PlanarPolylineExtrusion, "PlanarPolylineExtrusion", "PlanarPolylineExtrusion", 7, CreatePlanarPolylineExtrusion, Hide,  L"PlanerPatch",         L"PLANER_PATCH",         L"PlanarPolylineExtrusion"},
     // Points, meshes and contours
-    {Code::Vertex3d,                "Vertex3d",                "Vertex3d",               19, Later,                         Hide,  L"PointGroup",          L"POINT_GROUP",          nullptr},
-    {Code::Pointset,                "Pointset",                "Pointset",               22, Later,                         Shown, L"Pointset",            L"POINT_GROUP",          L"ToviQelPoint"},
-    {Code::TriMesh,                 "TriMesh",                 "TriMesh",                23, Later,                         Hide,  L"TriMesh",             L"MESH_GROUP",           L"TriMesh"},
-    {Code::ContourObj,              "ContourObj",              "ContourObj",             24, Later,                         Hide,  L"ContourGroup",        L"COUTOUR_GROUP",        L"Contour"},
+    {Code::Vertex3d,                "Vertex3d",                "Vertex3d",               19, CreateVertex3d,                Hide,  L"PointGroup",          L"POINT_GROUP",          nullptr},
+    {Code::Pointset,                "Pointset",                "Pointset",               22, CreatePointset,                Shown, L"Pointset",            L"POINT_GROUP",          L"ToviQelPoint"},
+    {Code::TriMesh,                 "TriMesh",                 "TriMesh",                23, CreateTriMesh,                 Hide,  L"TriMesh",             L"MESH_GROUP",           L"TriMesh"},
+    {Code::ContourObj,              "ContourObj",              "ContourObj",             24, CreateContour,                 Hide,  L"ContourGroup",        L"COUTOUR_GROUP",        L"Contour"},
     // Groups and exclusion volumes (a volume has no group of its own)
     {Code::GeometricGroup,          "GeometricGroup",          "GeometricGroup",         20, CreateGeometricGroup,          Shown, L"GGroup",              L"GGROUP",               nullptr},
     {Code::ExclusionVolume,         "ExclusionVolume",         "ExclusionVolume",        21, CreateExclusionVolume,         Shown, nullptr,                nullptr,                 L"ExclusionVolume"},
@@ -89,6 +91,7 @@ constexpr C kRows[] = {
     {Code::NoCode,                  nullptr,                   "Annotations",            No, nullptr,                       Shown, nullptr,                nullptr,                 nullptr},
     {Code::NoCode,                  nullptr,                   "Appearance",             No, nullptr,                       Shown, nullptr,                nullptr,                 nullptr},
     {Code::NoCode,                  nullptr,                   "VelmoraParam",           No, nullptr,                       Shown, nullptr,                nullptr,                 nullptr},
+    {Code::NoCode,                  nullptr,                   "VelmoraGraphicsParam",   No, nullptr,                       Shown, nullptr,                nullptr,                 nullptr},
     {Code::NoCode,                  nullptr,                   "IntAnnotation",          No, nullptr,                       Shown, nullptr,                nullptr,                 nullptr},
     {Code::NoCode,                  nullptr,                   "DblAnnotation",          No, nullptr,                       Shown, nullptr,                nullptr,                 nullptr},
     {Code::NoCode,                  nullptr,                   "StrAnnotation",          No, nullptr,                       Shown, nullptr,                nullptr,                 nullptr},

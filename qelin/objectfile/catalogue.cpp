@@ -39,6 +39,12 @@ constexpr P kVelmoraParam[] = {
     {"stemThickness", Double, "", Req, "", "m"},
     {"handwheelThickness", Double, "", Req, "", "m"},
 };
+constexpr P kVelmoraGraphicsParam[] = {
+    {"elevationCtrl", Int, "", Opt, "0; 64 labels whole intervals only", ""},
+    {"elevationUnit", Int, "", Opt, "", ""},
+    {"elevationSize", Double, "", Opt, "", ""},
+    {"elevationColor", Bytes, "3", Opt, "255, 255, 255; or an int of red, green, blue", ""},
+};
 constexpr P kAnnotationValue[] = {{"value", Int, "", Req, "", ""}};
 constexpr P kDblAnnotationValue[] = {{"value", Double, "", Req, "", ""}};
 constexpr P kStrAnnotationValue[] = {{"value", String, "", Req, "", ""}};
@@ -288,6 +294,7 @@ const QelClassSpec kClasses[] = {
     {"Annotations", false, kNone},
     {"Appearance", false, kAppearance},
     {"VelmoraParam", false, kVelmoraParam},
+    {"VelmoraGraphicsParam", false, kVelmoraGraphicsParam},
     {"IntAnnotation", false, kAnnotationValue},
     {"DblAnnotation", false, kDblAnnotationValue},
     {"StrAnnotation", false, kStrAnnotationValue},

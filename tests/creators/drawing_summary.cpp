@@ -114,6 +114,22 @@ std::string xdataOf(const AcDbEntity* entity) {
     return out;
 }
 
+// The vertex count, whether closed, and the vertices of a polyline.
+template <typename Vertex, typename Polyline, typename Position>
+std::string polylineGeometry(const Polyline* poly, Position position) {
+    std::string out;
+    int count = 0;
+    AcDbObjectIterator* it = poly->vertexIterator();
+    for (; !it->done(); it->step())
+        if (auto* vertex = Vertex::cast(it->entity())) {
+            out += point(position(*vertex));
+            ++count;
+        }
+    delete it;
+    return " n=" + std::to_string(count) + " closed=" + std::to_string(poly->isClosed()) +
+           " v=" + out;
+}
+
 // A polyface mesh: its counts, its box and the faces that are not three or four distinct vertices
 // of the mesh; a small mesh then lists every vertex and every face (its vertex numbers, a fourth
 // when it has one, and its colour index when it has one), a large one its first and last vertex.
@@ -197,19 +213,13 @@ std::string geometryOf(const AcDbEntity* entity) {
         return " c=" + point(ellipse->center()) + " major=" + vector(ellipse->majorAxis()) +
                " ratio=" + number(ellipse->radiusRatio()) + " n=" + vector(ellipse->normal()) +
                " a=" + number(ellipse->startAngle()) + ".." + number(ellipse->endAngle());
-    if (auto* poly = AcDb3dPolyline::cast(entity)) {
-        std::string out;
-        int count = 0;
-        AcDbObjectIterator* it = poly->vertexIterator();
-        for (; !it->done(); it->step())
-            if (auto* vertex = AcDb3dPolylineVertex::cast(it->entity())) {
-                out += point(vertex->position());
-                ++count;
-            }
-        delete it;
-        return " n=" + std::to_string(count) + " closed=" + std::to_string(poly->isClosed()) +
-               " v=" + out;
-    }
+    if (auto* poly = AcDb3dPolyline::cast(entity))
+        return polylineGeometry<AcDb3dPolylineVertex>(
+            poly, [](const AcDb3dPolylineVertex& v) { return v.position(); });
+    if (auto* dot = AcDbPoint::cast(entity)) return " at=" + point(dot->position());
+    if (auto* poly = AcDb2dPolyline::cast(entity))
+        return polylineGeometry<AcDb2dVertex>(
+            poly, [poly](const AcDb2dVertex& v) { return poly->vertexPosition(v); });
     if (auto* spline = AcDbSpline::cast(entity)) {
         AcGePoint3d start, end;
         spline->getStartPoint(start);

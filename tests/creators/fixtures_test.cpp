@@ -44,6 +44,7 @@ struct Expectation {
     bool blocks = false;
     int units = 0;
     bool layerColourOverride = false;
+    bool points = false;
     std::vector<std::string> says;
     std::vector<std::string> lines;
 };
@@ -60,6 +61,8 @@ Expectation readExpectation(const std::filesystem::path& path) {
             out.units = std::stoi(line.substr(13));
         else if (line == "option layer-colour-override")
             out.layerColourOverride = true;
+        else if (line == "option points")
+            out.points = true;
         else if (line.rfind("says ", 0) == 0)
             out.says.push_back(line.substr(5));
         else
@@ -93,6 +96,7 @@ TEST_P(CreatorFixture, ImportsAsExpected) {
     CDocData& doc = QelDocData();
     doc.importUnitIndex = expected.units;
     doc.useLayerColourOverride = expected.layerColourOverride ? 1 : 0;
+    doc.importPoints = expected.points ? 1 : 0;
     const std::wstring file = build(readFile(folder / (GetParam() + ".json")));
     QelJob job;
     job.asAcisSolids = expected.blocks ? 0 : 1;

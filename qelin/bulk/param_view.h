@@ -1,0 +1,54 @@
+// Array params read in place: the pointer is the param's own storage, valid while the object
+// lives. A param of another type counts as absent, so a file can never make a read take the
+// wrong element size.
+#pragma once
+
+#include "objectfile/param_read.h"
+
+#include <qel/qel.h>
+
+template <typename T>
+struct QelArrayView {
+    T* data = nullptr;
+    unsigned count = 0;
+
+    bool empty() const { return count == 0; }
+    const T& operator[](unsigned i) const { return data[i]; }
+};
+
+// False when the param is absent or not of the array type given.
+template <typename T>
+bool QelViewArray(QelObject* object, const char* name, QelParamType type, QelArrayView<T>& out) {
+    QelParam* param = QelParamOf(object, name);
+    if (!param || param->GetType() != type) return false;
+    out = QelArrayView<T>();
+    param->GetValue(out.data, out.count, false);
+    if (!out.data) out.count = 0;
+    return true;
+}
+
+// The first of two names that is present: the newer name, then the older one.
+template <typename T>
+bool QelViewArray(QelObject* object, const char* name, const char* olderName, QelParamType type,
+                  QelArrayView<T>& out) {
+    return QelViewArray(object, name, type, out) || QelViewArray(object, olderName, type, out);
+}
+
+// A float param (0.0 when absent or not a number); no conversion.
+inline float QelFloatOrZero(QelObject* object, const char* name) {
+    QelParam* param = QelParamOf(object, name);
+    if (!param) return 0.0f;
+    switch (param->GetType()) {
+    case QelFloatType:
+    case QelDoubleType:
+    case QelIntType:
+    case QelShortType:
+    case QelUIntType: {
+        float value = 0.0f;
+        param->GetValue(value);
+        return value;
+    }
+    default:
+        return 0.0f;
+    }
+}
