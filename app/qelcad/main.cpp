@@ -4,6 +4,7 @@
 #include "import_answers.h"
 #include "one_shot.h"
 #include "roundtrip.h"
+#include "view_command.h"
 
 #include <arx/aced.h>
 #include <arx/brhost.h>
@@ -54,6 +55,8 @@ struct Options {
     bool reference = true;
     std::string keep;
     bool verbose = false; // one-shot conversions: show the scripted dialog events too
+    // view
+    qelcad::PictureChoices picture;
 };
 
 // A failure that ends qelcad with a one-line reason and the given status.
@@ -100,6 +103,7 @@ void startHost(const Options& o) {
     qelhost::setModuleFolder(moduleFolder(o));
     // The solid classes and the boundary walk are the host's own: modules find them at start.
     qelhost::registerSolidClasses();
+    qelcad::registerViewCommand();
     openStartDrawing(o);
     for (const std::string& assignment : o.set) {
         const auto eq = assignment.find('=');
@@ -375,6 +379,27 @@ int infoCommand(const Options& o) {
     return 0;
 }
 
+// A picture of a drawing: shaded (PNG) or its visible edges (SVG).
+int viewCommand(const Options& o) {
+    view::PictureOptions options;
+    std::string error;
+    if (!qelcad::pictureOptions(o.picture, options, error)) throw Failure{2, error};
+    if (!view::isPictureName(o.output))
+        throw Failure{2, o.output + ": pictures are written as .png or .svg"};
+    const fs::path folder = fs::path(o.output).parent_path();
+    std::error_code ec;
+    if (!folder.empty() && !fs::is_directory(folder, ec))
+        throw Failure{2, o.output + ": the folder " + folder.string() + " does not exist"};
+    qelhost::registerSolidClasses();
+    std::string message;
+    std::unique_ptr<AcDbDatabase> db = dxf::openDrawing(o.drawing, message);
+    if (db == nullptr) throw Failure{2, message};
+    const view::PictureResult result = view::writePicture(*db, o.output, options);
+    if (!result.written) throw Failure{1, result.message};
+    std::cout << o.output << ": " << result.message << "\n";
+    return 0;
+}
+
 struct SubCommand {
     const char* name;
     const char* help;
@@ -484,6 +509,18 @@ const SubCommand kCommands[] = {
          app.add_flag("--json", o.json, "As JSON");
      },
      infoCommand},
+    {"view", "A picture of a drawing: shaded (.png) or its visible edges (.svg)",
+     [](CLI::App& app, Options& o) {
+         app.add_option("drawing", o.drawing, "Drawing (DXF)")->required();
+         app.add_option("-o,--output", o.output, "The picture to write (.png or .svg)")->required();
+         app.add_option("--view", o.picture.view,
+                        "iso, top, front, right, back, left or bottom (default iso)");
+         app.add_option("--size", o.picture.size, "WIDTHxHEIGHT in pixels (default 800x600)");
+         app.add_option("--layers", o.picture.layers,
+                        "Only these layers, comma separated (default all that are on)");
+         app.add_option("--background", o.picture.background, "white or black (default white)");
+     },
+     viewCommand},
 };
 
 } // namespace

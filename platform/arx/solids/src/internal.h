@@ -2,6 +2,7 @@
 // modelling kernel; nothing here leaks through the public headers.
 #pragma once
 
+#include <arxsolids/picture.h>
 #include <arxsolids/solid.h>
 
 #include <GProp_GProps.hxx>
@@ -177,6 +178,9 @@ Status finishSolids(const TopoDS_Shape& result, TopoDS_Shape& solids, Check chec
 // Faces of a region or solid, each once.
 std::vector<TopoDS_Face> facesOf(const TopoDS_Shape& shape);
 TopoDS_Shape compoundOf(const std::vector<TopoDS_Face>& faces);
+// Triangles of every face of a shape already meshed, corners counter-clockwise seen from outside;
+// slivers left out.
+std::vector<Triangle> meshTriangles(const TopoDS_Shape& meshed);
 // Unit normal of a region (all its faces share the plane).
 std::optional<gp_Dir> regionNormal(const TopoDS_Shape& region);
 
