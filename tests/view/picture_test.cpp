@@ -185,8 +185,8 @@ protected:
 
     // Solids whose projected centroid no other solid's box can cover: a convex solid must ink
     // its own centroid there.
-    std::vector<Body> unobstructed(const view::Camera& camera) {
-        const std::vector<Body> all = bodies();
+    static std::vector<Body> unobstructed(const view::Camera& camera,
+                                          const std::vector<Body>& all) {
         std::vector<Body> chosen;
         for (const Body& b : all) {
             if (!b.convex) continue;
@@ -225,6 +225,7 @@ protected:
 } // namespace
 
 TEST_F(Picture, EverySolidInksItsProjectedCentroidInItsColourInEveryView) {
+    const std::vector<Body> all = bodies();
     for (const std::string& name : view::viewNames()) {
         view::PictureOptions o;
         o.view = name;
@@ -237,7 +238,7 @@ TEST_F(Picture, EverySolidInksItsProjectedCentroidInItsColourInEveryView) {
         ASSERT_EQ(image.width, kWidth);
         ASSERT_EQ(image.height, kHeight);
         const view::Camera camera = view::fittedCamera(view::collectScene(*db, {{}, {0, 0, 0}}), o);
-        const std::vector<Body> chosen = unobstructed(camera);
+        const std::vector<Body> chosen = unobstructed(camera, all);
         EXPECT_GE(chosen.size(), 1u) << name;
         for (const Body& b : chosen)
             EXPECT_GE(inkAround(image, camera.toPixel(b.centroid), b.colour), 0.5)
@@ -254,7 +255,7 @@ TEST_F(Picture, AnOffLayerLeavesNoInk) {
     o.width = kWidth;
     o.height = kHeight;
     const view::Camera camera = view::fittedCamera(view::collectScene(*db, {{}, {0, 0, 0}}), o);
-    const std::vector<Body> chosen = unobstructed(camera);
+    const std::vector<Body> chosen = unobstructed(camera, bodies());
     ASSERT_FALSE(chosen.empty());
     const Body& gone = chosen.front();
     setLayerOff(gone.layer);
@@ -278,14 +279,14 @@ TEST_F(Picture, TheCommandWritesShadedAndLinePicturesAndRefusesBadOptions) {
     ASSERT_EQ(black.status, 0) << black.out;
     EXPECT_EQ(readPng(dir / "black.png").at(0, 0), (Rgb{0, 0, 0}));
 
-    // The line picture: XML with a path per visible edge.
+    // The line picture: XML with a stroked path per visible edge (texts are filled glyphs).
     const Outcome svg = qelcad("view plant.dxf -o plant.svg --size 160x120");
     ASSERT_EQ(svg.status, 0) << svg.out;
     const Outcome parsed = runCommand(
         "python3 -c \"import xml.etree.ElementTree as E; r=E.parse('" +
         (dir / "plant.svg").string() +
-        "').getroot(); print(sum(1 for e in r.iter() if e.tag.endswith('path') and 'L' in "
-        "e.get('d','')))\"");
+        "').getroot(); print(sum(1 for e in r.iter() if e.tag.endswith('path') and 'fill:none' in "
+        "e.get('style','') and 'L' in e.get('d','')))\"");
     ASSERT_EQ(parsed.status, 0) << parsed.out;
     EXPECT_GT(std::stoi(parsed.out), int(bodies().size()));
 
@@ -317,4 +318,61 @@ TEST_F(Picture, ADamagedDrawingGivesTheReadersMessageAndNoPicture) {
     EXPECT_EQ(run.status, 2);
     EXPECT_EQ(run.out, info.out);
     EXPECT_FALSE(fs::exists(dir / "damaged.png"));
+}
+
+// Each view looks from where its name says: the world's axes land right, up and toward the eye
+// as a draughtsman expects (iso from the south-east, above).
+TEST(Views, LookFromWhereTheirNamesSay) {
+    struct Expected {
+        const char* name;
+        Vec3 right, up, toward;
+    };
+    const double s2 = std::sqrt(0.5), s3 = std::sqrt(1.0 / 3), s6 = std::sqrt(1.0 / 6);
+    const Expected table[] = {
+        {"top", {1, 0, 0}, {0, 1, 0}, {0, 0, 1}},
+        {"bottom", {-1, 0, 0}, {0, 1, 0}, {0, 0, -1}},
+        {"front", {1, 0, 0}, {0, 0, 1}, {0, -1, 0}},
+        {"back", {-1, 0, 0}, {0, 0, 1}, {0, 1, 0}},
+        {"right", {0, 1, 0}, {0, 0, 1}, {1, 0, 0}},
+        {"left", {0, -1, 0}, {0, 0, 1}, {-1, 0, 0}},
+        {"iso", {s2, s2, 0}, {-s6, s6, 2 * s6}, {s3, -s3, s3}},
+    };
+    ASSERT_EQ(view::viewNames().size(), std::size(table));
+    for (const Expected& e : table) {
+        const view::Camera camera(*view::namedView(e.name));
+        const Vec3 axes[3] = {camera.toFrame({1, 0, 0}), camera.toFrame({0, 1, 0}),
+                              camera.toFrame({0, 0, 1})};
+        // Component i of each axis's image: the frame's direction i in world terms.
+        auto row = [&](int i) {
+            auto pick = [i](const Vec3& v) { return i == 0 ? v.x : i == 1 ? v.y : v.z; };
+            return Vec3{pick(axes[0]), pick(axes[1]), pick(axes[2])};
+        };
+        const Vec3 want[3] = {e.right, e.up, e.toward};
+        for (int i = 0; i < 3; ++i) {
+            const Vec3 got = row(i);
+            EXPECT_NEAR(got.x, want[i].x, 1e-12) << e.name << " axis " << i;
+            EXPECT_NEAR(got.y, want[i].y, 1e-12) << e.name << " axis " << i;
+            EXPECT_NEAR(got.z, want[i].z, 1e-12) << e.name << " axis " << i;
+        }
+    }
+    // Fitting keeps the picture upright: a point higher in the frame is higher in the picture.
+    view::Camera top(*view::namedView("top"));
+    top.fit(0, 0, 10, 10, 100, 100);
+    EXPECT_LT(top.toPixel({5, 9, 0}).y, top.toPixel({5, 1, 0}).y);
+    EXPECT_LT(top.toPixel({1, 5, 0}).x, top.toPixel({9, 5, 0}).x);
+}
+
+// VIEW at the command line draws the current drawing as the sub-command does, and a name that is
+// not a picture is told, not drawn.
+TEST_F(Picture, TheViewCommandDrawsTheCurrentDrawing) {
+    std::ofstream(dir / "view.scr") << "VIEW\n"
+                                    << (dir / "typed.png").string() << "\nTop\n"
+                                    << "VIEW\n"
+                                    << (dir / "typed.bmp").string() << "\n\n";
+    const Outcome run = qelcad("run plant.dxf --no-autoload --script view.scr");
+    ASSERT_EQ(run.status, 0) << run.out;
+    EXPECT_NE(run.out.find("typed.png: "), std::string::npos) << run.out;
+    EXPECT_NE(run.out.find("No picture: "), std::string::npos) << run.out;
+    EXPECT_EQ(readPng(dir / "typed.png").width, 800);
+    EXPECT_FALSE(fs::exists(dir / "typed.bmp"));
 }

@@ -24,6 +24,8 @@ constexpr double kAmbient = 0.35;
 const Vec3 kLight{-0.4, 0.5, 0.77}; // in the picture's frame, unit length
 // Smallest text, in pixels, so that a small label stays a mark rather than vanishing.
 constexpr double kMinTextPixels = 6.0;
+// Advance of a character of the sans-serif face, in text heights (an average over letters).
+constexpr double kTextAdvance = 0.6;
 constexpr double kLineWidth = 1.0;
 constexpr double kDotRadius = 1.5;
 
@@ -195,8 +197,14 @@ Camera fittedCamera(const Scene& scene, const PictureOptions& o) {
             take(p);
     for (const Dot& dot : scene.dots)
         take(dot.at);
-    for (const Label& label : scene.labels)
+    // A text reaches right and up from where it stands, by about its height per character.
+    for (const Label& label : scene.labels) {
         take(label.at);
+        const Vec3 f = camera.toFrame(label.at);
+        const double length = kTextAdvance * label.height * double(label.text.size());
+        minX = std::min(minX, f.x), maxX = std::max(maxX, f.x + length);
+        minY = std::min(minY, f.y), maxY = std::max(maxY, f.y + label.height);
+    }
     if (minX > maxX) minX = maxX = minY = maxY = 0.0;
     camera.fit(minX, minY, maxX, maxY, o.width, o.height);
     return camera;
