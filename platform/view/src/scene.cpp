@@ -116,23 +116,22 @@ private:
             scene.triangles.push_back({t, colour});
     }
 
+    // A solid or region: its facets, and the body itself for the hidden-line picture.
+    template <class Body>
+    bool addBody(const Body& body, Rgb colour, std::vector<Body>& bodies) {
+        std::vector<arxsolids::Triangle> triangles;
+        if (arxsolids::triangulate(body, triangles) != arxsolids::Status::eOk) return false;
+        addTriangles(triangles, colour);
+        bodies.push_back(body);
+        return true;
+    }
+
     // True when the entity has a picture.
     bool draw(const AcDbEntity& entity, Rgb colour, int depth) {
-        std::vector<arxsolids::Triangle> triangles;
-        if (const auto* solid = AcDb3dSolid::cast(&entity)) {
-            if (arxsolids::triangulate(solid->body(), triangles) != arxsolids::Status::eOk)
-                return false;
-            addTriangles(triangles, colour);
-            scene.solids.push_back(solid->body());
-            return true;
-        }
-        if (const auto* region = AcDbRegion::cast(&entity)) {
-            if (arxsolids::triangulate(region->body(), triangles) != arxsolids::Status::eOk)
-                return false;
-            addTriangles(triangles, colour);
-            scene.regions.push_back(region->body());
-            return true;
-        }
+        if (const auto* solid = AcDb3dSolid::cast(&entity))
+            return addBody(solid->body(), colour, scene.solids);
+        if (const auto* region = AcDbRegion::cast(&entity))
+            return addBody(region->body(), colour, scene.regions);
         if (const auto* face = AcDbFace::cast(&entity)) {
             AcGePoint3d p[4];
             for (Adesk::UInt16 i = 0; i < 4; ++i)
