@@ -1,5 +1,6 @@
 #include "export/entity_dispatch.h"
 
+#include "export/appearance.h"
 #include "export/object_types.h"
 #include "export/original_file.h"
 #include "export/qel_out_object.h"
@@ -147,11 +148,12 @@ bool dispatchEntity(QelOutObject& out, QelWriter& writer, int type, AcDbObjectId
     default:
         break;
     }
-    // Appearance, annotations and caps join the generic path with the writers.
+    // Annotations and caps join the generic path with the writers that need them.
     if (!row->writer) return unknownType();
     bool fromReference = false;
     QelObject* object = openFileObject(out, id, type, fromReference);
     if (!object) return unknownType();
+    writeAppearance(out, object, id);
     row->writer(m, object, writer, id);
     QelWriteCounted(writer, object);
     object->UnRef();

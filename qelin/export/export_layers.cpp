@@ -1,4 +1,5 @@
 // One Layer per drawing layer with the numbers of its objects, and the LayerMgr that lists them.
+#include "export/appearance.h"
 #include "export/entity_dispatch.h"
 #include "export/qel_out_object.h"
 #include "export/selection.h"
@@ -38,17 +39,7 @@ void addColour(QelObject* object, const unsigned char rgb[3]) {
 }
 
 void layerColour(const AcDbLayerTableRecord* record, unsigned char rgb[3]) {
-    const AcCmColor colour = record->color();
-    if (colour.colorMethod() == AcCmEntityColor::kByColor) {
-        rgb[0] = colour.red();
-        rgb[1] = colour.green();
-        rgb[2] = colour.blue();
-        return;
-    }
-    const Adesk::UInt32 windows = acedGetRGB(colour.colorIndex());
-    rgb[0] = static_cast<unsigned char>(windows & 0xff);
-    rgb[1] = static_cast<unsigned char>((windows >> 8) & 0xff);
-    rgb[2] = static_cast<unsigned char>((windows >> 16) & 0xff);
+    QelColourBytes(record->color(), rgb);
 }
 
 void setObjectList(QelObject* object, const std::vector<unsigned>& numbers) {

@@ -1,5 +1,7 @@
 #include "export/object_types.h"
 
+#include "writers/curve_writers.h"
+
 namespace {
 
 using H = QelExportHandling;
@@ -11,12 +13,12 @@ constexpr const char* None = nullptr;
 
 // By code. Writers join their rows as they are built.
 constexpr QelObjectTypeRow kRows[QelObjectTypeCount] = {
-    {QelCode::Line3d, "Line3d", Own, Tag, H::Generic, nullptr},
-    {QelCode::CircularArc3d, "CircularArc3d", Own, Tag, H::Generic, nullptr},
-    {QelCode::EllipticArc3d, "EllipticArc3d", Own, Tag, H::Generic, nullptr},
-    {QelCode::Polyline3d, "Polyline3d", Own, Tag, H::Generic, nullptr},
+    {QelCode::Line3d, "Line3d", Own, Tag, H::Generic, QelWriteLine3d},
+    {QelCode::CircularArc3d, "CircularArc3d", Own, Tag, H::Generic, QelWriteCircularArc3d},
+    {QelCode::EllipticArc3d, "EllipticArc3d", Own, Tag, H::Generic, QelWriteEllipticArc3d},
+    {QelCode::Polyline3d, "Polyline3d", Own, Tag, H::Generic, QelWritePolyline3d},
     {QelCode::StdShape, "StdShape", Own, Tag, H::Generic, nullptr},
-    {QelCode::BSplineCurve3d, "BSplineCurve3d", Own, Tag, H::Generic, nullptr},
+    {QelCode::BSplineCurve3d, "BSplineCurve3d", Own, Tag, H::Generic, QelWriteBSplineCurve3d},
     {QelCode::PlanarPatch, "PlanarPatch", Own, Tag, H::Patch, nullptr},
     {QelCode::PlanarPolylineExtrusion, "PlanarPolylineExtrusion", Own, Tag, H::Extrusion, nullptr},
     {QelCode::StdShapeExtrusion, "StdShapeExtrusion", Own, Tag, H::Generic, nullptr},

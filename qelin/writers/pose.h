@@ -1,0 +1,27 @@
+// Poses, lengths and frames shared by the writers: what they put in "pose", and in metres.
+#pragma once
+
+#include <arx/gevec.h>
+
+class QelObject;
+
+// Pi and a full turn as the file has always carried them: their single-precision values.
+inline constexpr double QelPiSingle = 3.1415927410125732;
+inline constexpr double QelTwoPiSingle = 6.2831854820251465;
+inline constexpr double QelHalfPiSingle = 1.5707963705062866;
+
+// A drawing length in metres by the export units.
+double QelLengthOut(double drawing);
+// A drawing point in metres, as three doubles.
+void QelPointOut(const AcGePoint3d& point, double out[3]);
+
+// The rotation of the frame whose Z axis is zAxis and whose X axis is xAxis.
+void QelRotationFromAxes(const AcGePoint3d& origin, const AcGeVector3d& zAxis,
+                         const AcGeVector3d& xAxis, double rotation[4]);
+// The X axis of a plane by the arbitrary-axis rule: the world's Z (or Y, for a normal close to
+// Z) crossed with the normal. A normal along Z gives the world's X.
+AcGeVector3d QelPlaneXAxis(const AcGeVector3d& normal);
+
+// Sets "pose" of the object: rotation only when it turns, translation only off the origin, and
+// no "pose" at all when there is neither.
+void QelWritePose(QelObject* object, const double rotation[4], const AcGePoint3d& translation);
