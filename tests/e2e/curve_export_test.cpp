@@ -184,3 +184,30 @@ TEST_F(CurveExport, HandDrawnCurvesLeaveAsTheirClasses) {
     EXPECT_EQ(transformation->GetParam("rotation", 0), nullptr);
     EXPECT_NE(found["Line3d"]->GetParam("appearance", 0), nullptr);
 }
+
+// A lightweight polyline's arc leaves as points on it: a half turn of radius 500 takes 48 steps
+// after its start vertex, and its end vertex follows again.
+TEST_F(CurveExport, ALightweightPolylineArcLeavesAsPointsOnTheArc) {
+    const Outcome made =
+        qelcad("run --script " + write("p.scr", "PLINE\n0,0\n1000,0\nA\n1000,1000\n\nQUIT\n") +
+               " --save p.dxf");
+    ASSERT_EQ(made.status, 0) << made.out;
+    const Outcome run = qelcad("export p.dxf -o p.qel --units Millimeters");
+    ASSERT_EQ(run.status, 0) << run.out;
+    QelInit(0, 0, QelInitWords);
+    QelReader reader;
+    reader.Open(path("p.qel").c_str());
+    QelObjectRef polyline(reader.ReadObject("Polyline3d", 0));
+    ASSERT_TRUE(polyline) << run.out;
+    double* values = nullptr;
+    unsigned count = 0;
+    polyline->GetParam("vertices", 0)->GetValue(values, count, false);
+    ASSERT_EQ(count, 3u * (1 + 1 + 48 + 1));
+    for (unsigned point = 2; point < 50; ++point) {
+        const double dx = values[3 * point] - 1.0, dy = values[3 * point + 1] - 0.5;
+        EXPECT_NEAR(std::hypot(dx, dy), 0.5, kTolerance) << "point " << point;
+        EXPECT_GE(dx, -kTolerance) << "the arc bulges away from the first segment";
+    }
+    EXPECT_NEAR(values[3 * 49 + 1], 1.0, kTolerance);
+    EXPECT_NEAR(values[3 * 50 + 1], 1.0, kTolerance) << "the end vertex comes again";
+}
