@@ -86,6 +86,13 @@ std::vector<std::string> curveDifferences(const qeltool::DiffReport& report,
     return faults;
 }
 
+std::vector<double> reals(QelObject* object, const char* name) {
+    double* values = nullptr;
+    unsigned count = 0;
+    object->GetParam(name, 0)->GetValue(values, count, false);
+    return std::vector<double>(values, values + count);
+}
+
 } // namespace
 
 class CurveExport : public QelcadEndToEnd {
@@ -97,6 +104,17 @@ protected:
                                          path("curves.qel") + " 2>&1");
         EXPECT_EQ(built.status, 0) << built.out;
         return path("curves.qel");
+    }
+    // The object file of a drawing made by host commands, exported in millimetres.
+    std::string exportedDrawing(const std::string& name, const std::string& commands) {
+        const Outcome made = qelcad("run --script " + write(name + ".scr", commands + "QUIT\n") +
+                                    " --save " + name + ".dxf");
+        EXPECT_EQ(made.status, 0) << made.out;
+        const Outcome run =
+            qelcad("export " + name + ".dxf -o " + name + ".qel --units Millimeters");
+        EXPECT_EQ(run.status, 0) << run.out;
+        QelInit(0, 0, QelInitWords);
+        return path(name + ".qel");
     }
 };
 
@@ -137,31 +155,19 @@ TEST_F(CurveExport, CurvesComeBackWithTheirParamsInEveryUnitWithAndWithoutRefere
 
 // LINE, ARC and 3DPOLY drawn in millimetres leave as their classes, in metres, with colour.
 TEST_F(CurveExport, HandDrawnCurvesLeaveAsTheirClasses) {
-    const Outcome made =
-        qelcad("run --script " +
-               write("s.scr", "LINE\n0,0,0\n1000,2000,500\n\nARC\nC\n500,500,0\n1500,500,0\n"
-                              "500,1500,0\n3DPOLY\n0,0,0\n1000,0,0\n1000,1000,250\n\nQUIT\n") +
-               " --save drawn.dxf");
-    ASSERT_EQ(made.status, 0) << made.out;
-    const Outcome run = qelcad("export drawn.dxf -o drawn.qel --units Millimeters");
-    ASSERT_EQ(run.status, 0) << run.out;
-    QelInit(0, 0, QelInitWords);
+    const std::string drawn =
+        exportedDrawing("drawn", "LINE\n0,0,0\n1000,2000,500\n\nARC\nC\n500,500,0\n1500,500,0\n"
+                                 "500,1500,0\n3DPOLY\n0,0,0\n1000,0,0\n1000,1000,250\n\n");
     QelReader reader;
-    reader.Open(path("drawn.qel").c_str());
+    reader.Open(drawn.c_str());
     std::map<std::string, QelObjectRef> found;
     for (unsigned i = 0; i < reader.GetObjectCount(); ++i) {
         QelObjectRef object(reader.ReadObject(i));
         found.emplace(object->GetName(), std::move(object));
     }
     for (const char* cls : {"Line3d", "CircularArc3d", "Polyline3d"})
-        ASSERT_TRUE(found.count(cls)) << cls << "\n" << run.out;
+        ASSERT_TRUE(found.count(cls)) << cls;
 
-    auto reals = [](QelObject* object, const char* name) {
-        double* values = nullptr;
-        unsigned count = 0;
-        object->GetParam(name, 0)->GetValue(values, count, false);
-        return std::vector<double>(values, values + count);
-    };
     auto near = [](const std::vector<double>& got, const std::vector<double>& want) {
         if (got.size() != want.size()) return false;
         for (std::size_t i = 0; i < got.size(); ++i)
@@ -188,21 +194,13 @@ TEST_F(CurveExport, HandDrawnCurvesLeaveAsTheirClasses) {
 // A lightweight polyline's arc leaves as points on it: a half turn of radius 500 takes 48 steps
 // after its start vertex, and its end vertex follows again.
 TEST_F(CurveExport, ALightweightPolylineArcLeavesAsPointsOnTheArc) {
-    const Outcome made =
-        qelcad("run --script " + write("p.scr", "PLINE\n0,0\n1000,0\nA\n1000,1000\n\nQUIT\n") +
-               " --save p.dxf");
-    ASSERT_EQ(made.status, 0) << made.out;
-    const Outcome run = qelcad("export p.dxf -o p.qel --units Millimeters");
-    ASSERT_EQ(run.status, 0) << run.out;
-    QelInit(0, 0, QelInitWords);
+    const std::string file = exportedDrawing("p", "PLINE\n0,0\n1000,0\nA\n1000,1000\n\n");
     QelReader reader;
-    reader.Open(path("p.qel").c_str());
+    reader.Open(file.c_str());
     QelObjectRef polyline(reader.ReadObject("Polyline3d", 0));
-    ASSERT_TRUE(polyline) << run.out;
-    double* values = nullptr;
-    unsigned count = 0;
-    polyline->GetParam("vertices", 0)->GetValue(values, count, false);
-    ASSERT_EQ(count, 3u * (1 + 1 + 48 + 1));
+    ASSERT_TRUE(polyline);
+    const std::vector<double> values = reals(polyline.get(), "vertices");
+    ASSERT_EQ(values.size(), 3u * (1 + 1 + 48 + 1));
     for (unsigned point = 2; point < 50; ++point) {
         const double dx = values[3 * point] - 1.0, dy = values[3 * point + 1] - 0.5;
         EXPECT_NEAR(std::hypot(dx, dy), 0.5, kTolerance) << "point " << point;
