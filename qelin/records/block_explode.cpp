@@ -5,6 +5,7 @@
 #include "import/object_dispatch.h"
 #include "import/qel_job.h"
 #include "import/read_qel_file.h"
+#include "objectfile/param_read.h"
 #include "records/member_record.h"
 
 #include <arx/acdb.h>
@@ -86,15 +87,16 @@ int CQelBlkExplode::ReplaceReference(ads_name entity, int index) {
         QelInit(0, 0, QelInitWords);
         QelReader reader;
         reader.Open(QelNarrowFromWide(path));
-        QelObject* object = reader.ReadObject(unsigned(index));
+        // Given up when its handling ends, whether the creator finishes or throws.
+        QelObjectRef object(reader.ReadObject(unsigned(index)));
         if (!object) {
             AfxMessageBox(L"Error reading object creation qel file");
             reader.Close();
             return 1;
         }
         QelJob job;
-        DispatchObject(job, object, nullptr, 1, unsigned(index), &path);
-        object->UnRef();
+        DispatchObject(job, object.get(), nullptr, 1, unsigned(index), &path);
+        object.reset();
         reader.Close();
     } catch (const QelException& e) {
         AfxMessageBox(QelWideFromNarrow(e.GetReason()), MB_ICONEXCLAMATION);
