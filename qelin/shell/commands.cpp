@@ -3,6 +3,8 @@
 #include "export/export_options.h"
 #include "import/import_commands.h"
 #include "records/annotation_command.h"
+#include "records/block_explode.h"
+#include "shell/menu_loading.h"
 #include "shell/shell_constants.h"
 
 #include <arx/aced.h>
@@ -17,31 +19,20 @@ AcEdCommandStack* commandStack() {
     return static_cast<AcEdCommandStack*>(found);
 }
 
-// Commands whose work arrives in later builds say so in one line.
-void notInThisBuild(const wchar_t* name) {
-    acutPrintf(L"\n%s is not in this build of QelIn.\n", name);
-}
-
 void QelOut() {
     CQelExportOptions options;
     options.DoModal();
-}
-void QelXplode() {
-    notInThisBuild(L"QELXPLODE");
-}
-void QelMenu() {
-    notInThisBuild(L"QELMENU");
 }
 
 } // namespace
 
 const std::array<QelCommandRow, 6> QelCommandTable = {{
-    {L"QELIN", QelInCommand},   // import dialog
-    {L"QELOUT", QelOut},        // export dialog
-    {L"QELXPLODE", QelXplode},  // imported block references replaced by their objects
-    {L"QELINA", QelInaCommand}, // script form of the import
-    {L"QELANN", QelAnnCommand}, // annotations restored or hidden
-    {L"QELMENU", QelMenu},      // menu loaded or unloaded
+    {L"QELIN", QelInCommand},         // import dialog
+    {L"QELOUT", QelOut},              // export dialog
+    {L"QELXPLODE", QelXplodeCommand}, // imported block references replaced by their objects
+    {L"QELINA", QelInaCommand},       // script form of the import
+    {L"QELANN", QelAnnCommand},       // annotations restored or hidden
+    {L"QELMENU", QelMenuCommand},     // menu loaded or unloaded
 }};
 
 void QelAddCommands() {

@@ -187,6 +187,29 @@ TEST_F(DrawingOfHostEntities, ErasedObjectsLeaveNoPointersBehind) {
     EXPECT_EQ(textDifference(drawingText(*back), once, 1e-15), "");
 }
 
+// An anonymous group whose members are all erased goes with them, dictionary entry and all; one
+// member left keeps it.
+TEST_F(DrawingOfHostEntities, AnAnonymousGroupLeftWithoutMembersIsNotWritten) {
+    const std::vector<AcDbObjectId> ids = buildModuleDrawing(*db);
+    AcDbDictionary* groups = nullptr;
+    ASSERT_EQ(db->getGroupDictionary(groups, AcDb::kForRead), Acad::eOk);
+    std::unique_ptr<AcDbDictionaryIterator> it(groups->newIterator());
+    const std::string group = handleText(it->objectId());
+    groups->close();
+    for (const AcDbObjectId& member : {ids[1], ids[2]}) {
+        AcDbEntity* entity = nullptr;
+        ASSERT_EQ(acdbOpenAcDbEntity(entity, member, AcDb::kForWrite), Acad::eOk);
+        ASSERT_EQ(entity->erase(), Acad::eOk);
+        entity->close();
+        const std::string text = drawingText(*db);
+        const bool kept = member == ids[1];
+        EXPECT_EQ(recordWithHandle(text, group).empty(), !kept);
+        EXPECT_EQ(text.find("\n350\n" + group + "\n") == std::string::npos, !kept);
+        std::unique_ptr<AcDbDatabase> back;
+        ASSERT_NO_THROW(back = dxf::readDrawing(text, "saved"));
+    }
+}
+
 } // namespace
 
 namespace {

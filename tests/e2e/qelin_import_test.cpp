@@ -1,5 +1,7 @@
 // The import from the user's side: qelcad with the module loaded, scripts and answers in, the
 // transcript, the log and the settings out.
+#include "drawing_summary.h"
+#include "records/xrecords.h"
 #include "shell/settings_store.h"
 
 #include <nlohmann/json.hpp>
@@ -9,10 +11,19 @@
 
 #include "qelcad_fixture.h"
 
+#include <arx/dbblkref.h>
+#include <arx/dbsol3d.h>
+#include <dxf/drawing.h>
+
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <limits>
+#include <map>
+#include <memory>
+#include <set>
 #include <sstream>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -22,14 +33,13 @@ namespace fs = std::filesystem;
 using QelinEndToEnd = QelcadEndToEnd;
 
 TEST_F(QelinEndToEnd, StartUpLoadsTheCompanionAndAnnouncesTheCommands) {
-    const Outcome run = qelcad("run --script " + write("s.scr", "QELMENU\nQUIT\n"));
+    const Outcome run = qelcad("run --script " + write("s.scr", "QUIT\n"));
     EXPECT_EQ(run.status, 0) << run.out;
     EXPECT_FALSE(has(run.out, "ToviQelOut.dll")) << "the companion lies beside the module";
     EXPECT_FALSE(has(run.out, "acbr17.dbx")) << "the host has the boundary walk already";
     EXPECT_TRUE(has(run.out, "Loading Velmora QEL Plugin Version 6.1 (Build 170)...\n"));
     EXPECT_TRUE(has(run.out, "  Commands added: QELIN, QELOUT, QELXPLODE, QELANN\n  If you do not "
                              "see ribbon tab QEL, run QELMENU command twice to update it.\n"));
-    EXPECT_TRUE(has(run.out, "QELMENU is not in this build of QelIn."));
 }
 
 TEST_F(QelinEndToEnd, WithoutTheCompanionStartUpReportsItsErrorAndGoesOn) {
@@ -47,7 +57,8 @@ TEST_F(QelinEndToEnd, WithoutTheCompanionStartUpReportsItsErrorAndGoesOn) {
     ASSERT_NE(error, std::string::npos) << run.out;
     ASSERT_NE(banner, std::string::npos) << run.out;
     EXPECT_LT(error, banner) << "the error comes first and start-up goes on";
-    EXPECT_TRUE(has(run.out, "QELMENU is not in this build of QelIn."));
+    // The module's commands run; its menu files are not in this folder.
+    EXPECT_TRUE(has(run.out, "Unable to find customization file VelmoraQEL.CUIX")) << run.out;
 }
 
 TEST_F(QelinEndToEnd, AFirstRunMakesTheKeyAndALaterRunKeepsTheChoices) {
@@ -123,7 +134,8 @@ TEST_F(QelinEndToEnd, ImportSavesTheDrawingWithEverythingItMade) {
     // The sample's elbow, reducer and steel members are all built, with no error.
     for (const char* built : {"Elbow", "Reducer", "StdShapeExtrusion"})
         EXPECT_FALSE(has(run.out, std::string(" ") + built + " objects are not imported"))
-            << built << ":\n" << run.out;
+            << built << ":\n"
+            << run.out;
     EXPECT_FALSE(has(run.out, "Total Errors Processing Objects")) << run.out;
 
     // The saved drawing, read back: solids through their SAT text, layers with their state,
@@ -367,5 +379,277 @@ TEST_F(QelinEndToEnd, ImportMakesTheEntitiesOfTheCreatorFixtures) {
         if (c.errors) {
             EXPECT_TRUE(has(run.out, c.errors)) << name << ":\n" << run.out;
         }
+    }
+}
+
+namespace {
+
+// What a saved drawing holds of the module's making, read back in this process: every block
+// reference, tagged or not, and every tagged solid with its object number and mass properties.
+struct Held {
+    std::map<int, std::string> references; // object number -> handle of its tagged reference
+    int untaggedReferences = 0;
+    struct Solid {
+        double volume;
+        AcGePoint3d centroid;
+        double size; // the longest side of its box
+    };
+    std::map<int, std::vector<Solid>> solids; // by volume
+    std::vector<std::string> others;          // handles of everything but block references
+    int entities = 0;
+};
+
+std::string handleOf(const AcDbEntity& entity) {
+    return dxf::formatHandle(Adesk::UInt64(entity.objectId().handle()));
+}
+
+int taggedObject(AcDbEntity& entity) {
+    resbuf* chain = QelGetXrecordChain(&entity, L"MemberRec");
+    int object = -1;
+    int item = 0;
+    for (const resbuf* rb = chain; rb; rb = rb->rbnext, ++item)
+        if (item == 3) object = rb->resval.rlong; // file, group name, member type, object
+    acutRelRb(chain);
+    return object;
+}
+
+Held heldIn(const fs::path& drawing) {
+    Held held;
+    std::string message;
+    std::unique_ptr<AcDbDatabase> db = dxf::openDrawing(drawing.string(), message);
+    EXPECT_NE(db, nullptr) << message;
+    if (!db) return held;
+    held.entities = creatorstest::CountModelSpace(*db, [&held](AcDbEntity& entity) {
+        const int object = taggedObject(entity);
+        if (AcDbBlockReference::cast(&entity)) {
+            if (object < 0)
+                ++held.untaggedReferences;
+            else
+                held.references[object] = handleOf(entity);
+            return true;
+        }
+        held.others.push_back(handleOf(entity));
+        if (auto* solid = AcDb3dSolid::cast(&entity); solid && object >= 0) {
+            double moments[3], products[3], principal[3], gyration[3];
+            AcGeVector3d axes[3];
+            AcDbExtents box;
+            Held::Solid made;
+            EXPECT_EQ(solid->getMassProp(made.volume, made.centroid, moments, products, principal,
+                                         axes, gyration, box),
+                      Acad::eOk);
+            const AcGeVector3d diagonal = box.maxPoint() - box.minPoint();
+            made.size = std::max({diagonal.x, diagonal.y, diagonal.z});
+            held.solids[object].push_back(made);
+        }
+        return true;
+    });
+    for (auto& [object, made] : held.solids)
+        std::sort(made.begin(), made.end(),
+                  [](const Held::Solid& a, const Held::Solid& b) { return a.volume < b.volume; });
+    return held;
+}
+
+// Solids made again from their objects are the solids a solid import makes of them: the same
+// creator under the same settings, so they differ only by what writing a drawing's solid text
+// and reading it back rounds, a few units of the last place of the size.
+void expectSameSolids(const Held& exploded, const Held& solidImport, const std::set<int>& objects) {
+    for (int object : objects) {
+        ASSERT_TRUE(exploded.solids.count(object)) << "object " << object;
+        ASSERT_TRUE(solidImport.solids.count(object)) << "object " << object;
+        const std::vector<Held::Solid>& made = exploded.solids.at(object);
+        const std::vector<Held::Solid>& expected = solidImport.solids.at(object);
+        ASSERT_EQ(made.size(), expected.size()) << "object " << object;
+        for (std::size_t i = 0; i < made.size(); ++i) {
+            const Held::Solid& a = made[i];
+            const Held::Solid& b = expected[i];
+            const double length = 64 * std::numeric_limits<double>::epsilon() * b.size;
+            EXPECT_NEAR(a.volume, b.volume, 3 * length * b.size * b.size) << "object " << object;
+            EXPECT_LE(a.centroid.distanceTo(b.centroid), length) << "object " << object;
+        }
+    }
+}
+
+std::set<int> keysOf(const auto& map) {
+    std::set<int> keys;
+    for (const auto& [key, value] : map)
+        keys.insert(key);
+    return keys;
+}
+
+class Explode : public QelinEndToEnd {
+protected:
+    // The creators' fixture as a file, imported in both forms: blocks.dxf and solids.dxf.
+    void importBoth(const std::string& fixture) {
+        QelInit(0, 0, QelInitWords);
+        file = (dir / (fixture + ".qel")).string();
+        qeljson::build(read(fs::path(QEL_CREATOR_FIXTURE_DIR) / (fixture + ".json")), fixture,
+                       file);
+        for (const char* form : {"blocks", "solids"}) {
+            const Outcome run =
+                qelcad("import " + file + " -o " + form + ".dxf --" + form + " --no-log");
+            ASSERT_EQ(run.status, 0) << run.out;
+        }
+    }
+    // QELXPLODE on the saved drawing with these answers at the selection prompt, saved anew.
+    Outcome explode(const std::string& from, const std::string& selection, const std::string& to) {
+        const Outcome run =
+            qelcad("run " + from + " --script " +
+                   write("x.scr", "QELXPLODE\n" + selection + "\n\nQUIT\n") + " --save " + to);
+        EXPECT_EQ(run.status, 0) << run.out;
+        return run;
+    }
+    void addForeignReference();
+    void explodeAll();
+    static void expectAuditedClean(const fs::path& drawing) {
+        const Outcome audit =
+            runCommand("/usr/bin/python3 -c \"import ezdxf,sys; d=ezdxf.readfile(sys.argv[1]); "
+                       "a=d.audit(); print(len(a.errors), len(a.fixes))\" " +
+                       drawing.string() + " 2>&1");
+        EXPECT_EQ(audit.status, 0) << audit.out;
+        EXPECT_EQ(audit.out, "0 0\n") << drawing;
+    }
+
+    std::string file;
+};
+
+} // namespace
+
+TEST_F(Explode, EveryReferenceBecomesTheSolidOfTheSolidImportAndOthersStay) {
+    for (const char* fixture : {"cylinder_blocks", "steel_members_blocks"}) {
+        SCOPED_TRACE(fixture);
+        importBoth(fixture);
+        addForeignReference();
+        explodeAll();
+    }
+}
+
+// A block reference the module didn't make, beside the imported ones.
+void Explode::addForeignReference() {
+    std::string message;
+    std::unique_ptr<AcDbDatabase> db = dxf::openDrawing((dir / "blocks.dxf").string(), message);
+    ASSERT_NE(db, nullptr) << message;
+    AcDbObjectId block;
+    creatorstest::CountModelSpace(*db, [&block](AcDbEntity& entity) {
+        if (auto* reference = AcDbBlockReference::cast(&entity))
+            block = reference->blockTableRecord();
+        return true;
+    });
+    AcDbBlockTable* table = nullptr;
+    AcDbBlockTableRecord* space = nullptr;
+    ASSERT_EQ(db->getBlockTable(table, AcDb::kForRead), Acad::eOk);
+    ASSERT_EQ(table->getAt(ACDB_MODEL_SPACE, space, AcDb::kForWrite), Acad::eOk);
+    table->close();
+    auto* foreign = new AcDbBlockReference(AcGePoint3d(20, 0, 0), block);
+    ASSERT_EQ(space->appendAcDbEntity(foreign), Acad::eOk);
+    foreign->close();
+    space->close();
+    ASSERT_TRUE(dxf::saveDrawing(*db, (dir / "blocks.dxf").string(), message)) << message;
+}
+
+void Explode::explodeAll() {
+    const Held blocks = heldIn(dir / "blocks.dxf");
+    const Held solids = heldIn(dir / "solids.dxf");
+    ASSERT_EQ(blocks.untaggedReferences, 1);
+    ASSERT_FALSE(blocks.references.empty());
+    ASSERT_FALSE(solids.solids.empty());
+
+    const Outcome run = explode("blocks.dxf", "ALL", "all.dxf");
+    for (const char* message : {"Nothing selected", "cannot be found", "Error"})
+        EXPECT_FALSE(has(run.out, message)) << run.out;
+    const Held all = heldIn(dir / "all.dxf");
+    EXPECT_TRUE(all.references.empty()) << "every imported reference goes";
+    EXPECT_EQ(all.untaggedReferences, 1) << "the foreign one stays";
+    // Each object makes again what a solid import makes of it: solids where it makes solids.
+    std::set<int> expected;
+    for (int object : keysOf(blocks.references))
+        if (solids.solids.count(object)) expected.insert(object);
+    ASSERT_FALSE(expected.empty());
+    EXPECT_EQ(keysOf(all.solids), expected);
+    expectSameSolids(all, solids, expected);
+    expectAuditedClean(dir / "all.dxf");
+}
+
+TEST_F(Explode, ChosenReferencesGoEvenWhenTheirFileOrObjectIsGone) {
+    importBoth("cylinder_blocks");
+    // An empty selection is told at the command line and in an alert.
+    const Outcome none = qelcad("run blocks.dxf --script " + write("n.scr", "QELXPLODE\n\nQUIT\n"));
+    EXPECT_TRUE(has(none.out, "\nNothing selected.")) << none.out;
+    EXPECT_TRUE(has(none.out, "\n** Nothing selected. **\n")) << none.out;
+    const Held blocks = heldIn(dir / "blocks.dxf");
+    const Held solids = heldIn(dir / "solids.dxf");
+    // Three references whose objects make solids: one made again, one whose file is moved away,
+    // one whose object the file no longer has.
+    std::vector<int> objects;
+    for (const auto& [object, handle] : blocks.references)
+        if (solids.solids.count(object)) objects.push_back(object);
+    ASSERT_GE(objects.size(), 3u);
+    const int some = objects[0], moved = objects[1], missing = objects[2];
+
+    // Everything but the references: nothing happens, without a word.
+    std::string everythingElse;
+    for (const std::string& handle : blocks.others)
+        everythingElse += handle + "\n";
+    ASSERT_FALSE(everythingElse.empty());
+    const Outcome lines = explode("blocks.dxf", everythingElse, "lines.dxf");
+    const Held untouched = heldIn(dir / "lines.dxf");
+    EXPECT_EQ(untouched.references, blocks.references);
+    EXPECT_EQ(untouched.entities, blocks.entities);
+    for (const char* message : {"Nothing selected", "cannot be found", "Error"})
+        EXPECT_FALSE(has(lines.out, message)) << lines.out;
+
+    explode("blocks.dxf", blocks.references.at(some), "some.dxf");
+    const Held first = heldIn(dir / "some.dxf");
+    EXPECT_EQ(first.references.size(), blocks.references.size() - 1);
+    EXPECT_FALSE(first.references.count(some));
+    EXPECT_EQ(keysOf(first.solids), std::set<int>{some});
+    expectSameSolids(first, solids, {some});
+
+    fs::rename(file, dir / "elsewhere.qel");
+    const Outcome gone = explode("some.dxf", blocks.references.at(moved), "moved.dxf");
+    EXPECT_TRUE(has(gone.out, "The qel creation file for this object cannot be found")) << gone.out;
+    const Held second = heldIn(dir / "moved.dxf");
+    EXPECT_FALSE(second.references.count(moved)) << "deleted before the file was looked for";
+    EXPECT_EQ(second.references.size(), first.references.size() - 1);
+    EXPECT_EQ(keysOf(second.solids), std::set<int>{some});
+
+    // The file back, but too short to hold the object.
+    qeljson::build(R"({"format": "qel-json-1", "objects": [
+        {"class": "ModelSpace", "params": [["objectList", "uint[]", []]]},
+        {"class": "Header", "params": [["rootLocation", "uint", 0]]}]})",
+                   "short", file);
+    ASSERT_GE(missing, 2);
+    const Outcome lost = explode("moved.dxf", blocks.references.at(missing), "missing.dxf");
+    EXPECT_TRUE(has(lost.out, "Error reading object creation qel file")) << lost.out;
+    const Held third = heldIn(dir / "missing.dxf");
+    EXPECT_FALSE(third.references.count(missing));
+    EXPECT_EQ(third.references.size(), second.references.size() - 1);
+    EXPECT_EQ(keysOf(third.solids), std::set<int>{some});
+    for (const char* saved : {"some.dxf", "moved.dxf", "missing.dxf"})
+        expectAuditedClean(dir / saved);
+}
+
+// The menu through the command line under two versions: loaded, then unloaded, read back with
+// the host's own listing and variable.
+TEST_F(QelinEndToEnd, QelmenuLoadsThenUnloadsTheMenuOfTheHostsVersion) {
+    const std::string script =
+        write("m.scr", "QELMENU\nMENUGROUPS\nSETVAR MENUBAR\n\nQELMENU\nMENUGROUPS\nQUIT\n");
+    struct Case {
+        const char* version;
+        const char* loaded;
+        const char* menuBar;
+    };
+    for (const Case& c : {Case{"18.2s", "Menu groups: QEL\nPull-downs: P12=+QEL.POP11\n", "1"},
+                          Case{"19.0s", "Menu groups: QEL\nPull-downs: P12=+QEL.POP11\n", "0"},
+                          Case{"17.2s", "Menu groups: QEL\nPull-downs: P10=+QEL.POP11\n", "0"}}) {
+        const Outcome run =
+            qelcad(std::string("run --set ACADVER=") + c.version + " --script " + script);
+        EXPECT_EQ(run.status, 0) << run.out;
+        const auto loaded = run.out.find(c.loaded);
+        const auto unloaded = run.out.find("Menu groups: none\nPull-downs: none\n");
+        ASSERT_NE(loaded, std::string::npos) << c.version << ":\n" << run.out;
+        ASSERT_NE(unloaded, std::string::npos) << c.version << ":\n" << run.out;
+        EXPECT_LT(loaded, unloaded);
+        EXPECT_TRUE(has(run.out, std::string("Enter new value for MENUBAR <") + c.menuBar + ">"))
+            << run.out;
     }
 }

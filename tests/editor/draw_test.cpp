@@ -128,6 +128,26 @@ TEST_F(DrawCommands, MenusLoadByGroupAndInsertPullDowns) {
     std::filesystem::remove_all(folder);
 }
 
+TEST_F(DrawCommands, MenugroupsListsGroupsAndPullDowns) {
+    const auto folder =
+        std::filesystem::temp_directory_path() / ("qel-editor-groups-" + std::to_string(getpid()));
+    std::filesystem::create_directories(folder);
+    std::ofstream(folder / "A.mns") << "***MENUGROUP=QEL\n";
+    std::ofstream(folder / "Tools.cuix") << "packed\n";
+    qelhost::setSupportFolders({folder});
+    ASSERT_EQ(qelhost::runCommand(L"MENUGROUPS"), RTNORM);
+    EXPECT_NE(printed().find(L"Menu groups: none\nPull-downs: none\n"), std::wstring::npos);
+    ASSERT_EQ(acedCommand(RTSTR, L"_menuload", RTSTR, L"A.mns", RTNONE), RTNORM);
+    ASSERT_EQ(acedCommand(RTSTR, L"_cuiload", RTSTR, L"Tools.cuix", RTNONE), RTNORM);
+    ASSERT_EQ(acedMenuCmd(L"P12=+QEL.POP11"), RTNORM);
+    ASSERT_EQ(qelhost::runCommand(L"MENUGROUPS"), RTNORM);
+    EXPECT_NE(printed().find(L"Menu groups: QEL TOOLS\nPull-downs: P12=+QEL.POP11\n"),
+              std::wstring::npos)
+        << printed();
+    qelhost::setSupportFolders({});
+    std::filesystem::remove_all(folder);
+}
+
 // A person at the keyboard, as the terminal is.
 class KeyboardInput : public qelhost::ScriptInput {
 public:

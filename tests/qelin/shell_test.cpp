@@ -3,6 +3,7 @@
 #include "host_fixture.h"
 #include "shell/app_messages.h"
 #include "shell/commands.h"
+#include "shell/menu_loading.h"
 
 #include <arx/accmd.h>
 
@@ -52,14 +53,71 @@ TEST_F(Shell, StartUpReportsTheMissingCompanionThenAnnouncesAndAddsTheCommands) 
         EXPECT_EQ(command(row.name), nullptr) << row.name << " left with the group";
 }
 
-TEST_F(Shell, CommandsOfLaterBuildsSaySoInOneLine) {
+namespace {
+
+short shortVariable(const wchar_t* name) {
+    resbuf value;
+    value.restype = RTNONE;
+    EXPECT_EQ(acedGetVar(name, &value), RTNORM) << name;
+    return value.resval.rint;
+}
+
+void setShort(const wchar_t* name, short to) {
+    resbuf value;
+    value.restype = RTSHORT;
+    value.resval.rint = to;
+    ASSERT_EQ(acedSetVar(name, &value), RTNORM) << name;
+}
+
+} // namespace
+
+// Each version takes its menu file and pull-down place; the second run unloads what the first
+// loaded, and both leave the echo and file-dialog switches as they found them.
+TEST_F(Shell, QelmenuTogglesTheMenuInTheFormOfTheHostsVersion) {
+    struct Case {
+        const wchar_t* version;
+        const wchar_t* insert;
+        short menuBar; // after the load, from 0
+    };
+    const Case cases[] = {
+        {L"17.2s (LMS Tech)", L"P10=+QEL.POP11", 0},
+        {L"18.2s (LMS Tech)", L"P12=+QEL.POP11", 1},
+        {L"19.0s (LMS Tech)", L"P12=+QEL.POP11", 0},
+        {L"24.199", L"P12=+QEL.POP11", 0},
+    };
+    qelhost::setSupportFolders({QEL_MENU_DIR});
     start();
-    for (const wchar_t* name : {L"QELXPLODE", L"QELMENU"}) {
-        const std::size_t mark = win::Transcript::instance().size();
-        command(name)->functionAddr()();
-        EXPECT_EQ(win::Transcript::instance().printed(mark),
-                  L"\n" + std::wstring(name) + L" is not in this build of QelIn.\n");
+    for (const Case& c : cases) {
+        ASSERT_EQ(qelhost::setSystemVariable(L"ACADVER", c.version, true), RTNORM);
+        setShort(L"MENUBAR", 0);
+        setShort(L"CMDECHO", 1);
+        setShort(L"FILEDIA", 1);
+        command(L"QELMENU")->functionAddr()();
+        EXPECT_TRUE(acedIsMenuGroupLoaded(L"QEL")) << c.version;
+        EXPECT_EQ(qelhost::insertedMenus(), std::vector<std::wstring>{c.insert}) << c.version;
+        EXPECT_EQ(shortVariable(L"MENUBAR"), c.menuBar) << c.version;
+        EXPECT_EQ(shortVariable(L"CMDECHO"), 1);
+        EXPECT_EQ(shortVariable(L"FILEDIA"), 1);
+
+        setShort(L"MENUBAR", 0);
+        command(L"QELMENU")->functionAddr()();
+        EXPECT_FALSE(acedIsMenuGroupLoaded(L"QEL")) << c.version;
+        EXPECT_TRUE(qelhost::insertedMenus().empty()) << c.version;
+        EXPECT_EQ(shortVariable(L"MENUBAR"), 0) << "an unload leaves the menu bar alone";
+        EXPECT_EQ(shortVariable(L"CMDECHO"), 1);
+        EXPECT_EQ(shortVariable(L"FILEDIA"), 1);
     }
+    ASSERT_EQ(qelhost::setSystemVariable(L"ACADVER", L"19.1", true), RTNORM);
+    qelhost::setSupportFolders({});
+}
+
+TEST_F(Shell, TheHostVersionIsCutToTwoDecimals) {
+    for (const auto& [text, version] : {std::pair{L"18.199s (LMS Tech)", 18.19},
+                                        std::pair{L"19", 19.0}, std::pair{L"beta", 0.0}}) {
+        ASSERT_EQ(qelhost::setSystemVariable(L"ACADVER", text, true), RTNORM);
+        EXPECT_DOUBLE_EQ(QelHostVersion(), version) << text;
+    }
+    ASSERT_EQ(qelhost::setSystemVariable(L"ACADVER", L"19.1", true), RTNORM);
 }
 
 TEST_F(Shell, UnloadingADrawingMarksEveryRecordButResetsOnlyTheCurrentOne) {

@@ -121,6 +121,10 @@ std::span<const ProcessorCommand> menuCommands() {
     return kCommands;
 }
 
+std::vector<std::wstring> loadedMenuGroups() {
+    return menus().groups;
+}
+
 std::vector<std::wstring> insertedMenus() {
     return menus().inserted;
 }

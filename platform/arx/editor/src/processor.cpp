@@ -11,8 +11,9 @@ namespace qelhost {
 namespace {
 
 const Family kFamilies[] = {
-    ucsCommands,   layerCommands, drawCommands,   viewCommands,  menuCommands,      hostCommands,
-    curveCommands, editCommands,  changeCommands, solidCommands, solidEditCommands, inspectCommands,
+    ucsCommands,       layerCommands,     drawCommands,    viewCommands, menuCommands,
+    menuStateCommands, hostCommands,      curveCommands,   editCommands, changeCommands,
+    solidCommands,     solidEditCommands, inspectCommands,
 };
 
 bool echoOn() {

@@ -71,6 +71,7 @@ std::span<const ProcessorCommand> layerCommands();
 std::span<const ProcessorCommand> drawCommands();
 std::span<const ProcessorCommand> viewCommands();
 std::span<const ProcessorCommand> menuCommands();
+std::span<const ProcessorCommand> menuStateCommands();
 std::span<const ProcessorCommand> hostCommands();
 std::span<const ProcessorCommand> curveCommands();
 std::span<const ProcessorCommand> editCommands();
@@ -82,6 +83,9 @@ std::span<const ProcessorCommand> inspectCommands();
 // Every family of the processor; a name belongs to one family only.
 using Family = std::span<const ProcessorCommand> (*)();
 std::span<const Family> processorFamilies();
+
+// The menu groups loaded, in load order, upper case.
+std::vector<std::wstring> loadedMenuGroups();
 
 // The processor command of that name (prefixes and case ignored), or null.
 const ProcessorCommand* findProcessorCommand(std::wstring_view name);

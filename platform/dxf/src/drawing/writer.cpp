@@ -1,5 +1,6 @@
 // The database as a DXF file: header, classes, tables, blocks, entities, objects.
 #include <arx/acdb.h>
+#include <arx/dbdict.h>
 #include <arx/dbhost.h>
 #include <arx/dbkept.h>
 #include <arx/dbpoly.h>
@@ -62,6 +63,12 @@ private:
             if (m_db.getAcDbObjectId(id, false, AcDbHandle(h)) != Acad::eOk) continue;
             AcDbObject* object = nullptr;
             if (acdbOpenAcDbObject(object, id, AcDb::kForRead) != Acad::eOk) continue;
+            if (emptyAnonymousGroup(*object)) {
+                // Its members all erased, it goes with them: the dictionary entry naming it is
+                // left out as a dangling pointer.
+                object->close();
+                continue;
+            }
             m_written.insert(h);
             if (!AcDbEntity::cast(object)) {
                 m_objects.push_back(id);
@@ -82,6 +89,11 @@ private:
             }
             object->close();
         }
+    }
+
+    static bool emptyAnonymousGroup(const AcDbObject& object) {
+        const auto* group = AcDbGroup::cast(&object);
+        return group && group->isAnonymous() && group->numEntities() == 0;
     }
 
     void section(const char* name) {
