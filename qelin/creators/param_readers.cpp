@@ -9,18 +9,43 @@
 
 namespace {
 
-// The values of a double array param, or false for an absent param or one of another type.
+// The values of a double array param, or false for an absent param, one of another type or one
+// with a value that is not a finite number (told).
 bool doubleArray(QelObject* object, const char* name, double*& values, unsigned& count) {
     QelParam* param = QelParamOf(object, name);
     if (!param || param->GetType() != QelDoubleArrayType) return false;
     values = nullptr;
     count = 0;
     param->GetValue(values, count, false);
-    return true;
+    return QelFiniteValues(name, values, count);
 }
 
 double maybeConverted(double value, bool convert) {
     return convert ? QelToDrawing(value) : value;
+}
+
+// A number param as a double, in drawing units when converted; false for an absent param, one
+// that holds no number, or a value that is not finite before or after the units (told).
+bool readNumber(QelObject* object, const char* name, double& value, bool convert) {
+    QelParam* param = QelParamOf(object, name);
+    if (!param || !QelIsNumberType(param->GetType())) return false;
+    double read = 0.0;
+    param->GetValue(read);
+    if (!QelFiniteValues(name, &read, 1)) return false;
+    read = maybeConverted(read, convert);
+    if (!QelFiniteValues(name, &read, 1)) return false;
+    value = read;
+    return true;
+}
+
+// The values converted to drawing units must stay finite too.
+bool finiteConverted(const char* name, const double* values, unsigned count, bool convert) {
+    if (!convert) return true;
+    for (unsigned i = 0; i < count; ++i) {
+        const double value = maybeConverted(values[i], true);
+        if (!QelFiniteValues(name, &value, 1)) return false;
+    }
+    return true;
 }
 
 // n points from 3n doubles; with dropClosing, a last point within 1e-5 of the first in each of
@@ -29,7 +54,8 @@ bool readPoints(QelObject* object, const char* name, AcGePoint3dArray& points, b
                 bool dropClosing) {
     double* read = nullptr;
     unsigned count = 0;
-    if (!doubleArray(object, name, read, count)) return false;
+    if (!doubleArray(object, name, read, count) || !finiteConverted(name, read, count, convert))
+        return false;
     unsigned used = count - count % 3;
     if (dropClosing && used >= 6) {
         const double* last = read + used - 3;
@@ -46,7 +72,7 @@ bool readPoints(QelObject* object, const char* name, AcGePoint3dArray& points, b
 
 QelObject* nestedObject(QelObject* object, const char* name) {
     QelParam* param = QelParamOf(object, name);
-    if (!param) return nullptr;
+    if (!param || param->GetType() != QelObjectType) return nullptr;
     QelObject* nested = nullptr;
     param->GetValue(nested);
     return nested;
@@ -69,29 +95,25 @@ double QelToDrawing(double metres) {
 }
 
 bool GetDoubleParam(QelObject* object, const char* name, double& value, bool convert) {
-    QelParam* param = QelParamOf(object, name);
-    if (!param) return false;
-    double read = 0.0;
-    param->GetValue(read);
-    value = maybeConverted(read, convert);
-    return true;
+    return readNumber(object, name, value, convert);
 }
 
 bool GetFloatParam(QelObject* object, const char* name, float& value, bool convert) {
-    QelParam* param = QelParamOf(object, name);
-    if (!param) return false;
-    float read = 0.0f;
-    param->GetValue(read);
-    value = float(maybeConverted(read, convert));
+    double read = 0.0;
+    if (!readNumber(object, name, read, convert)) return false;
+    const float narrow = float(read);
+    const double widened = narrow;
+    if (!QelFiniteValues(name, &widened, 1)) return false;
+    value = narrow;
     return true;
 }
 
 bool GetPointParam(QelObject* object, const char* name, AcGePoint3d& point, bool convert) {
-    QelParam* param = QelParamOf(object, name);
-    if (!param) return false;
     double* values = nullptr;
     unsigned count = 0;
-    param->GetValue(values, count, false);
+    if (!doubleArray(object, name, values, count) ||
+        !finiteConverted(name, values, count < 3 ? count : 3, convert))
+        return false;
     double xyz[3] = {0.0, 0.0, 0.0};
     for (unsigned i = 0; i < count && i < 3; ++i)
         xyz[i] = maybeConverted(values[i], convert);
@@ -103,7 +125,8 @@ bool GetDoubleArrayParam(QelObject* object, const char* name, AcGeDoubleArray& v
                          bool convert) {
     double* read = nullptr;
     unsigned count = 0;
-    if (!doubleArray(object, name, read, count)) return false;
+    if (!doubleArray(object, name, read, count) || !finiteConverted(name, read, count, convert))
+        return false;
     for (unsigned i = 0; i < count; ++i)
         values.append(maybeConverted(read[i], convert));
     return true;
@@ -124,7 +147,8 @@ bool GetPoint2dArrayParam(QelObject* object, const char* name, AcGePoint2dArray&
                           bool convert) {
     double* read = nullptr;
     unsigned count = 0;
-    if (!doubleArray(object, name, read, count)) return false;
+    if (!doubleArray(object, name, read, count) || !finiteConverted(name, read, count, convert))
+        return false;
     for (unsigned i = 0; i + 2 <= count; i += 2)
         points.append(
             AcGePoint2d(maybeConverted(read[i], convert), maybeConverted(read[i + 1], convert)));
@@ -136,11 +160,11 @@ bool GetPoseTranslation(QelObject* object, const char* name, AcGePoint3d& point)
 }
 
 bool GetPoseRotation(QelObject* object, const char* name, double quad[4]) {
-    QelParam* param = QelParamOf(nestedObject(object, name), "rotation");
-    if (!param) return false;
     double* values = nullptr;
     unsigned count = 0;
-    param->GetValue(values, count, false);
+    if (!doubleArray(nestedObject(object, name), "rotation", values, count) ||
+        !finiteConverted("rotation", values, count < 3 ? count : 3, true))
+        return false;
     for (unsigned i = 0; i < count && i < 4; ++i)
         quad[i] = i < 3 ? QelToDrawing(values[i]) : values[i];
     return true;

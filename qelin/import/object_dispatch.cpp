@@ -5,6 +5,7 @@
 #include "foundation/state_guards.h"
 #include "foundation/string_ring.h"
 #include "import/read_qel_file.h"
+#include "objectfile/param_read.h"
 #include "shell/doc_data.h"
 
 #include <arx/aced.h>
@@ -35,6 +36,31 @@ std::wstring NarrowAsWide(const char* name) {
         garbled += unit;
     }
     return garbled;
+}
+
+// The creator on the object, with its values checked as they are read. A value refused there, or
+// a read the library refused (a param of a type the reader did not expect), fails this object
+// only; it is counted once, unless the creator counted an error of its own meanwhile.
+QelCreated createGuarded(QelCreator creator, QelObject* object, void* parent,
+                         unsigned char asAcisSolids, unsigned reference, const CString* fileName) {
+    unsigned before = 0;
+    QelGetErrorCount(before);
+    QelReadingObject reading(object->GetName(), reference);
+    QelCreated created = QelCreated::Done;
+    try {
+        created = creator(object, parent, kRowArgument, asAcisSolids, reference, fileName);
+    } catch (const QelException& e) {
+        CString text;
+        text.Format(L"\nObject %u (%hs): %hs", reference, object->GetName(), e.GetReason());
+        QelReportError(text);
+        created = QelCreated::Failed;
+    }
+    if (created != QelCreated::Failed && reading.Refused()) {
+        unsigned after = 0;
+        QelGetErrorCount(after);
+        if (after == before) QelCountError();
+    }
+    return created;
 }
 
 } // namespace
@@ -88,7 +114,7 @@ void DispatchObject(QelJob& job, QelObject* object, void* parent, unsigned char 
         const QelCreator creator =
             g_swapped[std::size_t(row)] ? g_swapped[std::size_t(row)] : entry->creator;
         const QelCreated created =
-            creator(object, in.parent, kRowArgument, asAcisSolids, reference, fileName);
+            createGuarded(creator, object, in.parent, asAcisSolids, reference, fileName);
         if (created == QelCreated::NotBuilt && !g_mentioned.test(std::size_t(row))) {
             acutPrintf(L"\n %hs objects are not imported in this build: skipped.\n",
                        entry->className);

@@ -1,16 +1,39 @@
 #include "objectfile/param_read.h"
 
+#include "foundation/error_report.h"
 #include "foundation/string_ring.h"
+
+#include <cmath>
+#include <cstdio>
 
 namespace {
 
 QelParamReadWatcher g_watcher = nullptr;
+QelReadingObject* g_reading = nullptr;
 
-QelParam* find(QelObject* object, const char* name, int type = 0) {
+QelParam* find(QelObject* object, const char* name, int type) {
     QelParam* param = QelParamOf(object, name);
-    if (param && type && param->GetType() != type) return nullptr;
+    if (param && param->GetType() != type) return nullptr;
     return param;
 }
+
+QelParam* findNumber(QelObject* object, const char* name) {
+    QelParam* param = QelParamOf(object, name);
+    if (param && !QelIsNumberType(param->GetType())) return nullptr;
+    return param;
+}
+
+// The array type whose elements are T.
+template <typename T>
+constexpr QelParamType kArrayType = QelUnknownType;
+template <>
+constexpr QelParamType kArrayType<unsigned> = QelUIntArrayType;
+template <>
+constexpr QelParamType kArrayType<int> = QelIntArrayType;
+template <>
+constexpr QelParamType kArrayType<short> = QelShortArrayType;
+template <>
+constexpr QelParamType kArrayType<unsigned char> = QelByteArrayType;
 
 template <typename T>
 unsigned appendArray(QelParam* param, QelArray<T>& out) {
@@ -24,7 +47,7 @@ unsigned appendArray(QelParam* param, QelArray<T>& out) {
 
 template <typename T>
 bool readArray(QelObject* object, const char* name, QelArray<T>& out) {
-    QelParam* param = find(object, name);
+    QelParam* param = find(object, name, kArrayType<T>);
     if (!param) return false;
     appendArray(param, out);
     return true;
@@ -42,8 +65,51 @@ void QelWatchParamReads(QelParamReadWatcher watcher) {
     g_watcher = watcher;
 }
 
+QelReadingObject::QelReadingObject(const char* className, unsigned reference)
+    : m_className(className), m_reference(reference), m_outer(g_reading) {
+    g_reading = this;
+}
+
+QelReadingObject::~QelReadingObject() {
+    g_reading = m_outer;
+}
+
+bool QelFiniteValues(const char* name, const double* values, unsigned count) {
+    for (unsigned i = 0; i < count; ++i) {
+        if (std::isfinite(values[i])) continue;
+        char value[32];
+        std::snprintf(value, sizeof value, "%g", values[i]);
+        CString text;
+        if (g_reading) {
+            g_reading->m_refused = true;
+            text.Format(L"\nObject %u (%hs): param \"%hs\" holds %hs, which is not a number: the "
+                        L"object is not imported.",
+                        g_reading->m_reference, g_reading->m_className, name, value);
+        } else {
+            text.Format(L"\nParam \"%hs\" holds %hs, which is not a number.", name, value);
+        }
+        QelReportError(text);
+        return false;
+    }
+    return true;
+}
+
+bool QelIsNumberType(QelParamType type) {
+    switch (type) {
+    case QelBoolType:
+    case QelShortType:
+    case QelIntType:
+    case QelUIntType:
+    case QelFloatType:
+    case QelDoubleType:
+        return true;
+    default:
+        return false;
+    }
+}
+
 bool QelReadString(QelObject* object, const char* name, CString& out) {
-    QelParam* param = find(object, name);
+    QelParam* param = find(object, name, QelStringType);
     if (!param) return false;
     const char* text = nullptr;
     param->GetValue(text);
@@ -52,7 +118,7 @@ bool QelReadString(QelObject* object, const char* name, CString& out) {
 }
 
 bool QelReadUnsigned(QelObject* object, const char* name, unsigned& out) {
-    QelParam* param = find(object, name);
+    QelParam* param = findNumber(object, name);
     if (!param) return false;
     param->GetValue(out);
     return true;
@@ -66,7 +132,7 @@ bool QelReadInt(QelObject* object, const char* name, int& out) {
 }
 
 bool QelReadShort(QelObject* object, const char* name, short& out) {
-    QelParam* param = find(object, name);
+    QelParam* param = findNumber(object, name);
     if (!param) return false;
     param->GetValue(out);
     return true;
@@ -85,6 +151,7 @@ bool QelReadDouble3(QelObject* object, const char* name, double out[3]) {
     double* values = nullptr;
     unsigned count = 0;
     param->GetValue(values, count, false);
+    if (!QelFiniteValues(name, values, count < 3 ? count : 3)) return false;
     for (unsigned i = 0; i < count && i < 3; ++i)
         out[i] = values[i];
     return true;
@@ -109,7 +176,7 @@ bool QelReadColour(QelObject* object, unsigned char& red, unsigned char& green,
 }
 
 bool QelReadUnsignedArray(QelObject* object, const char* name, QelArray<unsigned>& out) {
-    QelParam* param = find(object, name);
+    QelParam* param = find(object, name, QelUIntArrayType);
     return param && appendArray(param, out) > 0;
 }
 

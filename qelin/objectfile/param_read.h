@@ -1,6 +1,10 @@
 // The reading idiom of the importers, in thin wrappers: find the param by name, test its type
-// where it could hold several, copy the value out. Each returns false when the param is absent
-// (or of the wrong type, which counts as absent) and then leaves the output alone.
+// before asking the library for the value, copy the value out. Each returns false when the param
+// is absent (or of the wrong type, which counts as absent) and then leaves the output alone.
+//
+// Reals are checked where they are read: a value that is not a finite number is never handed
+// out. It is told (object number, class, param and value) and the object being read is marked
+// refused, so that the dispatcher counts it as failed.
 #pragma once
 
 #include "foundation/growing_array.h"
@@ -25,6 +29,32 @@ QelParam* QelParamOf(QelObject* object, const char* name);
 // that the importers ask only for params the catalogue has. Null stops it.
 using QelParamReadWatcher = void (*)(QelObject& object, const char* name);
 void QelWatchParamReads(QelParamReadWatcher watcher);
+
+// The object whose params are read during its lifetime, for messages about its values; the
+// dispatcher sets one per object (nested ones, as for a group's members, stack).
+class QelReadingObject {
+public:
+    QelReadingObject(const char* className, unsigned reference);
+    ~QelReadingObject();
+    // True when a value of this object was refused.
+    bool Refused() const { return m_refused; }
+    QelReadingObject(const QelReadingObject&) = delete;
+    QelReadingObject& operator=(const QelReadingObject&) = delete;
+
+private:
+    friend bool QelFiniteValues(const char*, const double*, unsigned);
+    const char* m_className;
+    unsigned m_reference;
+    bool m_refused = false;
+    QelReadingObject* m_outer;
+};
+
+// True when every value is a finite number. Otherwise the first that is not is told with the
+// object being read and the param's name, the object is marked refused, and false comes back.
+bool QelFiniteValues(const char* name, const double* values, unsigned count);
+
+// True for the types a number can be read from (the library converts among them).
+bool QelIsNumberType(QelParamType type);
 
 // A string param, turned wide.
 bool QelReadString(QelObject* object, const char* name, CString& out);

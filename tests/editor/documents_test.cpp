@@ -2,6 +2,11 @@
 #include "editor_test.h"
 
 #include <arx/acdocman.h>
+#include <arx/dbents.h>
+#include <arx/edhost.h>
+
+#include <filesystem>
+#include <unistd.h>
 
 namespace editortest {
 namespace {
@@ -67,6 +72,44 @@ TEST_F(Documents, CommandsNeedAnOpenDrawing) {
     EXPECT_EQ(qelhost::runCommand(L"LIST"), RTERROR);
     EXPECT_EQ(qelhost::runCommand(L"NEW"), RTNORM);
     EXPECT_NE(curDoc(), nullptr);
+}
+
+// CLOSE and QUIT offer a changed drawing to be saved: Cancel keeps it open, No lets it go as it
+// is, Yes saves it first; an unchanged drawing, or one just saved, goes without a question.
+TEST_F(Documents, ClosingAChangedDrawingOffersToSaveIt) {
+    const std::filesystem::path file =
+        std::filesystem::temp_directory_path() / ("close-" + std::to_string(::getpid()) + ".dxf");
+    answers(L"X\n");
+    EXPECT_EQ(qelhost::runCommand(L"CLOSE"), RTNORM); // new and untouched: no question
+    EXPECT_EQ(printed().find(L"Save changes"), std::wstring::npos);
+    EXPECT_EQ(curDoc(), nullptr);
+
+    qelhost::newDocument();
+    add(new AcDbLine(AcGePoint3d(0, 0, 0), AcGePoint3d(1, 0, 0)));
+    answers(L"C\n");
+    EXPECT_EQ(qelhost::runCommand(L"QUIT"), RTCAN);
+    EXPECT_FALSE(qelhost::quitRequested());
+    answers(L"C\n");
+    EXPECT_EQ(qelhost::runCommand(L"CLOSE"), RTCAN);
+    EXPECT_NE(printed().find(L"Save changes to Drawing"), std::wstring::npos) << printed();
+    ASSERT_NE(curDoc(), nullptr);
+    answers(L"Y\n" + file.wstring() + L"\n");
+    EXPECT_EQ(qelhost::runCommand(L"CLOSE"), RTNORM);
+    EXPECT_EQ(curDoc(), nullptr);
+
+    // Saved and then changed: No closes without writing the change.
+    std::string error;
+    ASSERT_NE(qelhost::openDocument(file, error), nullptr) << error;
+    EXPECT_EQ(entityCount(), 1);
+    answers(L"X\n");
+    EXPECT_EQ(qelhost::runCommand(L"CLOSE"), RTNORM);
+    ASSERT_NE(qelhost::openDocument(file, error), nullptr) << error;
+    add(new AcDbLine(AcGePoint3d(0, 0, 0), AcGePoint3d(2, 0, 0)));
+    answers(L"N\n");
+    EXPECT_EQ(qelhost::runCommand(L"CLOSE"), RTNORM);
+    ASSERT_NE(qelhost::openDocument(file, error), nullptr) << error;
+    EXPECT_EQ(entityCount(), 1);
+    std::filesystem::remove(file);
 }
 
 } // namespace

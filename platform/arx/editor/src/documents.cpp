@@ -1,6 +1,7 @@
 // Documents: the open drawings, the current one, their iterator and the manager's reactors.
 #include "host.h"
 
+#include <arx/dbhost.h>
 #include <dxf/drawing.h>
 
 #include "db/rxdefine.h"
@@ -88,11 +89,18 @@ void makeCurrent(Document* doc) {
 
 Document::Document(std::wstring name)
     : prefix(currentFolder()), title(std::move(name)), path(title),
-      database_(std::make_unique<AcDbDatabase>()) {}
+      database_(std::make_unique<AcDbDatabase>()) {
+    savedWrites = acdbHostWriteCloseCount(database_.get());
+}
 
 Document::Document(const std::filesystem::path& file, std::unique_ptr<AcDbDatabase> database)
     : database_(std::move(database)) {
     setFile(file);
+    savedWrites = acdbHostWriteCloseCount(database_.get());
+}
+
+bool Document::changed() const {
+    return acdbHostWriteCloseCount(database_.get()) != savedWrites;
 }
 
 void Document::setFile(const std::filesystem::path& file) {
@@ -147,6 +155,7 @@ bool saveDocument(AcApDocument* document, const std::filesystem::path& path, std
     }
     if (!dxf::saveDrawing(*doc->database(), path.string(), message)) return false;
     doc->setFile(path);
+    doc->savedWrites = acdbHostWriteCloseCount(doc->database());
     return true;
 }
 

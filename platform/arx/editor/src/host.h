@@ -35,6 +35,10 @@ public:
     std::wstring prefix, title;
     std::wstring path;
     bool hasFile = false;
+    // The database's count of write closings when it was read or last saved.
+    Adesk::UInt64 savedWrites = 0;
+    // True when the drawing changed since it was read or last saved.
+    bool changed() const;
     // Variables kept with the drawing.
     std::map<std::wstring, VarValue> vars;
 

@@ -93,14 +93,31 @@ int saveDrawing(CommandContext& ctx) {
     return saveTo(ctx, doc->path);
 }
 
-int closeDrawing(CommandContext&) {
+// A changed drawing is offered to be saved before it goes: RTNORM when it may go (saved or
+// not wanted), RTCAN when the operator keeps it open or its save failed. With nothing left to
+// answer (a script that ends there), the drawing goes as the run leaves it.
+int offerToSave(CommandContext& ctx, Document* doc) {
+    if (!doc->changed() || input().ended()) return RTNORM;
+    const Option kAnswers[] = {{L"Y", L"YES"}, {L"N", L"NO"}, {L"C", L"CANCEL"}};
+    const Answer answer = askOption(
+        ctx, L"Save changes to " + doc->title + L"? [Yes/No/Cancel] <Yes>: ", kAnswers, 0);
+    if (answer == Answer::kCancel || answer.option == 2) return RTCAN;
+    if (answer.option == 1) return RTNORM;
+    if (currentDocument() != doc) return RTCAN;
+    return saveDrawing(ctx) == RTNORM ? RTNORM : RTCAN;
+}
+
+int closeDrawing(CommandContext& ctx) {
     Document* doc = currentDocument();
     if (doc == nullptr) return RTERROR;
+    if (const int status = offerToSave(ctx, doc); status != RTNORM) return status;
     closeDocument(doc);
     return RTNORM;
 }
 
-int quit(CommandContext&) {
+// The current drawing, when changed, is offered to be saved first; a cancel keeps it open.
+int quit(CommandContext& ctx) {
+    if (Document* doc = currentDocument(); doc && offerToSave(ctx, doc) != RTNORM) return RTCAN;
     requestQuit();
     return RTNORM;
 }

@@ -6,6 +6,10 @@
 
 // Objects of the database now open (each opening counts once).
 Adesk::UInt64 acdbHostOpenObjectCount(const AcDbDatabase* database);
+// How many times an object of the database was closed after being opened for write (a new
+// object's first closing included): a drawing whose count moved since it was read or saved has
+// changed.
+Adesk::UInt64 acdbHostWriteCloseCount(const AcDbDatabase* database);
 // The resident objects that are open, in handle order.
 AcDbObjectIdArray acdbHostOpenObjects(const AcDbDatabase* database);
 

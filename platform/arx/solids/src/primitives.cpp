@@ -21,13 +21,16 @@ namespace {
 // some 16 digits: beyond this the tolerance is lost in rounding, and slicing or joining such a
 // body empties it or does not end.
 constexpr double kMaxSize = 1e8;
+// The smallest: ten times that tolerance. A thinner body has faces within tolerance of each
+// other, which the kernel can neither join nor write so that it reads them back.
+constexpr double kMinSize = 1e-6;
 
 bool inRange(double v) {
     return std::fabs(v) <= kMaxSize;
 }
 
 bool positive(double v) {
-    return v > 0.0 && inRange(v);
+    return v >= kMinSize && inRange(v);
 }
 
 // Elliptic section of an elliptic frustum at height z; radii along X and Y.
@@ -66,8 +69,8 @@ TopoDS_Shape overlappingTorus(double major, double minor) {
 
 Status Solid::createFrustum(double height, double xRadius, double yRadius, double topXRadius) {
     return guarded([&] {
-        if (!positive(height) || !positive(xRadius) || !positive(yRadius) || !(topXRadius >= 0.0) ||
-            !inRange(topXRadius))
+        if (!positive(height) || !positive(xRadius) || !positive(yRadius) ||
+            !(topXRadius == 0.0 || positive(topXRadius)))
             return Status::eInvalidInput;
         const gp_Ax2 base(gp_Pnt(0, 0, -0.5 * height), gp::DZ());
         TopoDS_Shape shape;

@@ -260,6 +260,10 @@ Adesk::UInt64 acdbHostOpenObjectCount(const AcDbDatabase* database) {
     return database ? AcDbImpl::of(const_cast<AcDbDatabase*>(database)).openCount : 0;
 }
 
+Adesk::UInt64 acdbHostWriteCloseCount(const AcDbDatabase* database) {
+    return database ? AcDbImpl::of(const_cast<AcDbDatabase*>(database)).writeCloses : 0;
+}
+
 AcDbObjectIdArray acdbHostOpenObjects(const AcDbDatabase* database) {
     AcDbObjectIdArray ids;
     if (database == nullptr) return ids;

@@ -108,9 +108,10 @@ Acad::ErrorStatus AcDbObject::assertWriteEnabled() const {
 
 Acad::ErrorStatus AcDbObject::close() {
     if (stub_ == nullptr) return Acad::eOk;
-    if (writeOpen_)
+    if (writeOpen_) {
         writeOpen_ = false;
-    else if (readers_ > 0)
+        ++AcDbImpl::of(database()).writeCloses;
+    } else if (readers_ > 0)
         --readers_;
     else
         return Acad::eNotOpenForRead;

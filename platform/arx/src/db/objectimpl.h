@@ -42,6 +42,8 @@ struct AcDbDatabase::Impl {
     std::unordered_map<Adesk::UInt64, AcDbStubPage*> pages;
     Adesk::UInt64 handseed = 1;
     Adesk::UInt64 openCount = 0;
+    // Closings after an opening for write: what tells a changed drawing.
+    Adesk::UInt64 writeCloses = 0;
     AcDbStub* blockTable = nullptr;
     AcDbStub* layerTable = nullptr;
     AcDbStub* ucsTable = nullptr;

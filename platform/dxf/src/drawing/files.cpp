@@ -58,7 +58,14 @@ bool saveDrawing(AcDbDatabase& db, const std::string& path, std::string& message
         out.rdbuf()->pubsetbuf(buffer.data(), std::streamsize(buffer.size()));
         out.open(temp, std::ios::binary | std::ios::trunc);
         if (!out) {
-            message = path + ": cannot write " + temp.string() + " (" + std::strerror(errno) + ")";
+            const std::string reason = std::strerror(errno);
+            const fs::path folder = target.has_parent_path() ? target.parent_path() : fs::path(".");
+            std::error_code ignored;
+            if (!fs::is_directory(folder, ignored))
+                message = path + ": the folder " + folder.string() + " does not exist";
+            else
+                message =
+                    path + ": cannot write in the folder " + folder.string() + " (" + reason + ")";
             return false;
         }
         try {

@@ -9,6 +9,7 @@
 #include <arx/dbpoly.h>
 #include <arx/dxfkind.h>
 #include <dxf/drawing.h>
+#include <dxf/tags.h>
 
 #include <algorithm>
 #include <cstdlib>
@@ -372,8 +373,10 @@ private:
         acdbOpenObject(table, tableId, AcDb::kForWrite);
         std::unique_ptr<AcDbSymbolTableRecord> owned = make<AcDbSymbolTableRecord>(kind);
         if (owned == nullptr) {
+            const std::string tableName = toUtf8(table->isA()->name());
             table->close();
-            fail(r.line, r.type + " is no record of this table");
+            fail(r.line, "a record of type " + quotedValue(r.type) + " cannot stand in the " +
+                             tableName + ": that is no kind of record it holds");
         }
         AcDbSymbolTableRecord* record = owned.get();
         fields(*record, kind, r, c, c.body, c.xdata);
