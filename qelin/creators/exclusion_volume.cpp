@@ -64,6 +64,7 @@ QelCreated CreateExclusionVolume(QelObject* object, void*, int, unsigned char, u
     AcGeDoubleArray thickness;
     const bool hasBox = GetDoubleArrayParam(object, "thickness", thickness, true);
     QelSetCurrentLayer(layer);
+    QelCreated result = QelCreated::Done;
     if (hasBox) {
         double size[3] = {0.0, 0.0, 0.0};
         for (int i = 0; i < 3 && i < thickness.length(); ++i)
@@ -76,10 +77,17 @@ QelCreated CreateExclusionVolume(QelObject* object, void*, int, unsigned char, u
             record.width = size[1];
             QelFillRecordOrigin(record, objIndex, filePath, CString());
             QelTagEntity(box, record, row.xdata);
+        } else {
+            // A box the modeller refuses (a side not above its tolerance, or beyond its reach).
+            CString text;
+            text.Format(L"\nObject %u (ExclusionVolume): no box of thickness %g x %g x %g.",
+                        objIndex, size[0], size[1], size[2]);
+            QelReportError(text);
+            result = QelCreated::Failed;
         }
     }
     doc.importContext = 0;
     QelSetCurrentLayer(layer);
     reader.Close();
-    return QelCreated::Done;
+    return result;
 }

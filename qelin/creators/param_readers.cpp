@@ -24,6 +24,19 @@ double maybeConverted(double value, bool convert) {
     return convert ? QelToDrawing(value) : value;
 }
 
+// The farthest a length or coordinate may reach, in drawing units: beyond it a double's spacing
+// exceeds a tenth of a unit, so that a part of some units can no longer be told from a point
+// and the modeller's bodies there cannot be written.
+constexpr double kFarthest = 1e15;
+
+// A length read as it comes to the drawing: a finite number within reach (told otherwise).
+bool withinReach(const char* name, double value) {
+    if (!QelFiniteValues(name, &value, 1)) return false;
+    if (std::fabs(value) > kFarthest)
+        return QelRefuseValue(name, value, "which lies beyond the drawing's reach");
+    return true;
+}
+
 // A number param as a double, in drawing units when converted; false for an absent param, one
 // that holds no number, or a value that is not finite before or after the units (told).
 bool readNumber(QelObject* object, const char* name, double& value, bool convert) {
@@ -33,18 +46,16 @@ bool readNumber(QelObject* object, const char* name, double& value, bool convert
     param->GetValue(read);
     if (!QelFiniteValues(name, &read, 1)) return false;
     read = maybeConverted(read, convert);
-    if (!QelFiniteValues(name, &read, 1)) return false;
+    if (convert && !withinReach(name, read)) return false;
     value = read;
     return true;
 }
 
-// The values converted to drawing units must stay finite too.
-bool finiteConverted(const char* name, const double* values, unsigned count, bool convert) {
+// Values that become lengths in the drawing must be within reach there.
+bool convertedWithinReach(const char* name, const double* values, unsigned count, bool convert) {
     if (!convert) return true;
-    for (unsigned i = 0; i < count; ++i) {
-        const double value = maybeConverted(values[i], true);
-        if (!QelFiniteValues(name, &value, 1)) return false;
-    }
+    for (unsigned i = 0; i < count; ++i)
+        if (!withinReach(name, maybeConverted(values[i], true))) return false;
     return true;
 }
 
@@ -54,7 +65,8 @@ bool readPoints(QelObject* object, const char* name, AcGePoint3dArray& points, b
                 bool dropClosing) {
     double* read = nullptr;
     unsigned count = 0;
-    if (!doubleArray(object, name, read, count) || !finiteConverted(name, read, count, convert))
+    if (!doubleArray(object, name, read, count) ||
+        !convertedWithinReach(name, read, count, convert))
         return false;
     unsigned used = count - count % 3;
     if (dropClosing && used >= 6) {
@@ -112,7 +124,7 @@ bool GetPointParam(QelObject* object, const char* name, AcGePoint3d& point, bool
     double* values = nullptr;
     unsigned count = 0;
     if (!doubleArray(object, name, values, count) ||
-        !finiteConverted(name, values, count < 3 ? count : 3, convert))
+        !convertedWithinReach(name, values, count < 3 ? count : 3, convert))
         return false;
     double xyz[3] = {0.0, 0.0, 0.0};
     for (unsigned i = 0; i < count && i < 3; ++i)
@@ -125,7 +137,8 @@ bool GetDoubleArrayParam(QelObject* object, const char* name, AcGeDoubleArray& v
                          bool convert) {
     double* read = nullptr;
     unsigned count = 0;
-    if (!doubleArray(object, name, read, count) || !finiteConverted(name, read, count, convert))
+    if (!doubleArray(object, name, read, count) ||
+        !convertedWithinReach(name, read, count, convert))
         return false;
     for (unsigned i = 0; i < count; ++i)
         values.append(maybeConverted(read[i], convert));
@@ -147,7 +160,8 @@ bool GetPoint2dArrayParam(QelObject* object, const char* name, AcGePoint2dArray&
                           bool convert) {
     double* read = nullptr;
     unsigned count = 0;
-    if (!doubleArray(object, name, read, count) || !finiteConverted(name, read, count, convert))
+    if (!doubleArray(object, name, read, count) ||
+        !convertedWithinReach(name, read, count, convert))
         return false;
     for (unsigned i = 0; i + 2 <= count; i += 2)
         points.append(
@@ -163,7 +177,7 @@ bool GetPoseRotation(QelObject* object, const char* name, double quad[4]) {
     double* values = nullptr;
     unsigned count = 0;
     if (!doubleArray(nestedObject(object, name), "rotation", values, count) ||
-        !finiteConverted("rotation", values, count < 3 ? count : 3, true))
+        !convertedWithinReach("rotation", values, count < 3 ? count : 3, true))
         return false;
     for (unsigned i = 0; i < count && i < 4; ++i)
         quad[i] = i < 3 ? QelToDrawing(values[i]) : values[i];

@@ -74,23 +74,25 @@ QelReadingObject::~QelReadingObject() {
     g_reading = m_outer;
 }
 
-bool QelFiniteValues(const char* name, const double* values, unsigned count) {
-    for (unsigned i = 0; i < count; ++i) {
-        if (std::isfinite(values[i])) continue;
-        char value[32];
-        std::snprintf(value, sizeof value, "%g", values[i]);
-        CString text;
-        if (g_reading) {
-            g_reading->m_refused = true;
-            text.Format(L"\nObject %u (%hs): param \"%hs\" holds %hs, which is not a number: the "
-                        L"object is not imported.",
-                        g_reading->m_reference, g_reading->m_className, name, value);
-        } else {
-            text.Format(L"\nParam \"%hs\" holds %hs, which is not a number.", name, value);
-        }
-        QelReportError(text);
-        return false;
+bool QelRefuseValue(const char* name, double value, const char* why) {
+    char shown[32];
+    std::snprintf(shown, sizeof shown, "%g", value);
+    CString text;
+    if (g_reading) {
+        g_reading->m_refused = true;
+        text.Format(L"\nObject %u (%hs): param \"%hs\" holds %hs, %hs: the object fails.",
+                    g_reading->m_reference, g_reading->m_className, name, shown, why);
+    } else {
+        text.Format(L"\nParam \"%hs\" holds %hs, %hs.", name, shown, why);
     }
+    QelReportError(text);
+    return false;
+}
+
+bool QelFiniteValues(const char* name, const double* values, unsigned count) {
+    for (unsigned i = 0; i < count; ++i)
+        if (!std::isfinite(values[i]))
+            return QelRefuseValue(name, values[i], "which is not a number");
     return true;
 }
 

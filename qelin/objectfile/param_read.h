@@ -42,13 +42,16 @@ public:
     QelReadingObject& operator=(const QelReadingObject&) = delete;
 
 private:
-    friend bool QelFiniteValues(const char*, const double*, unsigned);
+    friend bool QelRefuseValue(const char*, double, const char*);
     const char* m_className;
     unsigned m_reference;
     bool m_refused = false;
     QelReadingObject* m_outer;
 };
 
+// Tells a value that is not used, with the object being read, the param's name and why, and
+// marks the object refused. Always false.
+bool QelRefuseValue(const char* name, double value, const char* why);
 // True when every value is a finite number. Otherwise the first that is not is told with the
 // object being read and the param's name, the object is marked refused, and false comes back.
 bool QelFiniteValues(const char* name, const double* values, unsigned count);

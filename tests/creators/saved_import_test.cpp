@@ -6,6 +6,7 @@
 #include "shell/settings_store.h"
 
 #include <arx/dbdict.h>
+#include <arx/dbents.h>
 #include <dxf/drawing.h>
 
 #include <fstream>
@@ -72,6 +73,38 @@ TEST_F(SavedImport, ObjectsOfNamelessAndTemporaryLayersLeaveADrawingThatReopens)
     const std::string second = save(*reopened, "second.dxf");
     EXPECT_EQ(second.size(), first.size());
     EXPECT_NE(dxf::openDrawing((m_folder / "second.dxf").string(), message), nullptr) << message;
+}
+
+// Values no drawing can hold fail their objects only, each told by object, param and value: the
+// good line stays, and the drawing saves and opens again.
+TEST_F(SavedImport, ValuesNoDrawingHoldsFailTheirObjectsOnly) {
+    const std::string line =
+        R"({"class": "Line3d", "params": [["startPoint", "double[]", [0, 0, 0]], ["endPoint", "double[]", [1, 0, 0]]]})";
+    FileLayout layout;
+    layout.objects = {
+        line,
+        R"({"class": "Line3d", "params": [["startPoint", "double[]", [0, 0, 0]], ["endPoint", "double[]", [1, "NaN", 0]]]})",
+        R"({"class": "Sphere", "params": [["radius", "double", 0.5], ["pose", "object", {"class": "Transformation", "params": [["translation", "double[]", [1e20, 0, 0]]]}]]})",
+        R"({"class": "Cylinder", "params": [["radius", "string", "wide"], ["height", "double", 1]]})",
+    };
+    layout.layers = {{R"("Plant")", "[0, 1, 2, 3]", ""}};
+    run(build(layout.json()));
+    EXPECT_GE(errorCount(), 3u);
+    const std::string log = logText();
+    EXPECT_NE(log.find("Object 1 (Line3d): param \"endPoint\" holds nan"), std::string::npos)
+        << log;
+    EXPECT_NE(log.find("Object 2 (Sphere): param \"translation\" holds 1e+20"), std::string::npos)
+        << log;
+    AcDbDatabase* db = acdbHostApplicationServices()->workingDatabase();
+    EXPECT_EQ(creatorstest::CountModelSpace(*db,
+                                            [](AcDbEntity& entity) {
+                                                auto* good = AcDbLine::cast(&entity);
+                                                return good && good->endPoint().x == 1.0;
+                                            }),
+              1);
+    save(*db, "saved.dxf");
+    std::string message;
+    EXPECT_NE(dxf::openDrawing((m_folder / "saved.dxf").string(), message), nullptr) << message;
 }
 
 } // namespace
