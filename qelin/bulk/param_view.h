@@ -7,6 +7,9 @@
 
 #include <qel/qel.h>
 
+#include <cmath>
+#include <type_traits>
+
 template <typename T>
 struct QelArrayView {
     T* data = nullptr;
@@ -24,6 +27,11 @@ bool QelViewArray(QelObject* object, const char* name, QelParamType type, QelArr
     out = QelArrayView<T>();
     param->GetValue(out.data, out.count, false);
     if (!out.data) out.count = 0;
+    // Reals are checked where they are read: one that is not a number fails the object.
+    if constexpr (std::is_floating_point_v<T>)
+        for (unsigned i = 0; i < out.count; ++i)
+            if (!std::isfinite(out.data[i]))
+                return QelRefuseValue(name, double(out.data[i]), "which is not a number");
     return true;
 }
 

@@ -11,29 +11,13 @@ namespace {
 QelParamReadWatcher g_watcher = nullptr;
 QelReadingObject* g_reading = nullptr;
 
-QelParam* find(QelObject* object, const char* name, int type) {
+// With a type, a param of another type counts as absent; without, a mistyped param is left to
+// the library, which refuses to read it (the structure of the file: its walk ends there).
+QelParam* find(QelObject* object, const char* name, int type = 0) {
     QelParam* param = QelParamOf(object, name);
-    if (param && param->GetType() != type) return nullptr;
+    if (param && type && param->GetType() != type) return nullptr;
     return param;
 }
-
-QelParam* findNumber(QelObject* object, const char* name) {
-    QelParam* param = QelParamOf(object, name);
-    if (param && !QelIsNumberType(param->GetType())) return nullptr;
-    return param;
-}
-
-// The array type whose elements are T.
-template <typename T>
-constexpr QelParamType kArrayType = QelUnknownType;
-template <>
-constexpr QelParamType kArrayType<unsigned> = QelUIntArrayType;
-template <>
-constexpr QelParamType kArrayType<int> = QelIntArrayType;
-template <>
-constexpr QelParamType kArrayType<short> = QelShortArrayType;
-template <>
-constexpr QelParamType kArrayType<unsigned char> = QelByteArrayType;
 
 template <typename T>
 unsigned appendArray(QelParam* param, QelArray<T>& out) {
@@ -47,7 +31,7 @@ unsigned appendArray(QelParam* param, QelArray<T>& out) {
 
 template <typename T>
 bool readArray(QelObject* object, const char* name, QelArray<T>& out) {
-    QelParam* param = find(object, name, kArrayType<T>);
+    QelParam* param = find(object, name);
     if (!param) return false;
     appendArray(param, out);
     return true;
@@ -111,7 +95,7 @@ bool QelIsNumberType(QelParamType type) {
 }
 
 bool QelReadString(QelObject* object, const char* name, CString& out) {
-    QelParam* param = find(object, name, QelStringType);
+    QelParam* param = find(object, name);
     if (!param) return false;
     const char* text = nullptr;
     param->GetValue(text);
@@ -120,7 +104,7 @@ bool QelReadString(QelObject* object, const char* name, CString& out) {
 }
 
 bool QelReadUnsigned(QelObject* object, const char* name, unsigned& out) {
-    QelParam* param = findNumber(object, name);
+    QelParam* param = find(object, name);
     if (!param) return false;
     param->GetValue(out);
     return true;
@@ -134,7 +118,7 @@ bool QelReadInt(QelObject* object, const char* name, int& out) {
 }
 
 bool QelReadShort(QelObject* object, const char* name, short& out) {
-    QelParam* param = findNumber(object, name);
+    QelParam* param = find(object, name);
     if (!param) return false;
     param->GetValue(out);
     return true;
@@ -178,7 +162,7 @@ bool QelReadColour(QelObject* object, unsigned char& red, unsigned char& green,
 }
 
 bool QelReadUnsignedArray(QelObject* object, const char* name, QelArray<unsigned>& out) {
-    QelParam* param = find(object, name, QelUIntArrayType);
+    QelParam* param = find(object, name);
     return param && appendArray(param, out) > 0;
 }
 

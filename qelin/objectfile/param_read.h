@@ -1,6 +1,7 @@
 // The reading idiom of the importers, in thin wrappers: find the param by name, test its type
-// before asking the library for the value, copy the value out. Each returns false when the param
-// is absent (or of the wrong type, which counts as absent) and then leaves the output alone.
+// where it could hold several, copy the value out. Each returns false when the param is absent
+// (or of the wrong type, which counts as absent) and then leaves the output alone. A mistyped
+// param that is read untested is refused by the library; the dispatcher fails that object.
 //
 // Reals are checked where they are read: a value that is not a finite number is never handed
 // out. It is told (object number, class, param and value) and the object being read is marked

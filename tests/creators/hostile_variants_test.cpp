@@ -269,6 +269,7 @@ protected:
         qelhost::closeDocument(m_document);
         m_document = qelhost::newDocument();
         ASSERT_TRUE(WriteNumber(QEL_SETTINGS_KEY, L"ImportErrorCount", 0));
+        QelDocData().importPoints = 1; // point sets are imported only when asked for
         qelintest::FileLayout layout;
         layout.objects = {kGoodLine, bad, kMember};
         layout.layers = {{R"("Plant")", "[0, 1]", ""}};

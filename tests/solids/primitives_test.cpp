@@ -139,6 +139,12 @@ TEST(Builders, RefuseSizesOutOfRangeAndKeepTheSolid) {
     EXPECT_STATUS(Status::eInvalidInput, s.createFrustum(1, 1, 1, 1e300));
     EXPECT_STATUS(Status::eInvalidInput, s.createTorus(1e300, 1.0));
     EXPECT_STATUS(Status::eInvalidInput, s.createTorus(1.0, 1e300));
+    // Sizes below the kernel's tolerance: a body whose faces lie within it of each other.
+    const double denormal = 5e-324;
+    EXPECT_STATUS(Status::eInvalidInput, s.createFrustum(denormal, 1, 1, 1));
+    EXPECT_STATUS(Status::eInvalidInput, s.createFrustum(1, 1, 1, denormal));
+    EXPECT_STATUS(Status::eInvalidInput, s.createBox(1, 1e-9, 1));
+    EXPECT_STATUS(Status::eInvalidInput, s.createSphere(denormal));
     EXPECT_VOLUME(s, 1.0, 1.0);
 }
 
