@@ -19,7 +19,8 @@ struct QelArrayView {
     const T& operator[](unsigned i) const { return data[i]; }
 };
 
-// False when the param is absent or not of the array type given.
+// False (and empty) when the param is absent, not of the array type given, or holds a real that
+// is not a number.
 template <typename T>
 bool QelViewArray(QelObject* object, const char* name, QelParamType type, QelArrayView<T>& out) {
     QelParam* param = QelParamOf(object, name);
@@ -27,11 +28,15 @@ bool QelViewArray(QelObject* object, const char* name, QelParamType type, QelArr
     out = QelArrayView<T>();
     param->GetValue(out.data, out.count, false);
     if (!out.data) out.count = 0;
-    // Reals are checked where they are read: one that is not a number fails the object.
+    // Reals are checked where they are read: one that is not a number fails the object, and
+    // the array reads as empty.
     if constexpr (std::is_floating_point_v<T>)
         for (unsigned i = 0; i < out.count; ++i)
-            if (!std::isfinite(out.data[i]))
-                return QelRefuseValue(name, double(out.data[i]), "which is not a number");
+            if (!std::isfinite(out.data[i])) {
+                const double bad = out.data[i];
+                out = QelArrayView<T>();
+                return QelRefuseValue(name, bad, "which is not a number");
+            }
     return true;
 }
 
