@@ -88,9 +88,10 @@ struct LabelStyle {
             QelLogAppend(L"\nError reading Contour 'elevationUnit', using default");
         unit = QelContourLabelUnit(fileUnit > 16 ? 1 : fileUnit);
         QelParam* sizeParam = QelParamOf(graphics, "elevationSize");
-        if (sizeParam && sizeParam->GetType() == QelDoubleType)
+        if (sizeParam && sizeParam->GetType() == QelDoubleType) {
             sizeParam->GetValue(size);
-        else
+            if (!QelFiniteValues("elevationSize", &size, 1)) size = 0.0;
+        } else
             QelLogAppend(L"\nError reading Contour 'elevationSize',");
         QelArrayView<unsigned char> bytes;
         int packed = 0;

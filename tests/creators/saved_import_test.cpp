@@ -40,9 +40,11 @@ int taggedEntities(AcDbDatabase& db) {
     });
 }
 
+const std::string kLine =
+    R"({"class": "Line3d", "params": [["startPoint", "double[]", [0, 0, 0]], ["endPoint", "double[]", [1, 0, 0]]]})";
+
 TEST_F(SavedImport, ObjectsOfNamelessAndTemporaryLayersLeaveADrawingThatReopens) {
-    const std::string line =
-        R"({"class": "Line3d", "params": [["startPoint", "double[]", [0, 0, 0]], ["endPoint", "double[]", [1, 0, 0]]]})";
+    const std::string& line = kLine;
     FileLayout layout;
     layout.objects = {
         line,
@@ -78,11 +80,9 @@ TEST_F(SavedImport, ObjectsOfNamelessAndTemporaryLayersLeaveADrawingThatReopens)
 // Values no drawing can hold fail their objects only, each told by object, param and value: the
 // good line stays, and the drawing saves and opens again.
 TEST_F(SavedImport, ValuesNoDrawingHoldsFailTheirObjectsOnly) {
-    const std::string line =
-        R"({"class": "Line3d", "params": [["startPoint", "double[]", [0, 0, 0]], ["endPoint", "double[]", [1, 0, 0]]]})";
     FileLayout layout;
     layout.objects = {
-        line,
+        kLine,
         R"({"class": "Line3d", "params": [["startPoint", "double[]", [0, 0, 0]], ["endPoint", "double[]", [1, "NaN", 0]]]})",
         R"({"class": "Sphere", "params": [["radius", "double", 0.5], ["pose", "object", {"class": "Transformation", "params": [["translation", "double[]", [1e20, 0, 0]]]}]]})",
         R"({"class": "Cylinder", "params": [["radius", "string", "wide"], ["height", "double", 1]]})",
