@@ -1,6 +1,8 @@
 // BSplineCurve3d: a spline through fit points (with given end tangents, or drawn by the host's
 // spline command), or one of control points, knots and weights.
-#include "creators/creation_helpers.h"
+#include "creators/helpers/group_tag.h"
+#include "creators/helpers/model_space.h"
+#include "creators/helpers/placement.h"
 #include "creators/primitives.h"
 #include "foundation/error_report.h"
 #include "foundation/log_file.h"
@@ -24,13 +26,11 @@ bool made(AcDbSpline* spline) {
 
 void tagSpline(QelObject* object, AcDbEntity* spline, const AcGePoint3d& first, int partIndex,
                unsigned objIndex, const CString* filePath) {
-    const QelClassRow& kind = QelClassOf(QelCode::BSplineCurve3d);
     QelMemberRecord record;
-    record.memberType = kind.code;
     record.partIndex = partIndex;
-    QelGroupTagAnnotate(object, spline, kind.groupName, kind.groupKey, record, objIndex, filePath,
-                        AcGeMatrix3d::translation(first.asVector()), AcGeMatrix3d::kIdentity,
-                        kind.xdata);
+    QelGroupTagAnnotate(object, spline, QelClassOf(QelCode::BSplineCurve3d), record, objIndex,
+                        filePath, AcGeMatrix3d::translation(first.asVector()),
+                        AcGeMatrix3d::kIdentity);
 }
 
 // Placed, coloured and appended; false after the failure's text.

@@ -1,7 +1,8 @@
 #include "creators/caps.h"
 
-#include "creators/creation_helpers.h"
-#include "creators/fitting_parts.h"
+#include "creators/helpers/group_tag.h"
+#include "creators/helpers/model_space.h"
+#include "creators/helpers/solid_parts.h"
 #include "foundation/error_report.h"
 #include "import/class_table.h"
 #include "objectfile/param_read.h"

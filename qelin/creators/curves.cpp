@@ -1,9 +1,12 @@
 // Line3d, CircularArc3d, EllipticArc3d and Polyline3d: one curve each, in a group of its own.
-#include "creators/creation_helpers.h"
+#include "creators/helpers/group_tag.h"
+#include "creators/helpers/model_space.h"
+#include "creators/helpers/placement.h"
 #include "creators/primitives.h"
 #include "foundation/error_report.h"
 #include "foundation/log_file.h"
 #include "import/class_table.h"
+#include "objectfile/param_read.h"
 
 #include <arx/aced.h>
 
@@ -36,9 +39,7 @@ QelCreated placeArc(QelObject* object, const AcGeVector3d& major, double ratio, 
         return QelCreated::Failed;
     }
     QelMemberRecord record;
-    record.memberType = kind.code;
-    QelGroupTagAnnotate(object, arc, kind.groupName, kind.groupKey, record, objIndex, filePath,
-                        translation, rotation, kind.xdata);
+    QelGroupTagAnnotate(object, arc, kind, record, objIndex, filePath, translation, rotation);
     return QelCreated::Done;
 }
 
@@ -56,16 +57,14 @@ QelCreated CreateLine3d(QelObject* object, void*, int, unsigned char, unsigned o
         return QelCreated::Failed;
     }
     auto* line = new AcDbLine(start, end);
-    const QelClassRow& kind = QelClassOf(QelCode::Line3d);
     QelMemberRecord record;
-    record.memberType = kind.code;
     record.length = std::hypot(std::hypot(std::fabs(end.x - start.x), std::fabs(end.y - start.y)),
                                std::fabs(end.z - start.z));
     ApplyImportTransform(line);
     ApplyColour(object, line);
     if (AppendToModelSpace(line) != Acad::eOk) return QelCreated::Failed;
-    QelGroupTagAnnotate(object, line, kind.groupName, kind.groupKey, record, objIndex, filePath,
-                        movedTo(start), AcGeMatrix3d::kIdentity, kind.xdata);
+    QelGroupTagAnnotate(object, line, QelClassOf(QelCode::Line3d), record, objIndex, filePath,
+                        movedTo(start), AcGeMatrix3d::kIdentity);
     return QelCreated::Done;
 }
 
@@ -125,12 +124,10 @@ QelCreated CreatePolyline3d(QelObject* object, void*, int, unsigned char, unsign
         QelReportError(L"\nProcess Error adding polyline to current dwg space");
         return QelCreated::Failed;
     }
-    const QelClassRow& kind = QelClassOf(QelCode::Polyline3d);
     QelMemberRecord record;
-    record.memberType = kind.code;
     record.partIndex = 0;
     const AcGePoint3d first = points.isEmpty() ? AcGePoint3d::kOrigin : points[0];
-    QelGroupTagAnnotate(object, polyline, kind.groupName, kind.groupKey, record, objIndex, filePath,
-                        movedTo(first), AcGeMatrix3d::kIdentity, kind.xdata);
+    QelGroupTagAnnotate(object, polyline, QelClassOf(QelCode::Polyline3d), record, objIndex,
+                        filePath, movedTo(first), AcGeMatrix3d::kIdentity);
     return QelCreated::Done;
 }

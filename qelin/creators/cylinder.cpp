@@ -2,12 +2,16 @@
 // cylinder's radius and thickness, one block per size. Either way with its caps, its axis and
 // its group.
 #include "creators/caps.h"
-#include "creators/creation_helpers.h"
-#include "creators/fitting_parts.h"
+#include "creators/helpers/format_double.h"
+#include "creators/helpers/group_tag.h"
+#include "creators/helpers/model_space.h"
+#include "creators/helpers/placement.h"
+#include "creators/helpers/solid_parts.h"
 #include "creators/primitives.h"
 #include "foundation/error_report.h"
 #include "foundation/log_file.h"
 #include "import/class_table.h"
+#include "objectfile/param_read.h"
 #include "records/import_annotations.h"
 #include "records/xrecords.h"
 #include "shell/doc_data.h"

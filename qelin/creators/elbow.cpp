@@ -2,9 +2,11 @@
 // that stays in the drawing. The bend centre is the origin; the pipe starts at (R, 0, 0)
 // heading along +Y and turns counter-clockwise through the end angle. Three forms: smooth
 // along an arc, a bevel cut with one mitre at half the angle, and n straight mitred segments.
-#include "creators/creation_helpers.h"
 #include "creators/elbows.h"
-#include "creators/fitting_parts.h"
+#include "creators/helpers/group_tag.h"
+#include "creators/helpers/model_space.h"
+#include "creators/helpers/placement.h"
+#include "creators/helpers/solid_parts.h"
 #include "creators/last_entity.h"
 #include "foundation/error_report.h"
 #include "foundation/log_file.h"

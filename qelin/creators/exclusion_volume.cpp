@@ -1,12 +1,15 @@
 // ExclusionVolume: marks a region of the model with its box, centred on the pose, visible, on
 // the layer that was current. Its listed objects reach the drawing through their layers.
-#include "creators/creation_helpers.h"
-#include "creators/fitting_parts.h"
+#include "creators/helpers/group_tag.h"
+#include "creators/helpers/model_space.h"
+#include "creators/helpers/placement.h"
+#include "creators/helpers/solid_parts.h"
 #include "creators/object_sets.h"
 #include "foundation/error_report.h"
 #include "foundation/log_file.h"
 #include "foundation/state_guards.h"
 #include "import/class_table.h"
+#include "objectfile/param_read.h"
 #include "records/xrecords.h"
 #include "shell/doc_data.h"
 

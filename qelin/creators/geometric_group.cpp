@@ -3,7 +3,8 @@
 // the members find it by the serial they carry. A file can make the walk loop (a group listing
 // itself or a group that lists it) or list objects that are not drawn (the structure of the
 // file): each such member is reported once per read, counted and skipped.
-#include "creators/creation_helpers.h"
+#include "creators/helpers/group_tag.h"
+#include "creators/helpers/placement.h"
 #include "creators/object_sets.h"
 #include "foundation/error_report.h"
 #include "foundation/log_file.h"

@@ -2,7 +2,10 @@
 // holes given as one list of vertices and a list of end indices.
 #pragma once
 
-#include "creators/creation_helpers.h"
+#include <arx/arx.h>
+#include <arx/dbpl.h>
+#include <arx/dbregion.h>
+#include <qel/qel.h>
 
 #include <vector>
 

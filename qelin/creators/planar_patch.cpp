@@ -1,5 +1,8 @@
 // PlanarPatch: a flat polygon. With holes it becomes a region with the holes subtracted; without,
 // or when its outline makes no region, a face through the host's face command.
+#include "creators/helpers/group_tag.h"
+#include "creators/helpers/model_space.h"
+#include "creators/helpers/placement.h"
 #include "creators/patches.h"
 #include "creators/planar_outline.h"
 #include "foundation/error_report.h"

@@ -2,12 +2,16 @@
 // height by a plane parallel to the base. The sweep runs far beyond the height in pieces of at
 // most kPieceLength, so that the cut is true for an oblique direction too; each piece is a solid
 // with a group of its own.
-#include "creators/fitting_parts.h"
+#include "creators/helpers/group_tag.h"
+#include "creators/helpers/model_space.h"
+#include "creators/helpers/placement.h"
+#include "creators/helpers/solid_parts.h"
 #include "creators/patches.h"
 #include "creators/planar_outline.h"
 #include "foundation/error_report.h"
 #include "foundation/log_file.h"
 #include "import/class_table.h"
+#include "objectfile/param_read.h"
 #include "records/import_annotations.h"
 
 #include <arx/aced.h>

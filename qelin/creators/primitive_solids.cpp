@@ -1,11 +1,13 @@
 // Cone, Sphere, Torus and RectangularBox: one solid each, built about the local origin, placed
 // by the pose and the import transform, in a group of its own.
-#include "creators/creation_helpers.h"
-#include "creators/fitting_parts.h"
+#include "creators/helpers/group_tag.h"
+#include "creators/helpers/placement.h"
+#include "creators/helpers/solid_parts.h"
 #include "creators/primitives.h"
 #include "foundation/error_report.h"
 #include "foundation/log_file.h"
 #include "import/class_table.h"
+#include "objectfile/param_read.h"
 #include "records/import_annotations.h"
 
 #include <arx/aced.h>
@@ -48,12 +50,10 @@ QelCreated roundSolid(QelObject* object,
     AcDbEntity* placed = placeSolid(object, solid, AcGeMatrix3d::kIdentity, translation, rotation,
                                     {kind.noModelSpace, kind.appendFailed});
     if (!placed && !kind.groupedWhenNotAppended) return QelCreated::Failed;
-    const QelClassRow& row = QelClassOf(kind.code);
     QelMemberRecord record;
-    record.memberType = row.code;
     record.length = length;
-    QelGroupTagAnnotate(object, placed, row.groupName, row.groupKey, record, objIndex, filePath,
-                        translation, rotation, row.xdata);
+    QelGroupTagAnnotate(object, placed, QelClassOf(kind.code), record, objIndex, filePath,
+                        translation, rotation);
     return QelCreated::Done;
 }
 
@@ -93,15 +93,12 @@ QelCreated CreateCone(QelObject* object, void*, int, unsigned char, unsigned obj
     AcDbEntity* cone = placeSolid(object, solid, AcGeMatrix3d::kIdentity, translation, rotation,
                                   {nullptr, L"\nCould not append Cone to ACAD Database."});
     if (!cone) return QelCreated::Failed;
-    const QelClassRow& row = QelClassOf(QelCode::Cone);
     QelMemberRecord record;
-    record.memberType = row.code;
     record.length = height;
     record.radius0 = radius0;
     record.radius1 = radius1;
     record.centroid = centroid.z;
-    AcDbGroup* group =
-        QelGroupAndTag(cone, row.groupName, row.groupKey, record, objIndex, filePath, row.xdata);
+    AcDbGroup* group = QelGroupAndTag(cone, QelClassOf(QelCode::Cone), record, objIndex, filePath);
     AddAxisCenterLine(object, height, translation, rotation, objIndex, filePath);
     ImportAnnotations(object, translation, rotation, group);
     QelCloseGroup(group);
@@ -156,13 +153,11 @@ QelCreated CreateRectangularBox(QelObject* object, void*, int, unsigned char, un
         acutPrintf(L"\n End process RectBox\n");
         return QelCreated::Failed;
     }
-    const QelClassRow& row = QelClassOf(QelCode::RectangularBox);
     QelMemberRecord record;
-    record.memberType = row.code;
     record.length = height;
     record.width = width;
     record.depth = depth;
-    QelGroupTagAnnotate(object, box, row.groupName, row.groupKey, record, objIndex, filePath,
-                        translation, rotation, row.xdata);
+    QelGroupTagAnnotate(object, box, QelClassOf(QelCode::RectangularBox), record, objIndex,
+                        filePath, translation, rotation);
     return QelCreated::Done;
 }

@@ -2,8 +2,10 @@
 // of radius1 around the far centre, open at both ends. The far centre lies at height along
 // "direction"; both circles stay parallel to the local XY plane, so a direction other than Z
 // makes an eccentric reducer. Its axis is drawn as a centre line in the reducer's group.
-#include "creators/creation_helpers.h"
 #include "creators/elbows.h"
+#include "creators/helpers/group_tag.h"
+#include "creators/helpers/model_space.h"
+#include "creators/helpers/placement.h"
 #include "creators/last_entity.h"
 #include "foundation/error_report.h"
 #include "foundation/state_guards.h"

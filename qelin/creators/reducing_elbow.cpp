@@ -1,8 +1,10 @@
 // ReducingElbow: a bend whose pipe narrows from one radius to the other. One section does not
 // sweep it, so it is a polyface mesh of rings of 24 vertices around the bend, the radius of a
 // ring blending between the two ends, joined by triangles. The mesh is built where it stands.
-#include "creators/creation_helpers.h"
 #include "creators/elbows.h"
+#include "creators/helpers/group_tag.h"
+#include "creators/helpers/model_space.h"
+#include "creators/helpers/placement.h"
 #include "foundation/error_report.h"
 #include "import/class_table.h"
 #include "objectfile/param_read.h"

@@ -1,7 +1,9 @@
 #include "creators/section_outlines.h"
 
-#include "creators/creation_helpers.h"
+#include "creators/helpers/model_space.h"
+#include "creators/helpers/placement.h"
 #include "foundation/error_report.h"
+#include "objectfile/param_read.h"
 
 #include <vector>
 

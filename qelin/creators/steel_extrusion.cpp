@@ -2,8 +2,11 @@
 // solid it is built where it stands; in block mode each section and size is one block, defined
 // at the origin by the first member of it and shared by the others. Either way the member has
 // a visible centre line and a hidden bottom line in its group.
-#include "creators/creation_helpers.h"
-#include "creators/fitting_parts.h"
+#include "creators/helpers/format_double.h"
+#include "creators/helpers/group_tag.h"
+#include "creators/helpers/model_space.h"
+#include "creators/helpers/placement.h"
+#include "creators/helpers/solid_parts.h"
 #include "creators/last_entity.h"
 #include "creators/steel.h"
 #include "creators/steel_members.h"

@@ -1,8 +1,11 @@
 #include "creators/steel_members.h"
 
-#include "creators/creation_helpers.h"
+#include "creators/helpers/group_tag.h"
+#include "creators/helpers/model_space.h"
+#include "creators/helpers/placement.h"
 #include "foundation/error_report.h"
 #include "foundation/log_file.h"
+#include "objectfile/param_read.h"
 #include "objectfile/type_codes.h"
 #include "records/xrecords.h"
 

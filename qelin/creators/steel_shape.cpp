@@ -1,6 +1,8 @@
 // StdShape: a steel section's closed outline in the drawing, placed by the pose. A rectangular
 // tube is two outlines, the inner one outside the group.
-#include "creators/creation_helpers.h"
+#include "creators/helpers/group_tag.h"
+#include "creators/helpers/model_space.h"
+#include "creators/helpers/placement.h"
 #include "creators/section_outlines.h"
 #include "creators/steel.h"
 #include "foundation/error_report.h"

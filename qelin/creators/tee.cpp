@@ -1,8 +1,10 @@
-#include "creators/creation_helpers.h"
-#include "creators/fitting_parts.h"
 #include "creators/fittings.h"
+#include "creators/helpers/group_tag.h"
+#include "creators/helpers/placement.h"
+#include "creators/helpers/solid_parts.h"
 #include "foundation/error_report.h"
 #include "import/class_table.h"
+#include "objectfile/param_read.h"
 #include "records/import_annotations.h"
 
 #include <arx/dbdict.h>

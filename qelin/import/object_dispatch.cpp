@@ -84,12 +84,10 @@ QelCreatorSwap::~QelCreatorSwap() {
 }
 
 bool QelInObject::Lookup(QelJob& job, const char* className) {
-    rowCount = QelDispatchRowCount;
-    for (rowIndex = 0; rowIndex < rowCount; ++rowIndex)
-        if (const QelClassRow* row = QelDispatchRow(rowIndex);
-            row && ::strcasecmp(row->className, className) == 0) {
-            job.typeIndex = unsigned(rowIndex);
-            found = 1;
+    for (int row = 0; row < QelDispatchRowCount; ++row)
+        if (const QelClassRow* entry = QelDispatchRow(row);
+            entry && ::strcasecmp(entry->className, className) == 0) {
+            job.typeIndex = unsigned(row);
             return true;
         }
     return false;
@@ -122,7 +120,6 @@ void DispatchObject(QelJob& job, QelObject* object, void* parent, unsigned char 
         }
         // Only a failure the creator has left to the dispatcher counts here.
         in.result = created == QelCreated::Failed ? 1 : 0;
-        in.found = in.result == 0;
     }
     if (in.result != 0) {
         QelReportErrorNoLog(L"\nReturned Error Processing Object!");

@@ -37,11 +37,6 @@ public:
     // to job.typeIndex. False (and typeIndex untouched) when no row matches.
     bool Lookup(QelJob& job, const char* className);
 
-    int rowCount = 0;
-    void* parent = nullptr;
-    int rowIndex = -1;
-    int result = 0;
-    unsigned char found = 0;
-    CString text1;
-    CString text2;
+    void* parent = nullptr; // passed on to the creator
+    int result = 0;         // 1 when the creator left its failure to the dispatcher
 };

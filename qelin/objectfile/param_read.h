@@ -1,7 +1,8 @@
-// The reading idiom of the importers, in thin wrappers: find the param by name, test its type
-// where it could hold several, copy the value out. Each returns false when the param is absent
-// (or of the wrong type, which counts as absent) and then leaves the output alone. A mistyped
-// param that is read untested is refused by the library; the dispatcher fails that object.
+// The one way the importers read params: find the param by name, test its type where it could
+// hold several, copy the value out (lengths, for the creators, in drawing units). Each returns
+// false when the param is absent (or of the wrong type, which counts as absent) and then leaves
+// the output alone. A mistyped param that is read untested is refused by the library; the
+// dispatcher fails that object.
 //
 // Reals are checked where they are read: a value that is not a finite number is never handed
 // out. It is told (object number, class, param and value) and the object being read is marked
@@ -9,6 +10,8 @@
 #pragma once
 
 #include "foundation/growing_array.h"
+
+#include <arx/arx.h>
 
 #include <qel/qel.h>
 #include <win/win.h>
@@ -80,3 +83,43 @@ bool QelReadUnsignedArray(QelObject* object, const char* name, QelArray<unsigned
 bool QelReadIntArray(QelObject* object, const char* name, QelArray<int>& out);
 bool QelReadShortArray(QelObject* object, const char* name, QelArray<short>& out);
 bool QelReadByteArray(QelObject* object, const char* name, QelArray<unsigned char>& out);
+
+// Lengths and points of the creators. With convert, lengths go from metres to drawing units by
+// the import's unit row and scale.
+
+// A metres value of the file in drawing units.
+double QelToDrawing(double metres);
+
+bool GetDoubleParam(QelObject* object, const char* name, double& value, bool convert);
+bool GetFloatParam(QelObject* object, const char* name, float& value, bool convert);
+// The first three doubles of the param.
+bool GetPointParam(QelObject* object, const char* name, AcGePoint3d& point, bool convert);
+// Arrays test for a double array and treat any other type as absent; elements are appended.
+bool GetDoubleArrayParam(QelObject* object, const char* name, AcGeDoubleArray& values,
+                         bool convert);
+// n points from 3n doubles (a trailing part of a point is ignored).
+bool GetPoint3dArrayParam(QelObject* object, const char* name, AcGePoint3dArray& points,
+                          bool convert);
+// As GetPoint3dArrayParam; with convert, a last point whose file values lie within 1e-5 of the
+// first point's in each of x, y and z is dropped.
+bool GetFitPointArrayParam(QelObject* object, const char* name, AcGePoint3dArray& points,
+                           bool convert);
+// n points from 2n doubles.
+bool GetPoint2dArrayParam(QelObject* object, const char* name, AcGePoint2dArray& points,
+                          bool convert);
+// "translation" of the object held in param name, converted.
+bool GetPoseTranslation(QelObject* object, const char* name, AcGePoint3d& point);
+// "rotation" of that object: axis x, y, z (passed through the conversion) and the angle.
+bool GetPoseRotation(QelObject* object, const char* name, double quad[4]);
+// The double subName of the object held in param name, converted.
+bool GetSubObjectDouble(QelObject* object, const char* name, const char* subName, double& value);
+// That double, converted; 0.0 after "\nError getting <what> of object." when absent.
+double GetWidth(QelObject* object);
+double GetDepth(QelObject* object);
+double GetFlangeThickness(QelObject* object);
+double GetWebThickness(QelObject* object);
+double GetLength(QelObject* object);
+// A required length, converted: when absent the class's message is reported and false returned.
+bool QelRequireLength(QelObject* object, const char* name, double& value, const wchar_t* message);
+// The same for a value used as it stands (angles).
+bool QelRequireValue(QelObject* object, const char* name, double& value, const wchar_t* message);

@@ -1,9 +1,13 @@
 // The shared recipe on its own: reading in drawing units, the pose and the import transform,
 // colour, groups and tags, regions and centre lines, on entities of a real drawing.
-#include "creators/creation_helpers.h"
+#include "creators/helpers/format_double.h"
+#include "creators/helpers/group_tag.h"
+#include "creators/helpers/model_space.h"
+#include "creators/helpers/placement.h"
 #include "drawing_summary.h"
 #include "foundation/error_report.h"
 #include "host_fixture.h"
+#include "objectfile/param_read.h"
 #include "records/xrecords.h"
 
 #include <qel/qel_json.h>

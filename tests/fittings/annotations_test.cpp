@@ -7,7 +7,7 @@
 #include "records/import_annotations.h"
 #include "records/xrecords.h"
 
-#include "creators/creation_helpers.h"
+#include "creators/helpers/group_tag.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 #include "fittings_support.h"
 
 #include "creators/caps.h"
-#include "creators/creation_helpers.h"
+#include "creators/helpers/group_tag.h"
 
 #include <cmath>
 

@@ -1,5 +1,6 @@
-#include "creators/creation_helpers.h"
+#include "creators/helpers/model_space.h"
 
+#include "creators/helpers/placement.h"
 #include "foundation/error_report.h"
 #include "foundation/log_file.h"
 

@@ -1,6 +1,8 @@
-#include "creators/fitting_parts.h"
+#include "creators/helpers/solid_parts.h"
 
-#include "creators/creation_helpers.h"
+#include "creators/helpers/group_tag.h"
+#include "creators/helpers/model_space.h"
+#include "creators/helpers/placement.h"
 #include "foundation/error_report.h"
 #include "foundation/log_file.h"
 

@@ -1,4 +1,6 @@
-#include "creators/creation_helpers.h"
+#include "creators/helpers/group_tag.h"
+#include "creators/helpers/model_space.h"
+#include "creators/helpers/placement.h"
 
 #include "import/class_table.h"
 #include "records/import_annotations.h"
@@ -75,6 +77,21 @@ void QelGroupTagAnnotate(QelObject* object, AcDbEntity* entity, const ACHAR* gro
     ImportAnnotations(object, translation, rotation, group);
     QelCloseGroup(group);
     if (entity) AddXData(entity, text);
+}
+
+AcDbGroup* QelGroupAndTag(AcDbEntity* entity, const QelClassRow& kind, QelMemberRecord& record,
+                          unsigned objIndex, const CString* filePath) {
+    record.memberType = kind.code;
+    return QelGroupAndTag(entity, kind.groupName, kind.groupKey, record, objIndex, filePath,
+                          kind.xdata);
+}
+
+void QelGroupTagAnnotate(QelObject* object, AcDbEntity* entity, const QelClassRow& kind,
+                         QelMemberRecord& record, unsigned objIndex, const CString* filePath,
+                         const AcGeMatrix3d& translation, const AcGeMatrix3d& rotation) {
+    record.memberType = kind.code;
+    QelGroupTagAnnotate(object, entity, kind.groupName, kind.groupKey, record, objIndex, filePath,
+                        translation, rotation, kind.xdata);
 }
 
 AcDbObjectId AddCenterLine(QelObject* object, const AcGePoint3d& from, const AcGePoint3d& to,

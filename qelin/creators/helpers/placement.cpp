@@ -1,10 +1,8 @@
-#include "creators/creation_helpers.h"
+#include "creators/helpers/placement.h"
 
 #include "foundation/state_guards.h"
 #include "objectfile/param_read.h"
 #include "shell/doc_data.h"
-
-#include <cwchar>
 
 namespace {
 
@@ -59,16 +57,6 @@ void ApplyColour(QelObject* object, AcDbEntity* entity) {
     if (!QelReadColour(object, red, green, blue)) red = green = blue = 255;
     if (doc.importContext == 1) entity->setVisibility(AcDb::kInvisible, false);
     entity->setColorIndex(AcCmEntityColor::lookUpACI(red, green, blue), true);
-}
-
-const wchar_t* FormatDouble(double value, int /*digits*/, wchar_t* buffer) {
-    std::swprintf(buffer, QelFormatDoubleSize, L"%lf", value);
-    return buffer;
-}
-
-CString QelFormatDouble(double value) {
-    wchar_t buffer[QelFormatDoubleSize];
-    return CString(FormatDouble(value, 6, buffer));
 }
 
 void ResetUcs() {
