@@ -2,7 +2,10 @@
 
 #include "bulk/contour_labels.h"
 #include "bulk/param_view.h"
-#include "creators/creation_helpers.h"
+#include "creators/helpers/format_double.h"
+#include "creators/helpers/group_tag.h"
+#include "creators/helpers/model_space.h"
+#include "creators/helpers/placement.h"
 #include "foundation/error_report.h"
 #include "foundation/log_file.h"
 #include "import/class_table.h"

@@ -1,6 +1,9 @@
 #include "bulk/mesh_strips.h"
 
-#include "creators/creation_helpers.h"
+#include "creators/helpers/format_double.h"
+#include "creators/helpers/group_tag.h"
+#include "creators/helpers/model_space.h"
+#include "creators/helpers/placement.h"
 #include "objectfile/param_read.h"
 
 #include <arx/aced.h>

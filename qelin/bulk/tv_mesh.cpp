@@ -3,9 +3,13 @@
 #include "bulk/bulk_creators.h"
 
 #include "bulk/mesh_strips.h"
-#include "creators/creation_helpers.h"
+#include "creators/helpers/format_double.h"
+#include "creators/helpers/group_tag.h"
+#include "creators/helpers/model_space.h"
+#include "creators/helpers/placement.h"
 #include "foundation/error_report.h"
 #include "import/class_table.h"
+#include "objectfile/param_read.h"
 #include "records/import_annotations.h"
 #include "records/xrecords.h"
 
