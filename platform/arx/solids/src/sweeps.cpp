@@ -79,7 +79,7 @@ bool axisCrossesRegion(const TopoDS_Shape& region, const gp_Dir& normal, const g
     return false;
 }
 
-// Sweeps one wire along the spine with mitred corners into a closed solid.
+// Sub-shapes of one kind, each counted once.
 int countOf(const TopoDS_Shape& shape, TopAbs_ShapeEnum type) {
     TopTools_IndexedMapOfShape map;
     TopExp::MapShapes(shape, type, map);
