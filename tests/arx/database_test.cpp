@@ -247,6 +247,76 @@ TEST_F(ArxTest, SymbolTableNamesAndIteration) {
     EXPECT_EQ(count, 1);
 }
 
+// Lookups by name follow every change of the table: a new record, a rename (also one that only
+// changes case), an erased record whose name is taken again, and the first one brought back.
+TEST_F(ArxTest, SymbolTableLookupsFollowAddRenameEraseAndUnerase) {
+    AcDbLayerTable* layers = nullptr;
+    ASSERT_EQ(db->getLayerTable(layers, AcDb::kForWrite), Acad::eOk);
+    auto add = [&](const wchar_t* name) {
+        auto* layer = new AcDbLayerTableRecord;
+        EXPECT_EQ(layer->setName(name), Acad::eOk);
+        AcDbObjectId id;
+        EXPECT_EQ(layers->add(id, layer), Acad::eOk);
+        layer->close();
+        return id;
+    };
+    auto found = [&](const wchar_t* name, bool erasedToo = false) {
+        AcDbObjectId id;
+        return layers->getAt(name, id, erasedToo) == Acad::eOk ? id : AcDbObjectId::kNull;
+    };
+    const AcDbObjectId pipes = add(L"Pipes");
+    const AcDbObjectId steel = add(L"Steel");
+    EXPECT_EQ(found(L"PIPES"), pipes);
+    EXPECT_EQ(found(L"steel"), steel);
+    EXPECT_TRUE(layers->has(pipes));
+
+    {
+        Opened<AcDbLayerTableRecord> layer(pipes, AcDb::kForWrite);
+        EXPECT_EQ(layer->setName(L"STEEL"), Acad::eDuplicateRecordName);
+        ASSERT_EQ(layer->setName(L"Piping"), Acad::eOk);
+    }
+    EXPECT_TRUE(found(L"Pipes").isNull());
+    EXPECT_EQ(found(L"piping"), pipes);
+    {
+        Opened<AcDbLayerTableRecord> layer(pipes, AcDb::kForWrite);
+        ASSERT_EQ(layer->setName(L"PIPING"), Acad::eOk);
+    }
+    EXPECT_EQ(found(L"Piping"), pipes);
+    AcDbLayerTableRecord unnamed;
+    EXPECT_EQ(layers->add(&unnamed), Acad::eInvalidSymbolTableName);
+
+    {
+        Opened<AcDbLayerTableRecord> layer(steel, AcDb::kForWrite);
+        ASSERT_EQ(layer->erase(), Acad::eOk);
+    }
+    EXPECT_TRUE(found(L"Steel").isNull());
+    EXPECT_FALSE(layers->has(steel));
+    EXPECT_EQ(found(L"Steel", true), steel);
+    const AcDbObjectId newSteel = add(L"STEEL");
+    EXPECT_EQ(found(L"Steel"), newSteel);
+    // Asked for erased records too, the older one comes first, as the table lists it.
+    EXPECT_EQ(found(L"Steel", true), steel);
+
+    {
+        Opened<AcDbLayerTableRecord> layer(newSteel, AcDb::kForWrite);
+        ASSERT_EQ(layer->erase(), Acad::eOk);
+    }
+    AcDbObject* object = nullptr;
+    ASSERT_EQ(acdbOpenAcDbObject(object, steel, AcDb::kForWrite, true), Acad::eOk);
+    ASSERT_EQ(object->erase(false), Acad::eOk);
+    object->close();
+    EXPECT_EQ(found(L"steel"), steel);
+    EXPECT_TRUE(layers->has(steel));
+    EXPECT_FALSE(layers->has(newSteel));
+    // The erased one renamed leaves the name to the live one and is found by its new name.
+    ASSERT_EQ(acdbOpenAcDbObject(object, newSteel, AcDb::kForWrite, true), Acad::eOk);
+    ASSERT_EQ(AcDbLayerTableRecord::cast(object)->setName(L"Old steel"), Acad::eOk);
+    object->close();
+    EXPECT_EQ(found(L"Steel", true), steel);
+    EXPECT_EQ(found(L"OLD STEEL", true), newSteel);
+    layers->close();
+}
+
 TEST_F(ArxTest, PurgeKeepsWhatIsUsed) {
     AcDbLayerTable* layers = nullptr;
     ASSERT_EQ(db->getLayerTable(layers, AcDb::kForWrite), Acad::eOk);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "arx/dbmain.h"
@@ -93,8 +94,14 @@ protected:
 
 private:
     friend class AcDbSymbolTableIterator;
+    friend class AcDbSymbolTableRecord;
     friend struct AcDbImpl;
+    // A record of the table took a new name: its entry in the index moves with it.
+    void renamed(AcDbStub* record, const std::wstring& from, const std::wstring& to);
     std::vector<AcDbStub*> records_;
+    // Records by upper-case name, in the order they were added; erased ones stay listed, so
+    // an unerased record is found again and a name may be held by an erased and a live one.
+    std::unordered_map<std::wstring, std::vector<AcDbStub*>> byName_;
 };
 
 template <class Record>

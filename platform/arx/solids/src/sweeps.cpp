@@ -1,29 +1,39 @@
 // Solids swept from regions: extrusion, sweep along a path, revolution.
 #include "internal.h"
 
+#include <BOPAlgo_GlueEnum.hxx>
 #include <BRepAdaptor_Curve.hxx>
 #include <BRepAdaptor_Surface.hxx>
 #include <BRepAlgoAPI_Cut.hxx>
+#include <BRepAlgoAPI_Fuse.hxx>
+#include <BRepBndLib.hxx>
+#include <BRepBuilderAPI_Transform.hxx>
 #include <BRepClass_FaceClassifier.hxx>
 #include <BRepLib_FindSurface.hxx>
 #include <BRepOffsetAPI_DraftAngle.hxx>
 #include <BRepOffsetAPI_MakePipeShell.hxx>
+#include <BRepPrimAPI_MakeBox.hxx>
 #include <BRepPrimAPI_MakePrism.hxx>
 #include <BRepPrimAPI_MakeRevol.hxx>
 #include <BRepTools.hxx>
 #include <BRepTools_WireExplorer.hxx>
 #include <BRep_Builder.hxx>
 #include <BRep_Tool.hxx>
+#include <Bnd_Box.hxx>
 #include <Geom_Plane.hxx>
 #include <IntAna_IntConicQuad.hxx>
+#include <ShapeCustom.hxx>
+#include <ShapeUpgrade_UnifySameDomain.hxx>
 #include <TopExp.hxx>
 #include <TopExp_Explorer.hxx>
 #include <TopTools_IndexedMapOfShape.hxx>
+#include <TopTools_ListOfShape.hxx>
 #include <TopoDS.hxx>
 #include <TopoDS_Compound.hxx>
 #include <gp_Lin.hxx>
 #include <gp_Pln.hxx>
 
+#include <algorithm>
 #include <cmath>
 
 namespace arxsolids {
@@ -69,7 +79,7 @@ bool axisCrossesRegion(const TopoDS_Shape& region, const gp_Dir& normal, const g
     return false;
 }
 
-// Sweeps one wire along the spine with mitred corners into a closed solid.
+// Sub-shapes of one kind, each counted once.
 int countOf(const TopoDS_Shape& shape, TopAbs_ShapeEnum type) {
     TopTools_IndexedMapOfShape map;
     TopExp::MapShapes(shape, type, map);
@@ -151,6 +161,129 @@ Status applyDraft(TopoDS_Shape& prism, const gp_Dir& direction, const gp_Pln& ne
     return Status::eOk;
 }
 
+// Corners of a path made only of straight segments, repeated points dropped; empty for any
+// other path (arcs, bulges, splines, closed polylines).
+std::vector<gp_Pnt> straightCorners(const Curve& path) {
+    std::vector<gp_Pnt> corners;
+    if (const auto* c = std::get_if<PolylineCurve>(&path)) {
+        if (c->closed) return {};
+        for (std::size_t i = 0; i < c->vertices.size(); ++i) {
+            if (i + 1 < c->vertices.size() && c->vertices[i].bulge != 0.0) return {};
+            corners.push_back(toPnt(polylinePoint(*c, i)));
+        }
+    } else if (const auto* c = std::get_if<Polyline3dCurve>(&path)) {
+        if (c->closed) return {};
+        for (const Vec3& p : c->points)
+            corners.push_back(toPnt(p));
+    }
+    std::vector<gp_Pnt> kept;
+    for (const gp_Pnt& p : corners)
+        if (kept.empty() || kept.back().Distance(p) > 1e-12 * std::max(1.0, p.XYZ().Modulus()))
+            kept.push_back(p);
+    return kept.size() >= 2 ? kept : std::vector<gp_Pnt>{};
+}
+
+// The half-space beyond the plane through the point, on the side of the normal, as far as
+// reach goes: a box standing on the plane.
+TopoDS_Shape beyond(const gp_Pnt& point, const gp_Dir& normal, double reach) {
+    const gp_Ax2 frame(point, normal);
+    const gp_Pnt corner =
+        point.Translated(-reach * (gp_Vec(frame.XDirection()) + gp_Vec(frame.YDirection())));
+    return BRepPrimAPI_MakeBox(gp_Ax2(corner, normal, frame.XDirection()), 2 * reach, 2 * reach,
+                               reach)
+        .Shape();
+}
+
+// The profile swept along straight segments as a pipe: its section is the profile turned about
+// the path's start to stand square to the first segment, and stays square to every segment
+// after it. Each piece is a prism of the section cut on the planes that bisect its corners; the
+// first starts on the profile's own plane, the last ends square. The pieces are fused. A circle
+// so makes a round pipe whose volume is its area times the path's length, mitred at both ends
+// when it lies on a plane through the path's start that leans as a corner's would.
+TopoDS_Shape mitredPipe(const TopoDS_Shape& profile, const gp_Dir& normal,
+                        const std::vector<gp_Pnt>& corners) {
+    std::vector<gp_Dir> along;
+    for (std::size_t i = 0; i + 1 < corners.size(); ++i)
+        along.emplace_back(gp_Vec(corners[i], corners[i + 1]));
+    // How far the profile reaches from the path's start: bounds how far a mitre leans out.
+    Bnd_Box box;
+    BRepBndLib::Add(profile, box);
+    double reach = 0.0;
+    for (const gp_Pnt& p : {box.CornerMin(), box.CornerMax()})
+        reach = std::max(reach, 2.0 * p.Distance(corners.front()));
+    const gp_Pnt onProfile =
+        BRepAdaptor_Surface(facesOf(profile).front(), false).Plane().Location();
+    double length = 0.0;
+    for (std::size_t i = 0; i + 1 < corners.size(); ++i)
+        length += corners[i].Distance(corners[i + 1]);
+    // A corner turning almost back on itself has no mitre that bounds its pieces, nor does a
+    // profile facing almost across the first segment give a start.
+    const gp_Dir facing = normal.Dot(along.front()) < 0 ? normal.Reversed() : normal;
+    const double tilt = facing.Angle(along.front());
+    if (tilt > 0.5 * M_PI - 1e-3) return {};
+    std::vector<double> lean(corners.size(), 0.0);
+    lean[0] = reach * std::tan(tilt) + reach;
+    for (std::size_t i = 1; i + 1 < corners.size(); ++i) {
+        const double turn = along[i - 1].Angle(along[i]);
+        if (turn > M_PI - 1e-3) return {};
+        lean[i] = reach * std::tan(turn / 2) + reach;
+    }
+    const double far = 4.0 * (length + reach + *std::max_element(lean.begin(), lean.end()));
+
+    gp_Trsf place; // the section as it stands at the start of the current segment
+    if (!facing.IsParallel(along.front(), 1e-12))
+        place.SetRotation(gp_Ax1(corners.front(), facing.Crossed(along.front())),
+                          facing.Angle(along.front()));
+    TopTools_ListOfShape pieces;
+    for (std::size_t i = 0; i + 1 < corners.size(); ++i) {
+        if (i > 0) {
+            gp_Trsf move, turn;
+            move.SetTranslation(corners[i - 1], corners[i]);
+            if (!along[i - 1].IsParallel(along[i], 1e-12))
+                turn.SetRotation(gp_Ax1(corners[i], along[i - 1].Crossed(along[i])),
+                                 along[i - 1].Angle(along[i]));
+            place = turn * move * place;
+        }
+        gp_Trsf back;
+        back.SetTranslation(-lean[i] * gp_Vec(along[i]));
+        const TopoDS_Shape section = BRepBuilderAPI_Transform(profile, back * place, true).Shape();
+        const double run = corners[i].Distance(corners[i + 1]) + lean[i] + lean[i + 1];
+        // The prism's walls are made cylinders and planes again, so that the mitres cut them
+        // in exact conics.
+        const TopoDS_Shape prism = ShapeCustom::SweptToElementary(
+            BRepPrimAPI_MakePrism(section, gp_Vec(along[i]) * run).Shape());
+        TopTools_ListOfShape body, ends;
+        body.Append(prism);
+        ends.Append(
+            i > 0 ? beyond(corners[i], gp_Dir(-(gp_Vec(along[i - 1]) + gp_Vec(along[i]))), far)
+                  : beyond(onProfile, facing.Reversed(), far));
+        if (i + 2 < corners.size())
+            ends.Append(
+                beyond(corners[i + 1], gp_Dir(gp_Vec(along[i]) + gp_Vec(along[i + 1])), far));
+        BRepAlgoAPI_Cut cut;
+        cut.SetArguments(body);
+        cut.SetTools(ends);
+        cut.Build();
+        if (!cut.IsDone() || cut.HasErrors()) return {};
+        const TopoDS_Shape piece = cut.Shape();
+        pieces.Append(piece);
+    }
+    if (pieces.Size() == 1) return pieces.First();
+    TopTools_ListOfShape first;
+    first.Append(pieces.First());
+    pieces.RemoveFirst();
+    BRepAlgoAPI_Fuse fuse;
+    fuse.SetArguments(first);
+    fuse.SetTools(pieces);
+    // Neighbours only touch, on their common mitre.
+    fuse.SetGlue(BOPAlgo_GlueShift);
+    fuse.Build();
+    if (!fuse.IsDone() || fuse.HasErrors()) return {};
+    ShapeUpgrade_UnifySameDomain unify(fuse.Shape(), true, true, true);
+    unify.Build();
+    return unify.Shape();
+}
+
 } // namespace
 
 Status Solid::extrude(const Region& region, double height, double taperAngle) {
@@ -199,6 +332,10 @@ Status Solid::extrudeAlongPath(const Region& region, const Curve& path, double t
         if (const auto* line = std::get_if<LineCurve>(&path)) {
             body = BRepPrimAPI_MakePrism(profile, gp_Vec(toPnt(line->start), toPnt(line->end)))
                        .Shape();
+        } else if (const auto corners = straightCorners(path); !corners.empty()) {
+            body = mitredPipe(profile, *normal, corners);
+            if (body.IsNull()) return Status::eGeneralModelingFailure;
+            check = Check::kValidity;
         } else {
             const auto binormal = pathPlaneNormal(path, spine);
             // A profile without holes is one sweep, checked by its faces; holes go through

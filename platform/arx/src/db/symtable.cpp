@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cwchar>
 
 #include "../dxf/fieldtable.h"
@@ -37,12 +38,15 @@ Acad::ErrorStatus AcDbSymbolTableRecord::setName(const ACHAR* name) {
         if (std::wcschr(L"<>/\\\":;?|,=`", *p) || (*p == L'*' && p != name))
             return Acad::eInvalidSymbolTableName;
     // A new name must not clash with another record of the table.
-    if (const auto* table = AcDbSymbolTable::cast(AcDbImpl::peek(AcDbImpl::owner(this)))) {
+    auto* table = AcDbSymbolTable::cast(AcDbImpl::peek(AcDbImpl::owner(this)));
+    if (table) {
         AcDbObjectId other;
         if (table->getAt(name, other) == Acad::eOk && acdbStubOf(other) != AcDbImpl::stub(this))
             return Acad::eDuplicateRecordName;
     }
+    std::wstring from = std::move(name_);
     name_ = name;
+    if (table) table->renamed(AcDbImpl::stub(this), from, name_);
     return Acad::eOk;
 }
 
@@ -81,13 +85,12 @@ Acad::ErrorStatus AcDbSymbolTable::getAt(const ACHAR* name, AcDbObjectId& id,
                                          bool getErasedRecord) const {
     id = AcDbObjectId::kNull;
     if (name == nullptr) return Acad::eInvalidInput;
-    for (AcDbStub* s : records_) {
-        const auto* record = static_cast<const AcDbSymbolTableRecord*>(AcDbImpl::peek(s));
-        if (record == nullptr || (AcDbImpl::erased(s) && !getErasedRecord)) continue;
-        if (acdbEqualNoCase(record->name(), name)) {
-            id = s;
-            return Acad::eOk;
-        }
+    const auto found = byName_.find(acdbUpper(name));
+    if (found == byName_.end()) return Acad::eKeyNotFound;
+    for (AcDbStub* s : found->second) {
+        if (AcDbImpl::peek(s) == nullptr || (AcDbImpl::erased(s) && !getErasedRecord)) continue;
+        id = s;
+        return Acad::eOk;
     }
     return Acad::eKeyNotFound;
 }
@@ -109,9 +112,40 @@ bool AcDbSymbolTable::has(const ACHAR* name) const {
 }
 
 bool AcDbSymbolTable::has(AcDbObjectId id) const {
-    for (AcDbStub* s : records_)
-        if (s == acdbStubOf(id) && !AcDbImpl::erased(s)) return true;
+    AcDbStub* s = acdbStubOf(id);
+    const auto* record = AcDbSymbolTableRecord::cast(AcDbImpl::peek(s));
+    if (record == nullptr || AcDbImpl::erased(s)) return false;
+    const auto found = byName_.find(acdbUpper(record->name()));
+    if (found == byName_.end()) return false;
+    for (AcDbStub* listed : found->second)
+        if (listed == s) return true;
     return false;
+}
+
+void AcDbSymbolTable::renamed(AcDbStub* record, const std::wstring& from, const std::wstring& to) {
+    const std::wstring oldKey = acdbUpper(from), newKey = acdbUpper(to);
+    if (oldKey == newKey) return;
+    if (auto found = byName_.find(oldKey); found != byName_.end()) {
+        auto& list = found->second;
+        const auto at = std::find(list.begin(), list.end(), record);
+        if (at == list.end()) return; // not one of this table's records
+        list.erase(at);
+        if (list.empty()) byName_.erase(found);
+    } else {
+        return;
+    }
+    // The record keeps its place in the table: among records of its new name it goes where
+    // the table's order puts it.
+    auto& list = byName_[newKey];
+    if (list.empty()) {
+        list.push_back(record);
+        return;
+    }
+    const auto position = std::find(records_.begin(), records_.end(), record);
+    auto at = list.begin();
+    while (at != list.end() && std::find(records_.begin(), position, *at) != position)
+        ++at;
+    list.insert(at, record);
 }
 
 Acad::ErrorStatus AcDbSymbolTable::add(AcDbSymbolTableRecord* record) {
@@ -133,6 +167,7 @@ Acad::ErrorStatus AcDbSymbolTable::add(AcDbObjectId& id, AcDbSymbolTableRecord* 
     }
     AcDbImpl::setOwner(record, AcDbImpl::stub(this));
     records_.push_back(AcDbImpl::stub(record));
+    byName_[acdbUpper(record->name())].push_back(AcDbImpl::stub(record));
     id = record->objectId();
     return Acad::eOk;
 }
