@@ -131,12 +131,12 @@ TEST(SweepAlongPath, PolylineCornersAreMitredExactly) {
     EXPECT_EQ(1, crank.topology().solids);
 }
 
-// The segmented elbow at every count a drawing may hold: the path runs one segment beyond the
+// The segmented elbow at every small count and a spread of large ones: the path runs one segment beyond the
 // end, and a slice through the bend axis and the end vertex trims the overshoot. What stays is
 // one round pipe along the chords, its section square to each of them.
 TEST(SweepAlongPath, SegmentedElbowsOfAnyCountAreRoundPipesAlongTheChords) {
     const double R = 0.5, r = 0.1, angle = kPi / 2;
-    for (int n = 1; n <= 64; ++n) {
+    for (int n : {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 16, 24, 31, 47, 64}) {
         SCOPED_TRACE(n);
         const double step = angle / n;
         PolylineCurve path;
