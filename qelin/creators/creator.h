@@ -11,7 +11,6 @@ enum class QelCreated {
     Done,           // made what the object holds (the structure classes: nothing, on purpose)
     Failed,         // the dispatcher reports "Returned Error Processing Object!" and counts it
     FailedReported, // failed, and whatever the user hears of it is out already: nothing more
-    NotBuilt,       // this build has no creator for the class: skipped after one notice a run
 };
 
 using QelCreator = QelCreated (*)(QelObject* object, void* parent, int subtype,

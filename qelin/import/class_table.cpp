@@ -15,7 +15,6 @@
 namespace {
 
 constexpr QelCreator Nothing = QelCreateNothing; // known, and makes nothing
-constexpr QelCreator Later = QelCreatorNotBuilt; // known, its creator not in this build
 constexpr int No = QelNotDispatched;
 constexpr bool Hide = true; // the view's "hiddenClasses" may name it
 constexpr bool Shown = false;
@@ -141,8 +140,4 @@ bool QelHiddenClassNumber(const char* name, unsigned& number) {
 
 QelCreated QelCreateNothing(QelObject*, void*, int, unsigned char, unsigned, const CString*) {
     return QelCreated::Done;
-}
-
-QelCreated QelCreatorNotBuilt(QelObject*, void*, int, unsigned char, unsigned, const CString*) {
-    return QelCreated::NotBuilt;
 }

@@ -3,7 +3,7 @@
 // the creators their group, key, object-type code and extended data text.
 //
 // Adding a creator: declare it with QEL_CREATOR (creators/creator.h) in the header of its family,
-// include that header in class_table.cpp and put its name in place of Later in its class's row.
+// include that header in class_table.cpp and put its name in its class's row.
 // A class or kind that has no row yet gets one; the table's test then checks that it fits.
 #pragma once
 
@@ -46,4 +46,3 @@ bool QelHiddenClassNumber(const char* name, unsigned& number);
 // The creator of the classes that are known and make nothing.
 QEL_CREATOR(QelCreateNothing);
 // The creator of the classes whose creator this build doesn't have.
-QEL_CREATOR(QelCreatorNotBuilt);

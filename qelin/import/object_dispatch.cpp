@@ -10,7 +10,6 @@
 
 #include <arx/aced.h>
 
-#include <bitset>
 #include <cstring>
 #include <string>
 #include <strings.h>
@@ -20,7 +19,6 @@ namespace {
 // Every row passes 0 as the creator's subtype.
 constexpr int kRowArgument = 0;
 
-std::bitset<QelDispatchRowCount> g_mentioned;
 // Creators standing in for the rows' own (QelCreatorSwap); null where the row's own is called.
 std::array<QelCreator, QelDispatchRowCount> g_swapped{};
 
@@ -64,10 +62,6 @@ QelCreated createGuarded(QelCreator creator, QelObject* object, void* parent,
 }
 
 } // namespace
-
-void QelResetCreatorNotices() {
-    g_mentioned.reset();
-}
 
 QelCreatorSwap::QelCreatorSwap(QelCreator creator, const char* className) : m_saved(g_swapped) {
     for (int row = 0; row < QelDispatchRowCount; ++row) {
@@ -113,11 +107,6 @@ void DispatchObject(QelJob& job, QelObject* object, void* parent, unsigned char 
             g_swapped[std::size_t(row)] ? g_swapped[std::size_t(row)] : entry->creator;
         const QelCreated created =
             createGuarded(creator, object, in.parent, asAcisSolids, reference, fileName);
-        if (created == QelCreated::NotBuilt && !g_mentioned.test(std::size_t(row))) {
-            acutPrintf(L"\n %hs objects are not imported in this build: skipped.\n",
-                       entry->className);
-            g_mentioned.set(std::size_t(row));
-        }
         // Only a failure the creator has left to the dispatcher counts here.
         in.result = created == QelCreated::Failed ? 1 : 0;
     }

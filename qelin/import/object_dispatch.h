@@ -10,9 +10,6 @@
 
 #include <array>
 
-// Forgets which classes were mentioned as not built, at the start of a file read.
-void QelResetCreatorNotices();
-
 // For its lifetime the dispatcher calls creator in place of the creator of the class named, or
 // of every class that makes something when no name is given: for watching an import's walk
 // whichever creators the build has.

@@ -146,7 +146,6 @@ private:
 void ReadQelFile(QelJob& job) {
     auto log = [&job](const CString& text) { QelLogWrite(text, job.logFilePath); };
     CDocData& doc = QelDocData();
-    QelResetCreatorNotices();
     QelResetGroupWalk();
 
     job.badLayerNames = 0;

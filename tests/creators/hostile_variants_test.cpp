@@ -249,8 +249,7 @@ void spoil(const QelObject& top, const std::function<QelObject*(QelObject&)>& at
 bool created(const char* className) {
     for (const QelClassRow& row : QelClassRows())
         if (row.className && std::string(row.className) == className)
-            return row.creator && row.creator != QelCreateNothing &&
-                   row.creator != QelCreatorNotBuilt;
+            return row.creator && row.creator != QelCreateNothing;
     return false;
 }
 
