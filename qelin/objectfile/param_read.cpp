@@ -5,8 +5,7 @@
 #include "foundation/units.h"
 #include "shell/doc_data.h"
 
-#include <cmath>
-
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 
@@ -234,15 +233,21 @@ bool convertedWithinReach(const char* name, const double* values, unsigned count
     return true;
 }
 
+// A double array whose first `checked` values become lengths in the drawing: read as
+// doubleArray does, and refused (told) when one of those lies beyond reach once converted.
+bool lengthArray(QelObject* object, const char* name, double*& values, unsigned& count,
+                 bool convert, unsigned checked = ~0u) {
+    return doubleArray(object, name, values, count) &&
+           convertedWithinReach(name, values, std::min(count, checked), convert);
+}
+
 // n points from 3n doubles; with dropClosing, a last point within 1e-5 of the first in each of
 // x, y and z (as the file has them) is left out.
 bool readPoints(QelObject* object, const char* name, AcGePoint3dArray& points, bool convert,
                 bool dropClosing) {
     double* read = nullptr;
     unsigned count = 0;
-    if (!doubleArray(object, name, read, count) ||
-        !convertedWithinReach(name, read, count, convert))
-        return false;
+    if (!lengthArray(object, name, read, count, convert)) return false;
     unsigned used = count - count % 3;
     if (dropClosing && used >= 6) {
         const double* last = read + used - 3;
@@ -298,9 +303,7 @@ bool GetFloatParam(QelObject* object, const char* name, float& value, bool conve
 bool GetPointParam(QelObject* object, const char* name, AcGePoint3d& point, bool convert) {
     double* values = nullptr;
     unsigned count = 0;
-    if (!doubleArray(object, name, values, count) ||
-        !convertedWithinReach(name, values, count < 3 ? count : 3, convert))
-        return false;
+    if (!lengthArray(object, name, values, count, convert, 3)) return false;
     double xyz[3] = {0.0, 0.0, 0.0};
     for (unsigned i = 0; i < count && i < 3; ++i)
         xyz[i] = maybeConverted(values[i], convert);
@@ -312,9 +315,7 @@ bool GetDoubleArrayParam(QelObject* object, const char* name, AcGeDoubleArray& v
                          bool convert) {
     double* read = nullptr;
     unsigned count = 0;
-    if (!doubleArray(object, name, read, count) ||
-        !convertedWithinReach(name, read, count, convert))
-        return false;
+    if (!lengthArray(object, name, read, count, convert)) return false;
     for (unsigned i = 0; i < count; ++i)
         values.append(maybeConverted(read[i], convert));
     return true;
@@ -335,9 +336,7 @@ bool GetPoint2dArrayParam(QelObject* object, const char* name, AcGePoint2dArray&
                           bool convert) {
     double* read = nullptr;
     unsigned count = 0;
-    if (!doubleArray(object, name, read, count) ||
-        !convertedWithinReach(name, read, count, convert))
-        return false;
+    if (!lengthArray(object, name, read, count, convert)) return false;
     for (unsigned i = 0; i + 2 <= count; i += 2)
         points.append(
             AcGePoint2d(maybeConverted(read[i], convert), maybeConverted(read[i + 1], convert)));
@@ -351,9 +350,7 @@ bool GetPoseTranslation(QelObject* object, const char* name, AcGePoint3d& point)
 bool GetPoseRotation(QelObject* object, const char* name, double quad[4]) {
     double* values = nullptr;
     unsigned count = 0;
-    if (!doubleArray(nestedObject(object, name), "rotation", values, count) ||
-        !convertedWithinReach("rotation", values, count < 3 ? count : 3, true))
-        return false;
+    if (!lengthArray(nestedObject(object, name), "rotation", values, count, true, 3)) return false;
     for (unsigned i = 0; i < count && i < 4; ++i)
         quad[i] = i < 3 ? QelToDrawing(values[i]) : values[i];
     return true;

@@ -17,18 +17,8 @@ namespace {
 
 constexpr double kPi = std::numbers::pi;
 
-std::wstring handleOf(AcDbObjectId id) {
-    ACHAR text[17];
-    id.handle().getIntoAsciiBuffer(text);
-    return L"#" + std::wstring(text);
-}
-
 class Editing : public EditorTest {
 protected:
-    int command(const wchar_t* name, const std::wstring& script) {
-        answers(script);
-        return qelhost::runCommand(name);
-    }
     // A circle tagged as the module tags what it imports: extended data and an X-record.
     AcDbObjectId taggedCircle(const AcGePoint3d& centre, double radius) {
         const AcDbObjectId id = add(new AcDbCircle(centre, AcGeVector3d::kZAxis, radius));

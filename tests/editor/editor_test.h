@@ -11,7 +11,16 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+
 namespace editortest {
+
+// A handle as a selection answer.
+inline std::wstring handleOf(AcDbObjectId id) {
+    ACHAR text[17];
+    id.handle().getIntoAsciiBuffer(text);
+    return L"#" + std::wstring(text);
+}
 
 class EditorTest : public ::testing::Test {
 protected:
@@ -20,6 +29,11 @@ protected:
 
     // The user's answers to the prompts that come, as a script gives them.
     void answers(const std::wstring& script);
+    // Runs one command with the answers of a script; its status.
+    int command(const wchar_t* name, const std::wstring& script) {
+        answers(script);
+        return qelhost::runCommand(name);
+    }
     std::wstring printed() const { return win::Transcript::instance().printed(); }
     AcDbDatabase* db() const { return acdbHostApplicationServices()->workingDatabase(); }
     // The UCS as origin and axes, in the world.

@@ -14,20 +14,8 @@ namespace {
 
 constexpr double kPi = std::numbers::pi;
 
-// A handle as a selection answer.
-std::wstring handleOf(AcDbObjectId id) {
-    ACHAR text[17];
-    id.handle().getIntoAsciiBuffer(text);
-    return L"#" + std::wstring(text);
-}
-
 class Modelling : public EditorTest {
 protected:
-    // Runs one command with the answers of a script.
-    int command(const wchar_t* name, const std::wstring& script) {
-        answers(script);
-        return qelhost::runCommand(name);
-    }
     struct Mass {
         double volume = 0.0;
         AcGePoint3d centroid;

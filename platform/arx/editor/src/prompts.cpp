@@ -320,20 +320,7 @@ void copyRecords(const AcDbEntity& from, AcDbEntity& to) {
 } // namespace
 
 Acad::ErrorStatus eraseEntity(AcDbEntity& entity) {
-    AcDbDictionary* dictionary = nullptr;
-    if (!entity.extensionDictionary().isNull() &&
-        acdbOpenObject(dictionary, entity.extensionDictionary(), AcDb::kForWrite) == Acad::eOk) {
-        AcDbDictionaryIterator* it = dictionary->newIterator();
-        for (; !it->done(); it->next()) {
-            AcDbObject* record = nullptr;
-            if (acdbOpenObject(record, it->objectId(), AcDb::kForWrite) != Acad::eOk) continue;
-            record->erase();
-            record->close();
-        }
-        delete it;
-        dictionary->erase();
-        dictionary->close();
-    }
+    // Its extension dictionary and X-records go with it: the database erases what an object owns.
     // Groups the entity belongs to, read before it goes.
     std::vector<AcDbObjectId> groups;
     if (const AcDbVoidPtrArray* reactors = entity.reactors())

@@ -75,9 +75,8 @@ void rememberSelection(const SelectionSet& set);
 // Opens each entity of the set for write and applies the change; the count that took it.
 int forEachEntity(const SelectionSet& set, const std::function<bool(AcDbEntity&)>& change);
 
-// Erases an entity open for write with its extension dictionary and the X-records in it, which
-// would otherwise stay in the drawing owned by nothing that is saved; an unnamed group that it
-// leaves empty is erased too.
+// Erases an entity open for write (the database takes what it owns along); an unnamed group that
+// it leaves empty is erased too.
 Acad::ErrorStatus eraseEntity(AcDbEntity& entity);
 
 // A copy of the entity in model space with its extended data and the X-records of its
