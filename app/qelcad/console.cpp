@@ -26,8 +26,8 @@ std::string utf8(const std::wstring& text) {
 
 } // namespace
 
-void showTranscript(std::ostream& out, bool unattended, bool dialogEvents) {
-    win::Transcript::instance().addListener(
+int showTranscript(std::ostream& out, bool unattended, bool dialogEvents) {
+    return win::Transcript::instance().addListener(
         [&out, unattended, dialogEvents](const win::Event& event) {
             switch (event.kind) {
             case win::EventKind::Print:

@@ -11,8 +11,9 @@ namespace qelcad {
 
 // Shows printed text, alerts and progress of the transcript on out; the answers that the
 // input echoes into the transcript are not shown twice. Unattended, message boxes are shown too,
-// as the answers gave them, and (unless dialogEvents is false) each dialog event.
-void showTranscript(std::ostream& out, bool unattended, bool dialogEvents = true);
+// as the answers gave them, and (unless dialogEvents is false) each dialog event. The number of
+// the transcript's listener, for a caller that stops showing before the process ends.
+int showTranscript(std::ostream& out, bool unattended, bool dialogEvents = true);
 
 class TerminalInput : public qelhost::Input {
 public:

@@ -12,6 +12,7 @@
 #include <arx/rxregsvc.h>
 #include <dxf/drawing.h>
 #include <dxf/summary.h>
+#include <model_diff.h>
 #include <qel/qel.h>
 #include <win/presenter.h>
 #include <win/scripted.h>
@@ -54,6 +55,7 @@ struct Options {
     // roundtrip
     bool reference = true;
     std::string keep;
+    double tolerance = 1e-6;
     bool verbose = false; // one-shot conversions: show the scripted dialog events too
     // view
     qelcad::PictureChoices picture;
@@ -278,6 +280,33 @@ int importCommand(const Options& o) {
     return 0;
 }
 
+// Runs QELOUT on the drawing of the options, its dialog answered from the export choices; the
+// object file it wrote. The host stays up for the caller; a failed export stops it and throws.
+std::string exportWithDialogs(const Options& o) {
+    std::string error;
+    qelcad::ExportChoices choices = o.exportChoices;
+    // An empty name stays empty, for the dialog to refuse.
+    if (!choices.output.empty()) choices.output = fs::absolute(choices.output).string();
+    const std::vector<win::Answer> answers = qelcad::exportAnswers(choices, error);
+    if (answers.empty()) throw Failure{2, error};
+    std::wstring picks;
+    for (const std::string& word : choices.select)
+        picks += win::fromUtf8(word) + L"\n";
+    if (!choices.select.empty()) picks += L"\n";
+    runAnswered(o, answers, picks, o.drawing, L"QELOUT", qelcad::exportCancellation);
+    return choices.output;
+}
+
+// Exports a drawing to an object file through the module's own dialog, answered from the
+// options; the objects of the file written are counted by class.
+int exportCommand(const Options& o) {
+    const std::string written = exportWithDialogs(o);
+    stopHost();
+    std::cout << "\n";
+    qelcad::printObjectFileSummary(std::cout, written);
+    return 0;
+}
+
 // The folder a round trip leaves its files in: --keep, else one of its own that goes at the end.
 class WorkFolder {
 public:
@@ -302,8 +331,8 @@ private:
     fs::path m_path;
 };
 
-// Import, save, reopen, and what of the file the reopened drawing holds. The export half (export
-// the drawing, compare the result with the input) needs an export, which this build lacks.
+// Import, save, reopen, and what of the file the reopened drawing holds; then the export of the
+// reopened drawing, compared with the input as models.
 int roundtripCommand(const Options& o) {
     try {
         QelInit(0, 0, QelInitWords);
@@ -334,39 +363,34 @@ int roundtripCommand(const Options& o) {
         throw Failure{2, e.GetReason()};
     }
     stopHost();
+
+    Options back = o;
+    back.drawing = drawing;
+    back.transcript = folder.file(stem + ".export.transcript.txt").string();
+    back.exportChoices = {};
+    back.exportChoices.output = folder.file(stem + ".back.qel").string();
+    back.exportChoices.reference = o.reference;
+    back.exportChoices.noReference = !o.reference;
+    back.exportChoices.scope = "all";
+    back.exportChoices.units = o.import.units;
+    const std::string exported = exportWithDialogs(back);
+    stopHost();
+    qelcad::ExportHalf out;
+    try {
+        out.report = qeltool::compareFiles(o.import.input, exported, o.tolerance);
+    } catch (const qeltool::DiffReadError& e) {
+        out.why = e.what();
+    }
+
     const std::string shown =
         folder.temporary() ? drawing + " (removed; --keep DIR keeps it)" : drawing;
-    const std::string exportNote =
-        std::string("not run: this build of qelcad has no export, so the reopened drawing was "
-                    "not written back to an object file (") +
-        (o.reference ? "with" : "without") + " the input as reference) nor compared with the input";
     // The data form names only a drawing that is still there.
     std::cout << (o.json ? qelcad::roundtripJson(o.import.input, folder.temporary() ? "" : drawing,
-                                                 half, exportNote)
-                         : qelcad::roundtripText(o.import.input, shown, half, exportNote));
+                                                 half, out)
+                         : qelcad::roundtripText(o.import.input, shown, half, out));
     const bool whole =
         half.missing.empty() && half.unreadable.empty() && half.layers.inDrawing == half.layers.in;
-    return whole ? 3 : 1;
-}
-
-// Exports a drawing to an object file through the module's own dialog, answered from the
-// options; the objects of the file written are counted by class.
-int exportCommand(const Options& o) {
-    std::string error;
-    qelcad::ExportChoices choices = o.exportChoices;
-    // An empty name stays empty, for the dialog to refuse.
-    if (!choices.output.empty()) choices.output = fs::absolute(choices.output).string();
-    const std::vector<win::Answer> answers = qelcad::exportAnswers(choices, error);
-    if (answers.empty()) throw Failure{2, error};
-    std::wstring picks;
-    for (const std::string& word : choices.select)
-        picks += win::fromUtf8(word) + L"\n";
-    if (!choices.select.empty()) picks += L"\n";
-    runAnswered(o, answers, picks, o.drawing, L"QELOUT", qelcad::exportCancellation);
-    stopHost();
-    std::cout << "\n";
-    qelcad::printObjectFileSummary(std::cout, choices.output);
-    return 0;
+    return whole && out.report && out.report->equal() ? 0 : 1;
 }
 
 int infoCommand(const Options& o) {
@@ -474,6 +498,9 @@ const SubCommand kCommands[] = {
                       "Export with the input as the reference file (the default), or without");
          app.add_option("--keep", o.keep,
                         "Keep the drawing, the log and the transcript in this folder");
+         app.add_option("--tolerance", o.tolerance,
+                        "Relative tolerance of reals in the comparison (default 1e-6)")
+             ->check(CLI::PositiveNumber);
          app.add_flag("--json", o.json, "The table as JSON");
      },
      roundtripCommand},

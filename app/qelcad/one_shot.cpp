@@ -3,6 +3,7 @@
 #include "console.h"
 
 #include <win/progress_line.h>
+#include <win/transcript.h>
 
 #include <csignal>
 #include <cstring>
@@ -51,7 +52,7 @@ struct OneShotSession::Terminal {
 OneShotSession::OneShotSession(std::shared_ptr<win::Presenter> answers, bool verbose)
     : terminal_(std::make_unique<Terminal>()) {
     if (!isatty(STDERR_FILENO)) {
-        showTranscript(std::cout, true, verbose);
+        shown_ = showTranscript(std::cout, true, verbose);
         win::setPresenter(std::move(answers));
         return;
     }
@@ -72,10 +73,11 @@ OneShotSession::OneShotSession(std::shared_ptr<win::Presenter> answers, bool ver
     win::setPresenter(std::make_shared<win::ProgressLinePresenter>(std::move(answers), std::cerr,
                                                                    terminalWidth(), cancelKey));
     // After the presenter: its line is wiped before anything is shown.
-    showTranscript(std::cout, true, verbose);
+    shown_ = showTranscript(std::cout, true, verbose);
 }
 
 OneShotSession::~OneShotSession() {
+    win::Transcript::instance().removeListener(shown_);
     // The progress line goes with its presenter.
     win::setPresenter(nullptr);
     if (!isatty(STDERR_FILENO)) return;

@@ -25,6 +25,7 @@ public:
 private:
     struct Terminal;
     std::unique_ptr<Terminal> terminal_;
+    int shown_ = 0; // the transcript's listener that shows it: one session, one showing
 };
 
 } // namespace qelcad

@@ -131,7 +131,7 @@ ImportHalf importHalf(const std::string& qelPath, AcDbDatabase& drawing) {
 }
 
 std::string roundtripText(const std::string& input, const std::string& drawing,
-                          const ImportHalf& half, const std::string& exportNote) {
+                          const ImportHalf& half, const ExportHalf& exported) {
     std::string out =
         fmt::format("Round trip of {}\nImport: saved as {} and reopened\n", input, drawing);
     out += fmt::format("{:<24}{:>7}{:>12}{:>16}\n", "class", "in", "in drawing", "not in drawing");
@@ -146,11 +146,14 @@ std::string roundtripText(const std::string& input, const std::string& drawing,
                            fmt::join(half.missing, ", "));
     for (const std::string& reason : half.unreadable)
         out += "Cannot be read: " + reason + "\n";
-    return out + "Export: " + exportNote + "\n";
+    // A is the input, B the export of the reopened drawing: "only A" is what the way out lost.
+    out += "Export of the reopened drawing, compared with the input:\n";
+    if (!exported.report) return out + "Not compared: " + exported.why + "\n";
+    return out + qeltool::diffText(*exported.report, input, "the export");
 }
 
 std::string roundtripJson(const std::string& input, const std::string& drawing,
-                          const ImportHalf& half, const std::string& exportNote) {
+                          const ImportHalf& half, const ExportHalf& exported) {
     using nlohmann::json;
     json classes = json::array();
     for (const ImportTally& t : half.classes)
@@ -163,7 +166,9 @@ std::string roundtripJson(const std::string& input, const std::string& drawing,
           {"layers", {{"in", half.layers.in}, {"inDrawing", half.layers.inDrawing}}},
           {"missing", half.missing},
           {"unreadable", half.unreadable}}},
-        {"export", {{"ran", false}, {"reason", exportNote}}},
+        {"export", exported.report
+                       ? json::parse(qeltool::diffJson(*exported.report, input, "the export"))
+                       : json{{"compared", false}, {"why", exported.why}}},
     };
     return out.dump(2, ' ', false, json::error_handler_t::replace) + "\n";
 }
