@@ -93,9 +93,21 @@ private:
         CDocData& doc = QelDocData();
         for (unsigned i = 0; i < objects.GetCount(); ++i) {
             const unsigned reference = objects[i];
-            m_inHand.reset(m_reader.ReadObject(reference));
             CString line;
             line.Format(L"\n  Processing Qel ref # %u ", reference);
+            CString damage;
+            try {
+                m_inHand.reset(m_reader.ReadObject(reference));
+            } catch (const QelException& e) {
+                // One damaged object costs that object alone: the others of the file still read.
+                damage = QelWideFromNarrow(e.GetReason());
+            }
+            if (!damage.IsEmpty()) {
+                QelLogWrite(line, m_job.logFilePath);
+                QelReportError(CString(L"\n") + damage);
+                QelCountError();
+                continue;
+            }
             if (!m_inHand) {
                 // A number the file doesn't have: one error, and the walk goes on.
                 QelLogWrite(line, m_job.logFilePath);

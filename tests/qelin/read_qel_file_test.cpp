@@ -7,6 +7,8 @@
 
 #include <arx/edhost.h>
 
+#include <fstream>
+
 namespace {
 
 using qelintest::FileLayout;
@@ -218,6 +220,29 @@ TEST_F(ImportTest, AReferenceBeyondTheFileCostsOneErrorAndTheWalkGoesOn) {
     EXPECT_TRUE(has(logText(), "\n  Processing Qel ref # 500 \nUnable to read qel object."));
     EXPECT_EQ(dispatched.take(), "Cylinder Sphere ");
     EXPECT_TRUE(has(logText(), "\n Removing temporary  layers"));
+}
+
+TEST_F(ImportTest, ADamagedObjectCostsItselfAloneAndTheWalkGoesOn) {
+    DispatchRecorder dispatched;
+    answer("");
+    FileLayout layout;
+    layout.objects = {object("Cylinder"), object("Sphere")};
+    layout.layers = {{R"("Piping")", "[0, 1]", ""}};
+    const std::wstring file = build(layout.json());
+    {
+        std::fstream bytes(std::filesystem::path(file),
+                           std::ios::in | std::ios::out | std::ios::binary);
+        bytes.seekp(72); // inside object 0, which starts right after the file's header
+        bytes.put('\x7f');
+    }
+    run(file);
+    EXPECT_EQ(dispatched.take(), "Sphere ");
+    EXPECT_EQ(errorCount(), 1u);
+    const std::string log = logText();
+    EXPECT_TRUE(has(log, "\n  Processing Qel ref # 0 \n")) << log;
+    EXPECT_TRUE(has(log, "object 0 is damaged")) << log;
+    EXPECT_TRUE(has(log, "\n Removing temporary  layers"));
+    EXPECT_EQ(currentLayer(), L"0");
 }
 
 TEST_F(ImportTest, AFileWithoutHeaderOrThatCannotBeReadEndsBeforeAnyLayer) {
