@@ -1,7 +1,7 @@
 // The export's classification: what a tag, a class and a solid's geometry make of an entity.
 // Entities are imported through the driver, drawn through the database or modelled by the
 // host's own commands; the companion module is loaded where its opinion is wanted.
-#include "import_fixture.h"
+#include "export_fixture.h"
 
 #include "creators/helpers/group_tag.h"
 #include "export/entity_dispatch.h"
@@ -12,13 +12,11 @@
 #include "records/member_record.h"
 #include "writers/box_reading.h"
 
-#include <arx/brhost.h>
 #include <arx/dbblkref.h>
 #include <arx/dbdict.h>
 #include <arx/dbmesh.h>
 #include <arx/dbregion.h>
 #include <arx/dbsol3d.h>
-#include <arx/rxregsvc.h>
 
 #include <algorithm>
 #include <array>
@@ -35,22 +33,8 @@ struct Classified {
     int type;
 };
 
-class Classify : public qelintest::ImportTest {
+class Classify : public qelintest::ExportTest {
 protected:
-    static void SetUpTestSuite() {
-        qelhost::registerSolidClasses();
-        qelhost::setModuleFolder(QEL_MODULE_FOLDER);
-    }
-    void TearDown() override {
-        if (m_companion) acrxDynamicLinker->unloadModule(L"ToviQelOut.dll", false);
-        ImportTest::TearDown();
-    }
-
-    void loadCompanion() {
-        ASSERT_TRUE(acrxDynamicLinker->loadModule(L"ToviQelOut.dll", false, false));
-        m_companion = true;
-    }
-
     Classified classify(AcDbObjectId id) {
         int type = -99;
         const bool exportable = classifyEntity(m_out, type, id);
@@ -62,79 +46,7 @@ protected:
         return c.type;
     }
 
-    // Appended to model space and closed.
-    static AcDbObjectId add(AcDbEntity* entity) {
-        AcDbBlockTableRecord* space = nullptr;
-        EXPECT_EQ(acdbOpenObject(space, database()->modelSpaceId(), AcDb::kForWrite), Acad::eOk);
-        AcDbObjectId id;
-        EXPECT_EQ(space->appendAcDbEntity(id, entity), Acad::eOk);
-        entity->close();
-        space->close();
-        return id;
-    }
-    static AcDbDatabase* database() { return acdbHostApplicationServices()->workingDatabase(); }
-
-    static void tag(AcDbObjectId id, int code, int role = 0) {
-        AcDbEntity* entity = nullptr;
-        ASSERT_EQ(acdbOpenAcDbEntity(entity, id, AcDb::kForRead), Acad::eOk);
-        entity->close(); // the record opens it for write itself
-        QelMemberRecord record;
-        record.memberType = code;
-        record.partIndex = role;
-        record.filePath = L"source.qel";
-        EXPECT_TRUE(record.Store(entity));
-    }
-
-    // A solid built about the origin, then moved.
-    template <class Build>
-    static AcDbObjectId solid(Build build, const AcGeMatrix3d& place = AcGeMatrix3d()) {
-        auto* s = new AcDb3dSolid;
-        EXPECT_EQ(build(*s), Acad::eOk);
-        EXPECT_EQ(s->transformBy(place), Acad::eOk);
-        return add(s);
-    }
-    static AcDbObjectId frustum(double height, double base, double top) {
-        return solid([&](AcDb3dSolid& s) { return s.createFrustum(height, base, base, top); });
-    }
-
-    // A host command run as a program runs it, and the entity it drew last.
-    template <class... Args>
-    static AcDbObjectId command(Args... args) {
-        EXPECT_EQ(acedCommand(args..., RTNONE), RTNORM);
-        ads_name last;
-        EXPECT_EQ(acdbEntLast(last), RTNORM);
-        AcDbObjectId id;
-        acdbGetObjectId(id, last);
-        return id;
-    }
-
-    // The entities of one group, by the model space's order.
-    static std::vector<AcDbObjectId> modelSpace() {
-        std::vector<AcDbObjectId> ids;
-        AcDbBlockTableRecord* space = nullptr;
-        acdbOpenObject(space, database()->modelSpaceId(), AcDb::kForRead);
-        AcDbBlockTableRecordIterator* it = nullptr;
-        space->newIterator(it);
-        for (; !it->done(); it->step()) {
-            AcDbObjectId id;
-            it->getEntityId(id);
-            ids.push_back(id);
-        }
-        delete it;
-        space->close();
-        return ids;
-    }
-    template <class T>
-    static bool is(AcDbObjectId id) {
-        AcDbEntity* entity = nullptr;
-        if (acdbOpenAcDbEntity(entity, id, AcDb::kForRead) != Acad::eOk) return false;
-        const bool yes = T::cast(entity) != nullptr;
-        entity->close();
-        return yes;
-    }
-
     QelOutObject m_out;
-    bool m_companion = false;
 };
 
 std::string valveWithAnnotation() {
@@ -150,23 +62,13 @@ std::string valveWithAnnotation() {
             {"class": "StrAnnotation", "params": [["value", "string", "V-101"]]}]]}]]})";
 }
 
-qelintest::FileLayout oneLayer(const std::vector<std::string>& objects) {
-    qelintest::FileLayout layout;
-    layout.objects = objects;
-    std::string refs;
-    for (std::size_t i = 0; i < objects.size(); ++i)
-        refs += (i ? ", " : "") + std::to_string(i);
-    layout.layers = {{R"("Plant")", "[" + refs + "]", ""}};
-    return layout;
-}
-
 } // namespace
 
 // The tag answers before any test of the geometry: a cylinder moved, stretched or even turned
 // into another shape leaves as a cylinder.
 TEST_F(Classify, ATaggedCylinderStaysACylinderHoweverItWasEdited) {
     answer("");
-    run(oneLayer({R"({"class": "Cylinder", "params": [["radius", "double", 0.5],
+    run(qelintest::oneLayer({R"({"class": "Cylinder", "params": [["radius", "double", 0.5],
                                                       ["height", "double", 2.0]]})"}));
     std::vector<AcDbObjectId> solids;
     for (const AcDbObjectId& id : modelSpace())
@@ -188,7 +90,7 @@ TEST_F(Classify, ATaggedCylinderStaysACylinderHoweverItWasEdited) {
 // nothing. Once the group is gone, each piece leaves as what its role made it.
 TEST_F(Classify, AValveLeavesOnceAndItsExplodedPiecesByTheirRoles) {
     answer("");
-    run(oneLayer({valveWithAnnotation()}));
+    run(qelintest::oneLayer({valveWithAnnotation()}));
     const std::vector<AcDbObjectId> ids = modelSpace();
     ASSERT_EQ(ids.size(), 5u);
     std::vector<int> codes;
