@@ -268,3 +268,30 @@ TEST_F(SolidExport, AMovedAndStretchedCylinderLeavesWithItsNewSizes) {
     EXPECT_NEAR(frame.z.y, -std::sin(0.5), kSingle) << "still turned about X by 0.5";
     EXPECT_NE(cylinder->GetParam("designNote", 0), nullptr);
 }
+
+// Solids modelled by hand in millimetres leave as their classes with their sizes in metres; the
+// cone drawn to its point has its height from its volume, through the file's single-precision pi.
+TEST_F(SolidExport, HandModelledSolidsLeaveAsTheirClassesWithTheirSizes) {
+    const std::string script = "CYLINDER\n0,0,0\n500\n2000\nCONE\n3000,0,0\n400\n1000\n"
+                               "SPHERE\n0,5000,0\n700\nTORUS\n5000,5000,0\n1500\n100\nQUIT\n";
+    ASSERT_EQ(qelcad("run --script " + write("hand.scr", script) + " --save hand.dxf").status, 0);
+    const Outcome exported = qelcad("export hand.dxf -o hand.qel --units Millimeters");
+    ASSERT_EQ(exported.status, 0) << exported.out;
+    QelInit(0, 0, QelInitWords);
+    QelReader reader;
+    reader.Open(path("hand.qel").c_str());
+    const auto size = [&](const char* cls, const char* name) {
+        QelObjectRef object(reader.ReadObject(cls, 0));
+        double value = -1;
+        if (QelParam* p = object ? object->GetParam(name, 0) : nullptr) p->GetValue(value);
+        return value;
+    };
+    EXPECT_NEAR(size("Cylinder", "radius"), 0.5, kSingle);
+    EXPECT_NEAR(size("Cylinder", "height"), 2.0, kSingle);
+    EXPECT_EQ(size("Cone", "radius1"), 0.0);
+    EXPECT_NEAR(size("Cone", "radius0"), 0.4, kSingle);
+    EXPECT_NEAR(size("Cone", "height"), 1.0, kSingle);
+    EXPECT_NEAR(size("Sphere", "radius"), 0.7, kSingle);
+    EXPECT_NEAR(size("Torus", "majorRadius"), 1.5, 2 * kSingle);
+    EXPECT_NEAR(size("Torus", "minorRadius"), 0.1, kSingle);
+}
