@@ -269,19 +269,21 @@ TEST_F(SolidExport, AMovedAndStretchedCylinderLeavesWithItsNewSizes) {
     EXPECT_NE(cylinder->GetParam("designNote", 0), nullptr);
 }
 
-// Solids modelled by hand in millimetres leave as their classes with their sizes in metres; the
-// cone drawn to its point has its height from its volume, through the file's single-precision pi.
+// Solids modelled by hand in millimetres, and a thick circle, leave as their classes with their
+// sizes in metres; the cone drawn to its point has its height from its volume, through the file's
+// single-precision pi.
 TEST_F(SolidExport, HandModelledSolidsLeaveAsTheirClassesWithTheirSizes) {
     const std::string script = "CYLINDER\n0,0,0\n500\n2000\nCONE\n3000,0,0\n400\n1000\n"
-                               "SPHERE\n0,5000,0\n700\nTORUS\n5000,5000,0\n1500\n100\nQUIT\n";
+                               "SPHERE\n0,5000,0\n700\nTORUS\n5000,5000,0\n1500\n100\n"
+                               "SETVAR THICKNESS 1500\nCIRCLE\n9000,0,0\n250\nQUIT\n";
     ASSERT_EQ(qelcad("run --script " + write("hand.scr", script) + " --save hand.dxf").status, 0);
     const Outcome exported = qelcad("export hand.dxf -o hand.qel --units Millimeters");
     ASSERT_EQ(exported.status, 0) << exported.out;
     QelInit(0, 0, QelInitWords);
     QelReader reader;
     reader.Open(path("hand.qel").c_str());
-    const auto size = [&](const char* cls, const char* name) {
-        QelObjectRef object(reader.ReadObject(cls, 0));
+    const auto size = [&](const char* cls, const char* name, unsigned nth = 0) {
+        QelObjectRef object(reader.ReadObject(cls, nth));
         double value = -1;
         if (QelParam* p = object ? object->GetParam(name, 0) : nullptr) p->GetValue(value);
         return value;
@@ -294,4 +296,7 @@ TEST_F(SolidExport, HandModelledSolidsLeaveAsTheirClassesWithTheirSizes) {
     EXPECT_NEAR(size("Sphere", "radius"), 0.7, kSingle);
     EXPECT_NEAR(size("Torus", "majorRadius"), 1.5, 2 * kSingle);
     EXPECT_NEAR(size("Torus", "minorRadius"), 0.1, kSingle);
+    // A thick circle is a pipe, written as a cylinder standing on the circle.
+    EXPECT_NEAR(size("Cylinder", "radius", 1), 0.25, kSingle);
+    EXPECT_NEAR(size("Cylinder", "height", 1), 1.5, kSingle);
 }
