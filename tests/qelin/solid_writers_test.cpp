@@ -135,3 +135,32 @@ TEST_F(SolidWriters, PoseHelpersAtTheirEdges) {
     // X onto Y with the plane's normal still Z: a quarter turn about Z.
     EXPECT_NEAR(rotation[2] * rotation[3], std::numbers::pi / 2, 1e-12);
 }
+
+// A frustum read as a reducer: its ends square to the pose's Z axis, as the reducer is built
+// again, the far end straight along it, and so concentric.
+TEST_F(SolidWriters, AFrustumReadAsAReducerStandsOnItsAxis) {
+    const AcGeMatrix3d tilt = AcGeMatrix3d::rotation(0.4, AcGeVector3d::kYAxis);
+    const AcDbObjectId id =
+        solid([](AcDb3dSolid& s) { return s.createFrustum(3.0, 1.0, 1.0, 0.5); }, tilt);
+    QelObjectRef object;
+    ASSERT_TRUE(write(QelWriteReducer, id, object, "Reducer"));
+    EXPECT_NEAR(param(object.get(), "radius0"), 1.0, 1e-12);
+    EXPECT_NEAR(param(object.get(), "radius1"), 0.5, 1e-12);
+    EXPECT_NEAR(param(object.get(), "height"), 3.0, 1e-12);
+    int subtype = -1;
+    object->GetParam("subtype", 0)->GetValue(subtype);
+    EXPECT_EQ(subtype, 0);
+    double* direction = nullptr;
+    unsigned count = 0;
+    object->GetParam("direction", 0)->GetValue(direction, count, false);
+    ASSERT_EQ(count, 3u);
+    EXPECT_NEAR(direction[2], 1.0, 1e-12);
+    QelObject* pose = nullptr;
+    object->GetParam("pose", 0)->GetValue(pose);
+    double* rotation = nullptr;
+    pose->GetParam("rotation", 0)->GetValue(rotation, count, false);
+    double m[9];
+    rotation_to_affine(rotation, m);
+    const AcGeVector3d z(m[2], m[5], m[8]);
+    EXPECT_TRUE(z.isEqualTo(tilt * AcGeVector3d::kZAxis, AcGeTol())) << z.x << " " << z.z;
+}
