@@ -24,20 +24,6 @@ void writeCylinder(QelObject* target, const AcGePoint3d& base, const AcGeVector3
 
 } // namespace
 
-void QelSetReal(QelObject* target, const char* name, double value) {
-    target->AddOrReplaceParam(QelParam::Create(name, value));
-}
-
-void QelWriteWholePose(QelObject* target, const double rotation[4], const AcGePoint3d& origin) {
-    QelObject* pose = QelObject::Create("Transformation");
-    double translation[3];
-    QelPointOut(origin, translation);
-    pose->AddOrReplaceParam(QelParam::Create("rotation", rotation, 4));
-    pose->AddOrReplaceParam(QelParam::Create("translation", translation, 3));
-    target->AddOrReplaceParam(QelParam::Create("pose", pose));
-    pose->UnRef();
-}
-
 bool QelWriteCylinder(const AcGeMatrix3d&, QelObject* target, QelWriter&, const AcDbObjectId& id) {
     QelConeFit fit;
     if (!cylinderFromEntity(id, fit, 0.01)) return false;

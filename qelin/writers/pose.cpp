@@ -81,3 +81,13 @@ double QelAngleBetween(const AcGeVector3d& a, const AcGeVector3d& b, const AcGeV
     const double angle = std::acos(cosine);
     return a.crossProduct(b).dotProduct(ref) < 0.0 ? QelTwoPiSingle - angle : angle;
 }
+
+void QelWriteWholePose(QelObject* target, const double rotation[4], const AcGePoint3d& origin) {
+    QelObject* pose = QelObject::Create("Transformation");
+    double translation[3];
+    QelPointOut(origin, translation);
+    pose->AddOrReplaceParam(QelParam::Create("rotation", rotation, 4));
+    pose->AddOrReplaceParam(QelParam::Create("translation", translation, 3));
+    target->AddOrReplaceParam(QelParam::Create("pose", pose));
+    pose->UnRef();
+}

@@ -33,3 +33,5 @@ bool QelPoseFromThreePoints(const AcGePoint3d& origin, const AcGePoint3d& onX,
 // The angle from a to b, 0 to a full turn, counted positive about ref; 0 for a zero or equal
 // vector, the file's single-precision pi for opposite ones.
 double QelAngleBetween(const AcGeVector3d& a, const AcGeVector3d& b, const AcGeVector3d& ref);
+// A "pose" of both rotation and translation (metres), even when they are the identity.
+void QelWriteWholePose(QelObject* target, const double rotation[4], const AcGePoint3d& origin);

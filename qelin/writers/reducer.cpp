@@ -2,7 +2,6 @@
 // solid everything is measured, and an axis off the normals of its ends makes it eccentric.
 #include "export/group_members.h"
 #include "records/member_record.h"
-#include "writers/exploded.h"
 #include "writers/pose.h"
 #include "writers/solid_analysis.h"
 #include "writers/solid_writers.h"

@@ -4,6 +4,7 @@
 #include "records/member_record.h"
 #include "writers/exploded.h"
 #include "writers/pose.h"
+#include "writers/solid_writers.h"
 
 #include <arx/dbblkref.h>
 #include <arx/dbregion.h>
@@ -144,4 +145,8 @@ std::vector<QelFittingPart> QelFittingParts(const AcDbObjectId& id, int code) {
             parts.push_back({members[i], tag.partIndex});
     }
     return parts;
+}
+
+void QelSetReal(QelObject* target, const char* name, double value) {
+    target->AddOrReplaceParam(QelParam::Create(name, value));
 }

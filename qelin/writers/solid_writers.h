@@ -25,5 +25,3 @@ QEL_SOLID_WRITER(QelWritePipeFlange);
 
 // A param of one double.
 void QelSetReal(QelObject* target, const char* name, double value);
-// A "pose" of both rotation and translation (metres), even when they are the identity.
-void QelWriteWholePose(QelObject* target, const double rotation[4], const AcGePoint3d& origin);
