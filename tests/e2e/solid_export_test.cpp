@@ -44,17 +44,19 @@ Frame frameOf(QelObject* object) {
     return frame;
 }
 
-// Which axes of the pose the class fixes: a solid of revolution may turn about its axis, a
-// torus, valve or tee may also turn end for end, a sphere any way.
-enum class Fixes { Origin, Axis, AxisEitherWay, AxisEitherWayAndX, AxisEitherWayAndY, Frame };
+// Which axes of the pose a class fixes: a solid of revolution may turn about its axis, a torus,
+// valve or tee may also turn end for end, a sphere any way.
+struct Fixed {
+    bool z, zEitherWay, x, y;
+};
 
-Fixes fixesOf(const std::string& cls) {
-    if (cls == "Sphere") return Fixes::Origin;
-    if (cls == "Cylinder" || cls == "Cone" || cls == "Flange") return Fixes::Axis;
-    if (cls == "Torus") return Fixes::AxisEitherWay;
-    if (cls == "Tee") return Fixes::AxisEitherWayAndX;
-    if (cls == "Valve") return Fixes::AxisEitherWayAndY;
-    return Fixes::Frame;
+Fixed fixedOf(const std::string& cls) {
+    if (cls == "Sphere") return {false, false, false, false};
+    if (cls == "Cylinder" || cls == "Cone" || cls == "Flange") return {true, false, false, false};
+    if (cls == "Torus") return {false, true, false, false};
+    if (cls == "Tee") return {false, true, true, false};
+    if (cls == "Valve") return {false, true, false, true};
+    return {true, false, true, true};
 }
 
 // Lengths come back through the kernel in doubles, but the file's single-precision 4 pi (sphere),
@@ -76,41 +78,20 @@ double toleranceOf(const std::string& cls, const std::string& name, double value
 }
 
 std::vector<std::string> frameFaults(const std::string& cls, const Frame& a, const Frame& b) {
-    std::vector<std::string> faults;
     const double tol = cls == "ReducingElbow" ? kRingVertex : kSingle * 10.0;
-    const AcGeTol axisTol = [&] {
-        AcGeTol t;
-        t.setEqualVector(tol);
-        return t;
-    }();
-    if (a.origin.distanceTo(b.origin) > tol * (1.0 + a.origin.asVector().length()))
-        faults.push_back("origin moved");
-    const Fixes fixes = fixesOf(cls);
+    AcGeTol axisTol;
+    axisTol.setEqualVector(tol);
     const auto same = [&](const AcGeVector3d& u, const AcGeVector3d& v) {
         return u.isEqualTo(v, axisTol);
     };
-    const auto eitherWay = [&](const AcGeVector3d& u, const AcGeVector3d& v) {
-        return same(u, v) || same(u, -v);
-    };
-    switch (fixes) {
-    case Fixes::Origin:
-        break;
-    case Fixes::Axis:
-        if (!same(a.z, b.z)) faults.push_back("axis turned");
-        break;
-    case Fixes::AxisEitherWay:
-        if (!eitherWay(a.z, b.z)) faults.push_back("axis turned");
-        break;
-    case Fixes::AxisEitherWayAndX:
-        if (!eitherWay(a.z, b.z) || !same(a.x, b.x)) faults.push_back("axis or branch turned");
-        break;
-    case Fixes::AxisEitherWayAndY:
-        if (!eitherWay(a.z, b.z) || !same(a.y, b.y)) faults.push_back("axis or stem turned");
-        break;
-    case Fixes::Frame:
-        if (!same(a.x, b.x) || !same(a.y, b.y) || !same(a.z, b.z)) faults.push_back("turned");
-        break;
-    }
+    std::vector<std::string> faults;
+    if (a.origin.distanceTo(b.origin) > tol * (1.0 + a.origin.asVector().length()))
+        faults.push_back("origin moved");
+    const Fixed fixed = fixedOf(cls);
+    if ((fixed.z && !same(a.z, b.z)) || (fixed.zEitherWay && !same(a.z, b.z) && !same(a.z, -b.z)))
+        faults.push_back("axis turned");
+    if ((fixed.x && !same(a.x, b.x)) || (fixed.y && !same(a.y, b.y)))
+        faults.push_back("turned about the axis");
     return faults;
 }
 
