@@ -150,3 +150,18 @@ std::vector<QelFittingPart> QelFittingParts(const AcDbObjectId& id, int code) {
 void QelSetReal(QelObject* target, const char* name, double value) {
     target->AddOrReplaceParam(QelParam::Create(name, value));
 }
+
+bool QelMeasureSolid(const AcDbObjectId& id, QelSolidMeasure& out) {
+    AcDbEntity* entity = nullptr;
+    if (acdbOpenAcDbEntity(entity, id, AcDb::kForRead) != Acad::eOk) return false;
+    const AcDb3dSolid* solid = AcDb3dSolid::cast(entity);
+    if (solid) {
+        out.hasArea = solid->getArea(out.area) == Acad::eOk;
+        double moments[3], products[3], principal[3], gyration[3];
+        AcDbExtents extents;
+        out.hasMass = solid->getMassProp(out.volume, out.centroid, moments, products, principal,
+                                         out.axes, gyration, extents) == Acad::eOk;
+    }
+    entity->close();
+    return solid != nullptr;
+}

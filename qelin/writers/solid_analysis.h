@@ -48,6 +48,19 @@ bool coneFromSolid(const AcDbObjectId& id, QelConeFit& fit);
 // fraction of radius0; radius1 is then radius0.
 bool cylinderFromEntity(const AcDbObjectId& id, QelConeFit& fit, double equalWithin);
 
+// Area, volume, centroid and principal axes of a solid.
+struct QelSolidMeasure {
+    bool hasArea = false;
+    bool hasMass = false;
+    double area = 0.0;
+    double volume = 0.0;
+    AcGePoint3d centroid;
+    AcGeVector3d axes[3];
+};
+
+// Measures the entity; false when it is no solid.
+bool QelMeasureSolid(const AcDbObjectId& id, QelSolidMeasure& out);
+
 // The entity's member record; false without one.
 bool QelTagOf(const AcDbObjectId& id, QelMemberRecord& tag);
 
