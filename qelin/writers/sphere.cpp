@@ -6,7 +6,6 @@
 #include "writers/solid_writers.h"
 
 #include <arx/aced.h>
-#include <arx/dbsol3d.h>
 
 #include <cmath>
 
