@@ -1,6 +1,7 @@
 #include "export/object_types.h"
 
 #include "writers/curve_writers.h"
+#include "writers/solid_writers.h"
 
 namespace {
 
@@ -22,14 +23,14 @@ constexpr QelObjectTypeRow kRows[QelObjectTypeCount] = {
     {QelCode::PlanarPatch, "PlanarPatch", Own, Tag, H::Patch, nullptr},
     {QelCode::PlanarPolylineExtrusion, "PlanarPolylineExtrusion", Own, Tag, H::Extrusion, nullptr},
     {QelCode::StdShapeExtrusion, "StdShapeExtrusion", Own, Tag, H::Generic, nullptr},
-    {QelCode::Cylinder, "Cylinder", Own, Tag, H::GenericCaps, nullptr},
-    {QelCode::Cone, "Cone", Own, Tag, H::Generic, nullptr},
-    {QelCode::Flange, "Flange", Own, Tag, H::Generic, nullptr}, // the cylinder's writer
-    {QelCode::Reducer, "Reducer", Own, Tag, H::Generic, nullptr},
-    {QelCode::Sphere, "Sphere", Own, Tag, H::Generic, nullptr},
-    {QelCode::Torus, "Torus", Own, Tag, H::Generic, nullptr},
-    {QelCode::Elbow, "Elbow", Own, Tag, H::Generic, nullptr},
-    {QelCode::Valve, "Valve", Own, Grouped, H::Generic, nullptr},
+    {QelCode::Cylinder, "Cylinder", Own, Tag, H::GenericCaps, QelWriteCylinder},
+    {QelCode::Cone, "Cone", Own, Tag, H::Generic, QelWriteCone},
+    {QelCode::Flange, "Flange", Own, Tag, H::Generic, QelWriteCylinder}, // the cylinder's writer
+    {QelCode::Reducer, "Reducer", Own, Tag, H::Generic, QelWriteReducer},
+    {QelCode::Sphere, "Sphere", Own, Tag, H::Generic, QelWriteSphere},
+    {QelCode::Torus, "Torus", Own, Tag, H::Generic, QelWriteTorus},
+    {QelCode::Elbow, "Elbow", Own, Tag, H::Generic, QelWriteElbow},
+    {QelCode::Valve, "Valve", Own, Grouped, H::Generic, QelWriteValve},
     {QelCode::Vertex3d, "Vertex3d", Own, Tag, H::Generic, nullptr},
     {QelCode::GeometricGroup, "GeometricGroup", None, Tag, H::Nothing, nullptr},
     {QelCode::ExclusionVolume, "ExclusionVolume", Own, Tag, H::ExclusionVolume, nullptr},
@@ -55,7 +56,7 @@ constexpr QelObjectTypeRow kRows[QelObjectTypeCount] = {
     {QelCode::Unknown3dSolid, "Unknown3dSolid", None, Class, H::Patch, nullptr},
     {QelCode::Poly3DFace, "Poly3DFace", "PlanarPatch", Class, H::Patch, nullptr},
     {QelCode::Region, "Region", "PlanarPatch", Class, H::Region, nullptr},
-    {QelCode::Pipe, "Pipe", "Cylinder", Class, H::GenericCaps, nullptr},
+    {QelCode::Pipe, "Pipe", "Cylinder", Class, H::GenericCaps, QelWritePipe},
     {QelCode::LinePatch, "LinePatch", "PlanarPatch", Class, H::Generic, nullptr},
     {QelCode::PolylinePatch, "PolylinePatch", Own, Class, H::PolylinePatch, nullptr},
     {QelCode::AcDbSolidObj, "AcDbSolidObj", Own, Class, H::Solid2d, nullptr},
@@ -66,9 +67,9 @@ constexpr QelObjectTypeRow kRows[QelObjectTypeCount] = {
      H::GenericPlain, nullptr},
     {QelCode::KS_SHAPE, "KS_SHAPE", None, Class, H::Nothing, nullptr},
     {QelCode::BlockRef, "BlockRef", None, Class, H::NestedInsert, nullptr},
-    {QelCode::ReducingElbow, "ReducingElbow", Own, Tag, H::Generic, nullptr},
-    {QelCode::PipeFlange, "PipeFlange", "Flange", Grouped, H::Generic, nullptr},
-    {QelCode::PipeTee, "PipeTee", "Tee", Grouped, H::Generic, nullptr},
+    {QelCode::ReducingElbow, "ReducingElbow", Own, Tag, H::Generic, QelWriteReducingElbow},
+    {QelCode::PipeFlange, "PipeFlange", "Flange", Grouped, H::Generic, QelWritePipeFlange},
+    {QelCode::PipeTee, "PipeTee", "Tee", Grouped, H::Generic, QelWritePipeTee},
 };
 
 constexpr bool inCodeOrder() {

@@ -6,6 +6,7 @@
 #include <arx/arx.h>
 #include <qel/qel.h>
 
+#include <algorithm>
 #include <cmath>
 
 double QelLengthOut(double drawing) {
@@ -58,5 +59,35 @@ void QelWritePose(QelObject* object, const double rotation[4], const AcGePoint3d
         pose->AddOrReplaceParam(QelParam::Create("translation", metres, 3));
     }
     object->AddOrReplaceParam(QelParam::Create("pose", pose));
+    pose->UnRef();
+}
+
+bool QelPoseFromThreePoints(const AcGePoint3d& origin, const AcGePoint3d& onX,
+                            const AcGePoint3d& onY, double rotation[4]) {
+    constexpr double kShortest = 1e-5;
+    const AcGeVector3d first = onX - origin, second = onY - origin;
+    if (first.length() < kShortest || second.length() < kShortest) return false;
+    AcGeVector3d normal = first.crossProduct(second);
+    if (normal.length() < kShortest) return false;
+    normal.normalize();
+    QelRotationFromAxes(origin, normal, first.normal(), rotation);
+    return true;
+}
+
+double QelAngleBetween(const AcGeVector3d& a, const AcGeVector3d& b, const AcGeVector3d& ref) {
+    if (a.isZeroLength() || b.isZeroLength() || a.isEqualTo(b)) return 0.0;
+    if (a.isEqualTo(-b)) return QelPiSingle;
+    const double cosine = std::clamp(a.normal().dotProduct(b.normal()), -1.0, 1.0);
+    const double angle = std::acos(cosine);
+    return a.crossProduct(b).dotProduct(ref) < 0.0 ? QelTwoPiSingle - angle : angle;
+}
+
+void QelWriteWholePose(QelObject* target, const double rotation[4], const AcGePoint3d& origin) {
+    QelObject* pose = QelObject::Create("Transformation");
+    double translation[3];
+    QelPointOut(origin, translation);
+    pose->AddOrReplaceParam(QelParam::Create("rotation", rotation, 4));
+    pose->AddOrReplaceParam(QelParam::Create("translation", translation, 3));
+    target->AddOrReplaceParam(QelParam::Create("pose", pose));
     pose->UnRef();
 }

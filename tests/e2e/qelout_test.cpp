@@ -245,8 +245,13 @@ TEST_F(QeloutEndToEnd, WithReferenceALayerKeepsItsUnknownParams) {
     EXPECT_NE(file.find("LayerMgr")->GetParam("mgrNote", 0), nullptr);
     EXPECT_EQ(WrittenFile::text(file.find("ModelSpaceView"), "viewNote"), "seen");
     EXPECT_EQ(WrittenFile::text(file.find("ModelSpace"), "name"), "the plant");
-    // The tagged cylinder has no writer yet and is told as unknown.
-    EXPECT_TRUE(has(with.out, "Unknown object type!")) << with.out;
+    // The tagged cylinder leaves measured from its solid.
+    EXPECT_FALSE(has(with.out, "Unknown object type!")) << with.out;
+    QelObject* cylinder = file.find("Cylinder");
+    ASSERT_NE(cylinder, nullptr) << with.out;
+    double radius = 0;
+    cylinder->GetParam("radius", 0)->GetValue(radius);
+    EXPECT_NEAR(radius, 0.1, 1e-12);
 
     const Outcome without = qelcad("export " + path("ref.dxf") + " -o without.qel --no-reference");
     ASSERT_EQ(without.status, 0) << without.out;
