@@ -45,6 +45,9 @@ bool QelWritePlanarPolylineExtrusion(QelObject* target, const AcDbObjectId& id,
     if (fit.direction != AcGeVector3d::kZAxis) {
         const double direction[3] = {fit.direction.x, fit.direction.y, fit.direction.z};
         target->AddOrReplaceParam(QelParam::Create("direction", direction, 3));
+    } else {
+        // Square to the base: no direction, not even the one an object read back had.
+        target->DeleteParam("direction");
     }
     return true;
 }
