@@ -1,6 +1,7 @@
 #include "export/entity_dispatch.h"
 
 #include "export/appearance.h"
+#include "export/entity_annotations.h"
 #include "export/object_types.h"
 #include "export/original_file.h"
 #include "export/qel_out_object.h"
@@ -148,12 +149,13 @@ bool dispatchEntity(QelOutObject& out, QelWriter& writer, int type, AcDbObjectId
     default:
         break;
     }
-    // Annotations and caps join the generic path with the writers that need them.
     if (!row->writer) return unknownType();
     bool fromReference = false;
     QelObject* object = openFileObject(out, id, type, fromReference);
     if (!object) return unknownType();
     writeAppearance(out, object, id);
+    if (row->handling != H::GenericPlain) writeAnnotationsOfEntity(out, object, writer, id);
+    if (row->handling == H::GenericCaps) writeCaps(out, object, writer, id);
     row->writer(m, object, writer, id);
     QelWriteCounted(writer, object);
     object->UnRef();
