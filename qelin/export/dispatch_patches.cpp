@@ -1,7 +1,9 @@
 #include "export/dispatch_patches.h"
 
 #include "export/appearance.h"
+#include "export/entity_annotations.h"
 #include "export/entity_dispatch.h"
+#include "export/generic_mesh.h"
 #include "export/object_types.h"
 #include "export/qel_out_object.h"
 #include "foundation/log_file.h"
@@ -71,6 +73,7 @@ bool QelDispatchPatch(QelOutObject& out, QelWriter& writer, int type, AcDbObject
     QelObject* object = openFileObject(out, id, type, fromReference);
     if (!object) return true;
     writeAppearance(out, object, id);
+    writeAnnotationsOfEntity(out, object, writer, id);
     if (!QelWritePlanarPatchFrom(object, id, nullptr)) return dropped(object);
     return writeOne(out, writer, object, id);
 }
@@ -85,19 +88,22 @@ bool QelDispatchRegion(QelOutObject& out, QelWriter& writer, int type, AcDbObjec
         return dropped(object);
     }
     writeAppearance(out, object, id);
+    writeAnnotationsOfEntity(out, object, writer, id);
     const bool written = QelWritePlanarPatchFrom(object, id, faces);
     acutRelRb(faces);
     if (!written) return dropped(object);
     return writeOne(out, writer, object, id);
 }
 
-bool QelDispatchExtrusion(QelOutObject& out, QelWriter& writer, int type, AcDbObjectId id) {
+bool QelDispatchExtrusion(QelOutObject& out, QelWriter& writer, int type, AcDbObjectId id,
+                          const AcGeMatrix3d& m) {
     bool fromReference = false;
     QelObject* object = openFileObject(out, id, type, fromReference);
     if (!object) return true;
     resbuf* faces = QelAskCompanion(L"getPolyPlanerExtru", id, L"\n Error (skipping extrusion)");
     if (faces) {
         writeAppearance(out, object, id);
+        writeAnnotationsOfEntity(out, object, writer, id);
         if (QelWritePlanarPolylineExtrusion(object, id, faces)) {
             acutRelRb(faces);
             return writeOne(out, writer, object, id);
@@ -105,7 +111,15 @@ bool QelDispatchExtrusion(QelOutObject& out, QelWriter& writer, int type, AcDbOb
     }
     tell(L"\n Get PlanarPolyExtru geometry failed!\n", L"\n Get PlanarPolyExtru geometry failed!");
     object->UnRef();
-    // The solid's faces, each a patch of its own, when it is no extrusion.
+    // No extrusion: the solid as a mesh, else its faces each a patch of its own.
+    QelObject* mesh = QelObject::Create("TriMesh");
+    writeAppearance(out, mesh, id);
+    writeAnnotationsOfEntity(out, mesh, writer, id);
+    if (writeGenericMesh(mesh, writer, id, m)) {
+        if (faces) acutRelRb(faces);
+        return writeOne(out, writer, mesh, id);
+    }
+    mesh->UnRef();
     const std::vector<int> written =
         faces ? QelWriteFacesAsPatches(faces, writer) : std::vector<int>();
     if (faces) acutRelRb(faces);
@@ -120,6 +134,7 @@ bool QelDispatchBox(QelOutObject& out, QelWriter& writer, int type, AcDbObjectId
     resbuf* faces = QelAskCompanion(L"getPolyPlanerExtru", id, L"\n Error (skipping box)");
     if (faces) {
         writeAppearance(out, object, id);
+        writeAnnotationsOfEntity(out, object, writer, id);
         QelWriteRectangularBox(object, id, faces);
         acutRelRb(faces);
     } else {

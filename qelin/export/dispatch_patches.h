@@ -9,7 +9,8 @@ class QelOutObject;
 
 bool QelDispatchPatch(QelOutObject& out, QelWriter& writer, int type, AcDbObjectId id);
 bool QelDispatchRegion(QelOutObject& out, QelWriter& writer, int type, AcDbObjectId id);
-bool QelDispatchExtrusion(QelOutObject& out, QelWriter& writer, int type, AcDbObjectId id);
+bool QelDispatchExtrusion(QelOutObject& out, QelWriter& writer, int type, AcDbObjectId id,
+                          const AcGeMatrix3d& m);
 bool QelDispatchBox(QelOutObject& out, QelWriter& writer, int type, AcDbObjectId id);
 bool QelDispatchPolylinePatch(QelOutObject& out, QelWriter& writer, int type, AcDbObjectId id);
 bool QelDispatchSolid2d(QelOutObject& out, QelWriter& writer, int type, AcDbObjectId id);

@@ -2,6 +2,7 @@
 
 #include "export/appearance.h"
 #include "export/dispatch_patches.h"
+#include "export/entity_annotations.h"
 #include "export/object_types.h"
 #include "export/original_file.h"
 #include "export/qel_out_object.h"
@@ -142,7 +143,7 @@ bool dispatchEntity(QelOutObject& out, QelWriter& writer, int type, AcDbObjectId
     case H::Region:
         return QelDispatchRegion(out, writer, type, id);
     case H::Extrusion:
-        return QelDispatchExtrusion(out, writer, type, id);
+        return QelDispatchExtrusion(out, writer, type, id, m);
     case H::Box:
         return QelDispatchBox(out, writer, type, id);
     case H::PolylinePatch:
@@ -161,12 +162,13 @@ bool dispatchEntity(QelOutObject& out, QelWriter& writer, int type, AcDbObjectId
     default:
         break;
     }
-    // Annotations and caps join the generic path with the writers that need them.
     if (!row->writer) return unknownType();
     bool fromReference = false;
     QelObject* object = openFileObject(out, id, type, fromReference);
     if (!object) return unknownType();
     writeAppearance(out, object, id);
+    if (row->handling != H::GenericPlain) writeAnnotationsOfEntity(out, object, writer, id);
+    if (row->handling == H::GenericCaps) writeCaps(out, object, writer, id);
     row->writer(m, object, writer, id);
     QelWriteCounted(writer, object);
     object->UnRef();

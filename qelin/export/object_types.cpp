@@ -1,6 +1,7 @@
 #include "export/object_types.h"
 
 #include "writers/curve_writers.h"
+#include "writers/mesh_writers.h"
 #include "writers/patch_writers.h"
 
 namespace {
@@ -32,7 +33,7 @@ constexpr QelObjectTypeRow kRows[QelObjectTypeCount] = {
     {QelCode::Torus, "Torus", Own, Tag, H::Generic, nullptr},
     {QelCode::Elbow, "Elbow", Own, Tag, H::Generic, nullptr},
     {QelCode::Valve, "Valve", Own, Grouped, H::Generic, nullptr},
-    {QelCode::Vertex3d, "Vertex3d", Own, Tag, H::Generic, nullptr},
+    {QelCode::Vertex3d, "Vertex3d", Own, Tag, H::Generic, QelWriteVertex3d},
     {QelCode::GeometricGroup, "GeometricGroup", None, Tag, H::Nothing, nullptr},
     {QelCode::ExclusionVolume, "ExclusionVolume", Own, Tag, H::ExclusionVolume, nullptr},
     {QelCode::Pointset, "Pointset", None, Tag, H::PointSet, nullptr},
@@ -44,14 +45,14 @@ constexpr QelObjectTypeRow kRows[QelObjectTypeCount] = {
     {QelCode::HemisphericCap, "HemisphericCap", None, Tag, H::Nothing, nullptr},
     {QelCode::SemiEllipticCap, "SemiEllipticCap", None, Tag, H::Nothing, nullptr},
     {QelCode::CenterLine, "CenterLine", None, Tag, H::Nothing, nullptr},
-    {QelCode::Text, "Text", "Vertex3d", Tag, H::Generic, nullptr},
+    {QelCode::Text, "Text", "Vertex3d", Tag, H::Generic, QelWriteText},
     {QelCode::SteelRectangular, "SteelRectangular", None, Class, H::Unknown, nullptr},
     {QelCode::SteelWideFlange, "SteelWideFlange", None, Class, H::Unknown, nullptr},
     {QelCode::SteelTee, "SteelTee", None, Class, H::Unknown, nullptr},
     {QelCode::SteelChannel, "SteelChannel", None, Class, H::Unknown, nullptr},
     {QelCode::SteelAngle, "SteelAngle", None, Class, H::Unknown, nullptr},
     {QelCode::RectangularBox, "RectangularBox", Own, Tag, H::Box, nullptr},
-    {QelCode::TriMesh, "TriMesh", Own, Grouped, H::Mesh, nullptr},
+    {QelCode::TriMesh, "TriMesh", Own, Grouped, H::Mesh, QelWriteTriMesh},
     {QelCode::ContourObj, "ContourObj", None, Grouped, H::Contour, nullptr},
     {QelCode::BottomCenterLine, "BottomCenterLine", None, Tag, H::Nothing, nullptr},
     {QelCode::Unknown3dSolid, "Unknown3dSolid", None, Class, H::Patch, nullptr},
@@ -62,7 +63,8 @@ constexpr QelObjectTypeRow kRows[QelObjectTypeCount] = {
     {QelCode::PolylinePatch, "PolylinePatch", Own, Class, H::PolylinePatch, nullptr},
     {QelCode::AcDbSolidObj, "AcDbSolidObj", Own, Class, H::Solid2d, nullptr},
     {QelCode::EllipticExtruPatch, "EllipticExtruPatch", Own, Class, H::Nothing, nullptr},
-    {QelCode::CircularArc3dPatch, "CircularArc3dPatch", "TriMesh", Class, H::ArcPatch, nullptr},
+    {QelCode::CircularArc3dPatch, "CircularArc3dPatch", "TriMesh", Class, H::ArcPatch,
+     QelWriteArcPatch},
     {QelCode::AcDbTraceObj, "AcDbTraceObj", "PlanarPatch", Class, H::GenericPlain, QelWriteTrace},
     {QelCode::AcDbTraceObjExtruPatch, "AcDbTraceObjExtruPatch", "PlanarPolylineExtrusion", Class,
      H::GenericPlain, QelWriteTrace},

@@ -1,0 +1,120 @@
+// Export tests of single entities: a host document with the solid classes, the companion module
+// at hand, and ways to make entities: imported by the driver, drawn through the database,
+// modelled by the host's commands, tagged as the import tags them.
+#pragma once
+
+#include "import_fixture.h"
+
+#include "records/member_record.h"
+
+#include <arx/brhost.h>
+#include <arx/dbsol3d.h>
+#include <arx/rxregsvc.h>
+
+#include <string>
+#include <vector>
+
+namespace qelintest {
+
+class ExportTest : public ImportTest {
+protected:
+    static void SetUpTestSuite() {
+        qelhost::registerSolidClasses();
+        qelhost::setModuleFolder(QEL_MODULE_FOLDER);
+    }
+    void TearDown() override {
+        if (m_companion) acrxDynamicLinker->unloadModule(L"ToviQelOut.dll", false);
+        ImportTest::TearDown();
+    }
+
+    void loadCompanion() {
+        ASSERT_TRUE(acrxDynamicLinker->loadModule(L"ToviQelOut.dll", false, false));
+        m_companion = true;
+    }
+
+    // Appended to model space and closed.
+    static AcDbObjectId add(AcDbEntity* entity) {
+        AcDbBlockTableRecord* space = nullptr;
+        EXPECT_EQ(acdbOpenObject(space, database()->modelSpaceId(), AcDb::kForWrite), Acad::eOk);
+        AcDbObjectId id;
+        EXPECT_EQ(space->appendAcDbEntity(id, entity), Acad::eOk);
+        entity->close();
+        space->close();
+        return id;
+    }
+    static AcDbDatabase* database() { return acdbHostApplicationServices()->workingDatabase(); }
+
+    static void tag(AcDbObjectId id, int code, int role = 0) {
+        AcDbEntity* entity = nullptr;
+        ASSERT_EQ(acdbOpenAcDbEntity(entity, id, AcDb::kForRead), Acad::eOk);
+        entity->close(); // the record opens it for write itself
+        QelMemberRecord record;
+        record.memberType = code;
+        record.partIndex = role;
+        record.filePath = L"source.qel";
+        EXPECT_TRUE(record.Store(entity));
+    }
+
+    // A solid built about the origin, then moved.
+    template <class Build>
+    static AcDbObjectId solid(Build build, const AcGeMatrix3d& place = AcGeMatrix3d()) {
+        auto* s = new AcDb3dSolid;
+        EXPECT_EQ(build(*s), Acad::eOk);
+        EXPECT_EQ(s->transformBy(place), Acad::eOk);
+        return add(s);
+    }
+    static AcDbObjectId frustum(double height, double base, double top) {
+        return solid([&](AcDb3dSolid& s) { return s.createFrustum(height, base, base, top); });
+    }
+
+    // A host command run as a program runs it, and the entity it drew last.
+    template <class... Args>
+    static AcDbObjectId command(Args... args) {
+        EXPECT_EQ(acedCommand(args..., RTNONE), RTNORM);
+        ads_name last;
+        EXPECT_EQ(acdbEntLast(last), RTNORM);
+        AcDbObjectId id;
+        acdbGetObjectId(id, last);
+        return id;
+    }
+
+    // The entities of model space, in order.
+    static std::vector<AcDbObjectId> modelSpace() {
+        std::vector<AcDbObjectId> ids;
+        AcDbBlockTableRecord* space = nullptr;
+        acdbOpenObject(space, database()->modelSpaceId(), AcDb::kForRead);
+        AcDbBlockTableRecordIterator* it = nullptr;
+        space->newIterator(it);
+        for (; !it->done(); it->step()) {
+            AcDbObjectId id;
+            it->getEntityId(id);
+            ids.push_back(id);
+        }
+        delete it;
+        space->close();
+        return ids;
+    }
+    template <class T>
+    static bool is(AcDbObjectId id) {
+        AcDbEntity* entity = nullptr;
+        if (acdbOpenAcDbEntity(entity, id, AcDb::kForRead) != Acad::eOk) return false;
+        const bool yes = T::cast(entity) != nullptr;
+        entity->close();
+        return yes;
+    }
+
+    bool m_companion = false;
+};
+
+// A file of the objects, all on one layer.
+inline FileLayout oneLayer(const std::vector<std::string>& objects) {
+    FileLayout layout;
+    layout.objects = objects;
+    std::string refs;
+    for (std::size_t i = 0; i < objects.size(); ++i)
+        refs += (i ? ", " : "") + std::to_string(i);
+    layout.layers = {{R"("Plant")", "[" + refs + "]", ""}};
+    return layout;
+}
+
+} // namespace qelintest
