@@ -8,6 +8,7 @@
 
 #include "qelcad_fixture.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <map>
@@ -208,6 +209,24 @@ double distance(const std::array<double, 3>& a, const std::array<double, 3>& b) 
     return ::testing::AssertionSuccess();
 }
 
+// The corners of an extrusion's solid: its outline and the outline pushed along the direction.
+std::vector<std::array<double, 3>> prismCorners(QelObject* object) {
+    std::vector<double> direction = reals(object, "direction");
+    if (direction.size() != 3) direction = {0, 0, 1};
+    const double length = std::sqrt(direction[0] * direction[0] + direction[1] * direction[1] +
+                                    direction[2] * direction[2]);
+    const double height = real(object, "height");
+    Placement turn = placementOf(object);
+    turn.t[0] = turn.t[1] = turn.t[2] = 0;
+    const auto push = turn.apply(direction[0] * height / length, direction[1] * height / length,
+                                 direction[2] * height / length);
+    std::vector<std::array<double, 3>> points = worldOutline(object);
+    const std::size_t base = points.size();
+    for (std::size_t i = 0; i < base; ++i)
+        points.push_back({points[i][0] + push[0], points[i][1] + push[1], points[i][2] + push[2]});
+    return points;
+}
+
 std::vector<QelObjectRef> objectsOf(const std::string& file, const char* className) {
     QelReader reader;
     reader.Open(file.c_str());
@@ -378,23 +397,6 @@ TEST_F(PatchExport, PatchesKeepTheirCornersAndHoles) {
 // where they stood. (Which face is taken for the base follows the order of the faces, so the
 // params may describe the solid from another side.)
 TEST_F(PatchExport, ExtrusionsComeBackAsTheSameSolid) {
-    auto corners = [](QelObject* object) {
-        std::vector<double> direction = reals(object, "direction");
-        if (direction.size() != 3) direction = {0, 0, 1};
-        const double length = std::sqrt(direction[0] * direction[0] + direction[1] * direction[1] +
-                                        direction[2] * direction[2]);
-        const double height = real(object, "height");
-        Placement turn = placementOf(object);
-        turn.t[0] = turn.t[1] = turn.t[2] = 0;
-        const auto push = turn.apply(direction[0] * height / length, direction[1] * height / length,
-                                     direction[2] * height / length);
-        std::vector<std::array<double, 3>> points = worldOutline(object);
-        const std::size_t base = points.size();
-        for (std::size_t i = 0; i < base; ++i)
-            points.push_back(
-                {points[i][0] + push[0], points[i][1] + push[1], points[i][2] + push[2]});
-        return points;
-    };
     const std::vector<QelObjectRef> want = objectsOf(source, "PlanarPolylineExtrusion");
     for (const Export& e : solidExports()) {
         SCOPED_TRACE(e.name);
@@ -402,7 +404,7 @@ TEST_F(PatchExport, ExtrusionsComeBackAsTheSameSolid) {
         const std::vector<QelObjectRef> got = objectsOf(e.file, "PlanarPolylineExtrusion");
         ASSERT_EQ(got.size(), want.size());
         for (std::size_t k = 0; k < want.size(); ++k)
-            EXPECT_TRUE(sameCorners(corners(want[k].get()), corners(got[k].get()))) << k;
+            EXPECT_TRUE(sameCorners(prismCorners(want[k].get()), prismCorners(got[k].get()))) << k;
     }
 }
 
@@ -425,4 +427,71 @@ TEST_F(PatchExport, BoxesComeBackAsTheSameBox) {
         ASSERT_EQ(got.size(), 1u);
         EXPECT_TRUE(sameCorners(corners(want[0].get()), corners(got[0].get())));
     }
+}
+
+// Drawn by hand in millimetres: a thick line is one wall, a thick polyline one wall per segment,
+// a region from a closed polyline a patch, a box and an extruded polyline the same solids; a
+// round region that no face list serves is told and leaves nothing, and the others keep their
+// numbers.
+TEST_F(PatchExport, HandDrawnFlatAndPlanarEntitiesLeaveAsTheirKinds) {
+    std::ofstream(dir / "drawn.scr") << "SETVAR THICKNESS 500\n"
+                                        "LINE 0,0 2000,0\n\n"
+                                        "PLINE 0,3000 3000,3000 3000,7000\n\n"
+                                        "SETVAR THICKNESS 0\n"
+                                        "PLINE 10000,0 14000,0 14000,3000 C\n"
+                                        "REGION L\n\n"
+                                        "CIRCLE 20000,0 1000\n"
+                                        "REGION L\n\n"
+                                        "BOX 30000,0,0 33000,2000,0 1000\n"
+                                        "PLINE 40000,0 42000,0 42000,1000 41000,2000 40000,1000 C\n"
+                                        "EXTRUDE L\n\n1500\n"
+                                        "QUIT\n";
+    run(std::string(QELCAD) + " run --script drawn.scr --save drawn.dxf");
+    const std::string said = run(
+        std::string(QELCAD) + " export drawn.dxf -o drawn.qel --units Millimeters --no-reference");
+    EXPECT_TRUE(has(said, "Get PlanarPatch geometry failed!")) << said;
+    EXPECT_FALSE(has(said, "Unknown object type!")) << said;
+    const std::string file = (dir / "drawn.qel").string();
+
+    // Walls and the region's patch, in drawing order: areas in square metres.
+    const std::vector<QelObjectRef> patches = objectsOf(file, "PlanarPatch");
+    const double areas[] = {2.0 * 0.5, 3.0 * 0.5, 4.0 * 0.5, 4.0 * 3.0 / 2};
+    ASSERT_EQ(patches.size(), std::size(areas));
+    for (std::size_t k = 0; k < patches.size(); ++k) {
+        const std::vector<double> v = reals(patches[k].get(), "vertices");
+        double twice = 0;
+        for (std::size_t i = 0; i + 3 < v.size(); i += 2)
+            twice += v[i] * v[i + 3] - v[i + 2] * v[i + 1];
+        EXPECT_NEAR(std::fabs(twice) / 2, areas[k], kTolerance) << k;
+    }
+
+    const std::vector<QelObjectRef> boxes = objectsOf(file, "RectangularBox");
+    ASSERT_EQ(boxes.size(), 1u);
+    std::vector<double> sizes = {real(boxes[0].get(), "height"), real(boxes[0].get(), "width"),
+                                 real(boxes[0].get(), "depth")};
+    std::sort(sizes.begin(), sizes.end());
+    EXPECT_NEAR(sizes[0], 1.0, kTolerance);
+    EXPECT_NEAR(sizes[1], 2.0, kTolerance);
+    EXPECT_NEAR(sizes[2], 3.0, kTolerance);
+
+    const std::vector<QelObjectRef> prisms = objectsOf(file, "PlanarPolylineExtrusion");
+    ASSERT_EQ(prisms.size(), 1u);
+    std::vector<std::array<double, 3>> prism;
+    for (const double z : {0.0, 1.5})
+        for (const auto& [x, y] :
+             {std::pair{40.0, 0.0}, {42.0, 0.0}, {42.0, 1.0}, {41.0, 2.0}, {40.0, 1.0}})
+            prism.push_back({x, y, z});
+    EXPECT_TRUE(sameCorners(prism, prismCorners(prisms[0].get())));
+
+    // Nothing was written for the round region: no number was skipped.
+    QelReader reader;
+    reader.Open(file.c_str());
+    QelObjectRef space(reader.ReadObject("ModelSpace", 0));
+    ASSERT_TRUE(space);
+    std::vector<unsigned> listed;
+    unsigned* numbers = nullptr;
+    unsigned count = 0;
+    space->GetParam("objectList", 0)->GetValue(numbers, count, false);
+    listed.assign(numbers, numbers + count);
+    EXPECT_EQ(listed, (std::vector<unsigned>{0, 1, 2, 3, 4, 5}));
 }
