@@ -5,9 +5,11 @@
 #include "objectfile/param_read.h"
 #include "records/member_record.h"
 #include "shell/doc_data.h"
+#include "writers/curve_writers.h"
 #include "writers/patch_writers.h"
 
 #include <arx/dbpl.h>
+#include <arx/dbpoly.h>
 
 #include <cmath>
 #include <initializer_list>
@@ -225,5 +227,47 @@ TEST_F(FlatWriters, ThickLinesAndPolylinesLeaveAsTheirWalls) {
     const double walls[] = {3 * 1.5, 4 * 1.5, 3 * 1.5, 4 * 1.5, 5 * 1.5};
     for (std::size_t k = 0; k < objects.size(); ++k)
         EXPECT_NEAR(std::fabs(twiceArea(reals(objects[k].get(), "vertices"))) / 2, walls[k], 1e-12)
+            << k;
+}
+
+// A 2-D polyline leaves its vertices in world coordinates, its own plane placed by its normal
+// and elevation, the spline frame left out and the first vertex again when closed; with
+// thickness it leaves one wall per segment like a lightweight one.
+TEST_F(FlatWriters, TwoDimensionalPolylinesLeaveInTheWorldWithoutTheirSplineFrame) {
+    auto make = [&](double thickness) {
+        auto* polyline = new AcDb2dPolyline();
+        polyline->setNormal(AcGeVector3d::kXAxis);
+        polyline->setElevation(2.0);
+        polyline->setThickness(thickness);
+        const AcDbObjectId id = append(polyline);
+        AcDb2dPolyline* open = nullptr;
+        EXPECT_EQ(acdbOpenObject(open, id, AcDb::kForWrite), Acad::eOk);
+        const double corners[][2] = {{0, 0}, {1, 0}, {5, 5}, {1, 1}};
+        for (const auto& c : corners) {
+            auto* vertex = new AcDb2dVertex(AcGePoint3d(c[0], c[1], 2.0));
+            if (c[0] == 5) vertex->setVertexType(AcDb::k2dSplineCtlVertex);
+            EXPECT_EQ(open->appendVertex(vertex), Acad::eOk);
+            vertex->close();
+        }
+        open->makeClosed();
+        open->close();
+        return id;
+    };
+    QelObjectRef line(QelObject::Create("Polyline3d"));
+    ASSERT_TRUE(QelWritePolyline3d(m_identity, line.get(), writer(), make(0.0)));
+    const std::vector<double> v = reals(line.get(), "vertices");
+    ASSERT_EQ(v.size(), 3u * 4);
+    for (std::size_t i = 0; i < v.size(); i += 3)
+        EXPECT_NEAR(v[i], 2.0, 1e-12) << "on the plane x = 2, point " << i / 3;
+    EXPECT_EQ(std::vector<double>(v.begin(), v.begin() + 3),
+              std::vector<double>(v.end() - 3, v.end()));
+
+    EXPECT_EQ(QelWritePolylinePatches(m_out, writer(), make(0.5)).size(), 3u);
+    const std::vector<QelObjectRef> walls = written();
+    const double lengths[] = {1.0, 1.0, std::sqrt(2.0)}; // the closing edge too
+    ASSERT_EQ(walls.size(), 3u);
+    for (std::size_t k = 0; k < walls.size(); ++k)
+        EXPECT_NEAR(std::fabs(twiceArea(reals(walls[k].get(), "vertices"))) / 2, lengths[k] * 0.5,
+                    1e-12)
             << k;
 }
