@@ -202,34 +202,6 @@ TEST_F(FlatWriters, TwoDimensionalSolidsWriteTheirOwnObjects) {
     EXPECT_NE(objects[1]->GetParam("appearance", 0), nullptr);
 }
 
-// A thick line is the wall it sweeps; a thick polyline one wall per segment, closing one too.
-TEST_F(FlatWriters, ThickLinesAndPolylinesLeaveAsTheirWalls) {
-    auto* line = new AcDbLine(AcGePoint3d(1, 1, 0), AcGePoint3d(4, 5, 0));
-    line->setThickness(2.0);
-    QelObjectRef wall(QelObject::Create("PlanarPatch"));
-    ASSERT_TRUE(QelWriteLinePatch(m_identity, wall.get(), writer(), append(line)));
-    const std::vector<double> v = reals(wall.get(), "vertices");
-    ASSERT_EQ(v.size(), 10u);
-    EXPECT_NEAR(std::fabs(twiceArea(v)), 2 * 5.0 * 2.0, 1e-12);
-
-    for (const bool closed : {false, true}) {
-        auto* polyline = new AcDbPolyline();
-        polyline->addVertexAt(0, AcGePoint2d(0, 0));
-        polyline->addVertexAt(1, AcGePoint2d(3, 0));
-        polyline->addVertexAt(2, AcGePoint2d(3, 4));
-        polyline->setClosed(closed);
-        polyline->setThickness(1.5);
-        const std::vector<int> numbers = QelWritePolylinePatches(m_out, writer(), append(polyline));
-        EXPECT_EQ(numbers.size(), closed ? 3u : 2u);
-    }
-    const std::vector<QelObjectRef> objects = written();
-    ASSERT_EQ(objects.size(), 5u);
-    const double walls[] = {3 * 1.5, 4 * 1.5, 3 * 1.5, 4 * 1.5, 5 * 1.5};
-    for (std::size_t k = 0; k < objects.size(); ++k)
-        EXPECT_NEAR(std::fabs(twiceArea(reals(objects[k].get(), "vertices"))) / 2, walls[k], 1e-12)
-            << k;
-}
-
 // A 2-D polyline leaves its vertices in world coordinates, its own plane placed by its normal
 // and elevation, the spline frame left out and the first vertex again when closed; with
 // thickness it leaves one wall per segment like a lightweight one.
