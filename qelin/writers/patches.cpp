@@ -129,6 +129,7 @@ bool QelWritePlanarPatch(const AcGeMatrix3d&, QelObject* target, QelWriter&,
 
 bool QelWritePlanarPatchFrom(QelObject* target, const AcDbObjectId& id, const resbuf* faceList) {
     Points points;
+    bool region = false;
     {
         Opened opened(id);
         if (!opened.entity) return false;
@@ -141,6 +142,7 @@ bool QelWritePlanarPatchFrom(QelObject* target, const AcDbObjectId& id, const re
                 addUnlessRepeated(points, corner);
             }
         } else if (AcDbRegion::cast(opened.entity)) {
+            region = true;
             // A region tagged as a patch (one with holes) asks for its outline itself.
             resbuf* asked = nullptr;
             if (!faceList) {
@@ -169,6 +171,12 @@ bool QelWritePlanarPatchFrom(QelObject* target, const AcDbObjectId& id, const re
     }
     QelWriteFramePose(target, frame);
     setVertices(target, outlineIn(frame, points));
+    if (region) {
+        // The outline runs round the holes already: holes read back with the object would be
+        // cut a second time.
+        target->DeleteParam("holeVertices");
+        target->DeleteParam("holeVertexEndIndices");
+    }
     return true;
 }
 

@@ -383,7 +383,7 @@ TEST_F(PatchExport, SteelOutlinesAreMeasuredOnTheirCorners) {
 }
 
 // A patch leaves with its corners where they were; one with a hole as one outline joined round
-// the hole, of the area that is left.
+// the hole, of the area that is left, and without the holes of the object read back.
 TEST_F(PatchExport, PatchesKeepTheirCornersAndHoles) {
     const std::vector<QelObjectRef> want = objectsOf(source, "PlanarPatch");
     for (const Export& e : solidExports()) {
@@ -396,6 +396,7 @@ TEST_F(PatchExport, PatchesKeepTheirCornersAndHoles) {
         for (std::size_t i = 0; i + 3 < v.size(); i += 2)
             twice += v[i] * v[i + 3] - v[i + 2] * v[i + 1];
         EXPECT_NEAR(std::fabs(twice) / 2, 16.0 - 1.0, kTolerance);
+        EXPECT_EQ(got[1]->GetParam("holeVertices", 0), nullptr) << "the hole is in the outline";
     }
 }
 
