@@ -1,6 +1,7 @@
 #include "export/entity_dispatch.h"
 
 #include "export/appearance.h"
+#include "export/dispatch_patches.h"
 #include "export/entity_annotations.h"
 #include "export/object_types.h"
 #include "export/original_file.h"
@@ -137,6 +138,18 @@ bool dispatchEntity(QelOutObject& out, QelWriter& writer, int type, AcDbObjectId
             return true;
         }
         return referenceOnly(out, writer, type, id, doc.pointsSkipped);
+    case H::Patch:
+        return QelDispatchPatch(out, writer, type, id);
+    case H::Region:
+        return QelDispatchRegion(out, writer, type, id);
+    case H::Extrusion:
+        return QelDispatchExtrusion(out, writer, type, id, m);
+    case H::Box:
+        return QelDispatchBox(out, writer, type, id);
+    case H::PolylinePatch:
+        return QelDispatchPolylinePatch(out, writer, type, id);
+    case H::Solid2d:
+        return QelDispatchSolid2d(out, writer, type, id);
     case H::Mesh: {
         if (out.processMethod != 1 && !row->writer) return unknownType();
         bool fromReference = false;
