@@ -50,7 +50,3 @@ void QelWriteFramePose(QelObject* object, const QelFrame& frame) {
     object->AddOrReplaceParam(QelParam::Create("pose", pose));
     pose->UnRef();
 }
-
-void QelSetReal(QelObject* object, const char* name, double value) {
-    object->AddOrReplaceParam(QelParam::Create(name, value));
-}

@@ -28,6 +28,3 @@ bool QelFrameFromThreePoints(const AcGePoint3d& origin, const AcGePoint3d& onX,
 // "pose" with both its params, as the writers that place a plane by hand write it: the rotation
 // of the frame, and its origin in metres.
 void QelWriteFramePose(QelObject* object, const QelFrame& frame);
-
-// A real param, replaced when the object has it.
-void QelSetReal(QelObject* object, const char* name, double value);

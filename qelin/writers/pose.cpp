@@ -91,3 +91,7 @@ void QelWriteWholePose(QelObject* target, const double rotation[4], const AcGePo
     target->AddOrReplaceParam(QelParam::Create("pose", pose));
     pose->UnRef();
 }
+
+void QelSetReal(QelObject* object, const char* name, double value) {
+    object->AddOrReplaceParam(QelParam::Create(name, value));
+}

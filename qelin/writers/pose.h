@@ -22,6 +22,9 @@ void QelRotationFromAxes(const AcGePoint3d& origin, const AcGeVector3d& zAxis,
 // Z) crossed with the normal. A normal along Z gives the world's X.
 AcGeVector3d QelPlaneXAxis(const AcGeVector3d& normal);
 
+// A real param, replaced when the object has it.
+void QelSetReal(QelObject* object, const char* name, double value);
+
 // Sets "pose" of the object: rotation only when it turns, translation only off the origin, and
 // no "pose" at all when there is neither.
 void QelWritePose(QelObject* object, const double rotation[4], const AcGePoint3d& translation);

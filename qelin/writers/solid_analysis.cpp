@@ -147,10 +147,6 @@ std::vector<QelFittingPart> QelFittingParts(const AcDbObjectId& id, int code) {
     return parts;
 }
 
-void QelSetReal(QelObject* target, const char* name, double value) {
-    target->AddOrReplaceParam(QelParam::Create(name, value));
-}
-
 bool QelMeasureSolid(const AcDbObjectId& id, QelSolidMeasure& out) {
     AcDbEntity* entity = nullptr;
     if (acdbOpenAcDbEntity(entity, id, AcDb::kForRead) != Acad::eOk) return false;

@@ -23,5 +23,3 @@ QEL_SOLID_WRITER(QelWritePipeFlange);
 
 #undef QEL_SOLID_WRITER
 
-// A param of one double.
-void QelSetReal(QelObject* target, const char* name, double value);
