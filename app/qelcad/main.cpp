@@ -494,6 +494,10 @@ const SubCommand kCommands[] = {
          app.add_option("input", o.import.input, "The object file (.qel)")->required();
          app.add_option("--units", o.import.units,
                         "Drawing units: a name of the import dialog's list or its index 0-9");
+         app.add_option("--cs", o.import.coordinateSystem,
+                        "Coordinate system of the file that becomes the world (as for import)");
+         app.add_flag("--blocks", o.import.blocks, "Import objects as blocks");
+         app.add_flag("--points", o.import.points, "Import point sets");
          app.add_flag("--reference,!--no-reference", o.reference,
                       "Export with the input as the reference file (the default), or without");
          app.add_option("--keep", o.keep,
