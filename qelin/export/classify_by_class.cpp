@@ -7,6 +7,7 @@
 #include "export/recognise_solids.h"
 #include "import/class_table.h"
 #include "objectfile/type_codes.h"
+#include "records/xrecords.h"
 
 #include <arx/aced.h>
 #include <arx/dbblkref.h>
@@ -93,7 +94,7 @@ int blockReference() {
 
 // The extended data text that marks the one point standing for its point set.
 bool hasPointMark(const AcDbObject& object) {
-    resbuf* data = object.xData(L"Tovi_Technologies");
+    resbuf* data = object.xData(QEL_XDATA_APP);
     bool marked = false;
     for (resbuf* item = data; item && !marked; item = item->rbnext)
         marked = item->restype == 1000 && item->resval.rstring &&

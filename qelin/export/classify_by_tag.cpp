@@ -54,7 +54,7 @@ int flangePiece(int role) {
 // A mesh split over several host meshes leaves once from its reference, or as one mesh per
 // host mesh without it; the last one carries the annotations.
 int meshMember(QelOutObject& out, const Members& m, const AcDbObjectId& id) {
-    if (m.count == 0) return NoObject;
+    if (m.count == 0 || QelIsText(id)) return NoObject;
     int solids = 0, last = -1;
     for (int i = 0; i < m.count; ++i)
         if (!QelIsText(m.ids[i])) {

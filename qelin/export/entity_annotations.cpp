@@ -55,16 +55,16 @@ bool QelAddTextAnnotation(QelObject* target, const AcDbObjectId& textId, bool& m
     QelObject* item = nullptr;
     switch (record.type) {
     case QelIntType:
-        item = annotation("IntAnnotation",
-                          QelParam::Create("value", static_cast<int>(std::wcstol(
-                                                        value.c_str(), nullptr, 10))));
+        item = annotation(
+            "IntAnnotation",
+            QelParam::Create("value", static_cast<int>(std::wcstol(value.c_str(), nullptr, 10))));
         break;
     case QelDoubleType:
         // Read as a whole number, as the annotations of this kind have always been: the fraction
         // is lost on purpose.
         item = annotation("DblAnnotation",
-                          QelParam::Create("value", static_cast<double>(std::wcstol(
-                                                        value.c_str(), nullptr, 10))));
+                          QelParam::Create("value", static_cast<double>(
+                                                        std::wcstol(value.c_str(), nullptr, 10))));
         break;
     case QelStringType:
         item = annotation("StrAnnotation",
@@ -113,13 +113,13 @@ void writeCaps(QelOutObject&, QelObject* object, QelWriter&, const AcDbObjectId&
         entity->close();
         ads_name name;
         QelMemberRecord tag;
-        if ((!solid && !circle) || acdbGetAdsName(name, members[i]) != Acad::eOk ||
-            !tag.Load(name))
+        if ((!solid && !circle) || acdbGetAdsName(name, members[i]) != Acad::eOk || !tag.Load(name))
             continue;
         const char* cap = nullptr;
         if (solid && tag.memberType == QelCode::HemisphericCap) cap = "HemisphericCap";
         if (solid && tag.memberType == QelCode::SemiEllipticCap) cap = "SemiEllipticCap";
         if (circle && tag.memberType == QelCode::FlatCap) cap = "FlatCap";
-        if (cap) addObjectParam(object, tag.partIndex != 0 ? "cap1" : "cap0", QelObject::Create(cap));
+        if (cap)
+            addObjectParam(object, tag.partIndex != 0 ? "cap1" : "cap0", QelObject::Create(cap));
     }
 }

@@ -1,6 +1,7 @@
 #include <cstdio>
 #include <map>
 
+#include "arx/dbkept.h"
 #include "arx/dxfkind.h"
 #include "samples.h"
 
@@ -167,6 +168,20 @@ TEST_F(ArxTest, EntLastAndEntDel) {
     ads_name none = {0, 0};
     EXPECT_EQ(acdbGetObjectId(back, none), Acad::eInvalidAdsName);
     EXPECT_EQ(acdbEntDel(none), RTERROR);
+}
+
+// An entity kept as read goes by the name the file gave it, as the host's own entities do.
+TEST_F(ArxTest, EntGetNamesAKeptEntityAsItsFileDid) {
+    const AcDbObjectId kept = append(new AcDbKeptEntity("WIPEOUT", {{10, "1"}}));
+    ads_name name;
+    acdbGetAdsName(name, kept);
+    resbuf* data = acdbEntGet(name);
+    const resbuf* kind = data;
+    while (kind && kind->restype != 0)
+        kind = kind->rbnext;
+    ASSERT_NE(kind, nullptr);
+    EXPECT_EQ(text(kind), "WIPEOUT");
+    acutRelRb(data);
 }
 
 TEST(EntityNames, NoWorkingDatabaseNoEntities) {

@@ -14,6 +14,7 @@
 
 #include <arx/dbblkref.h>
 #include <arx/dbdict.h>
+#include <arx/dbkept.h>
 #include <arx/dbmesh.h>
 #include <arx/dbregion.h>
 #include <arx/dbsol3d.h>
@@ -323,9 +324,6 @@ TEST_F(Classify, SolidsOfRevolutionByTheirEnds) {
     loadCompanion();
     EXPECT_EQ(code(elbow), QelCode::Elbow);
 
-    const AcDbObjectId tagged = frustum(20.0, 10.0, 10.0);
-    tag(tagged, QelCode::Valve, 9);
-    EXPECT_EQ(code(tagged), QelCode::Cylinder) << "a valve's piece without a role is measured";
     const AcDbObjectId other = frustum(20.0, 10.0, 10.0);
     tag(other, QelCode::Elbow);
     AcDb3dSolid* s = nullptr;
@@ -436,4 +434,16 @@ TEST_F(Classify, ABoxIsReadFromItsFacesWhereverItStands) {
     EXPECT_FALSE(QelReadBoxFromRegions(frustum(2, 1, 1), refused));
     EXPECT_FALSE(
         QelReadBoxFromRegions(add(new AcDbLine(AcGePoint3d(), AcGePoint3d(1, 0, 0))), refused));
+}
+
+// What nothing else knows is told by its name; one kind of section shape is known by that alone.
+TEST_F(Classify, OtherEntitiesAreKnownByTheirNamesOrTold) {
+    EXPECT_EQ(code(add(new AcDbKeptEntity("KS_SHAPE", {}))), QelCode::KS_SHAPE);
+    EXPECT_EQ(code(add(new AcDbKeptEntity("ks_shape", {}))), QelCode::KS_SHAPE);
+    const std::size_t mark = win::Transcript::instance().size();
+    const Classified other = classify(add(new AcDbKeptEntity("WIPEOUT", {})));
+    EXPECT_FALSE(other.exportable);
+    EXPECT_EQ(other.type, -1);
+    EXPECT_EQ(win::Transcript::instance().printed(mark),
+              L"\n Error (getting object type)\n Obj name:WIPEOUT");
 }

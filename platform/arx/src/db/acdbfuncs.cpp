@@ -7,6 +7,7 @@
 #include "../dxf/items.h"
 #include "arx/acdb.h"
 #include "arx/dbhost.h"
+#include "arx/dbkept.h"
 #include "arx/dbmesh.h"
 #include "arx/dxfkind.h"
 #include "objectimpl.h"
@@ -146,9 +147,13 @@ resbuf* acdbEntGet(const ads_name name) {
     const AcDbDxfKind* kind = acdbDxfKindOf(entity->isA());
     AcDbDxfItems items;
     items.push_back(AcDbDxfItem::ofId(-1, s));
-    items.push_back(AcDbDxfItem::ofText(0, kind                       ? kind->dxfName
-                                           : entity->isA()->dxfName() ? entity->isA()->dxfName()
-                                                                      : entity->isA()->name()));
+    // An entity kept as read is named as the file named it.
+    if (const auto* kept = AcDbKeptEntity::cast(entity))
+        items.push_back(AcDbDxfItem::ofText(0, acdbFromUtf8(kept->dxfName())));
+    else
+        items.push_back(AcDbDxfItem::ofText(0, kind                       ? kind->dxfName
+                                               : entity->isA()->dxfName() ? entity->isA()->dxfName()
+                                                                          : entity->isA()->name()));
     items.push_back(AcDbDxfItem::ofId(330, AcDbImpl::owner(entity)));
     items.push_back(AcDbDxfItem::ofText(5, handleText(entity->handle())));
     acdbDxfWriteObject(*entity, items);
