@@ -104,8 +104,12 @@ QelCreated CreateEllipticArc3d(QelObject* object, void*, int, unsigned char, uns
             return QelCreated::Failed;
         }
     }
-    return placeArc(object, AcGeVector3d(0.0, radiusY, 0.0), ratio, startAngle, endAngle,
-                    QelClassOf(QelCode::EllipticArc3d), objIndex, filePath);
+    // The file counts its angles from local X, the host from the major axis on local Y: a
+    // quarter turn less, the same one that the export adds back.
+    constexpr double kQuarterTurn = 1.5707963705062866;
+    return placeArc(object, AcGeVector3d(0.0, radiusY, 0.0), ratio, startAngle - kQuarterTurn,
+                    endAngle - kQuarterTurn, QelClassOf(QelCode::EllipticArc3d), objIndex,
+                    filePath);
 }
 
 QelCreated CreatePolyline3d(QelObject* object, void*, int, unsigned char, unsigned objIndex,

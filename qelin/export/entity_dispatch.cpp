@@ -2,6 +2,7 @@
 
 #include "export/appearance.h"
 #include "export/dispatch_meshes.h"
+#include "export/dispatch_patches.h"
 #include "export/entity_annotations.h"
 #include "export/object_types.h"
 #include "export/original_file.h"
@@ -140,6 +141,18 @@ bool dispatchEntity(QelOutObject& out, QelWriter& writer, int type, AcDbObjectId
         return dispatchArcPatch(out, writer, type, id, m);
     case H::ExclusionVolume:
         return dispatchExclusionVolume(out, writer, type, id, m);
+    case H::Patch:
+        return QelDispatchPatch(out, writer, type, id);
+    case H::Region:
+        return QelDispatchRegion(out, writer, type, id);
+    case H::Extrusion:
+        return QelDispatchExtrusion(out, writer, type, id, m);
+    case H::Box:
+        return QelDispatchBox(out, writer, type, id);
+    case H::PolylinePatch:
+        return QelDispatchPolylinePatch(out, writer, type, id);
+    case H::Solid2d:
+        return QelDispatchSolid2d(out, writer, type, id);
     default:
         break;
     }

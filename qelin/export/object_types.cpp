@@ -2,6 +2,7 @@
 
 #include "writers/curve_writers.h"
 #include "writers/mesh_writers.h"
+#include "writers/patch_writers.h"
 
 namespace {
 
@@ -18,11 +19,12 @@ constexpr QelObjectTypeRow kRows[QelObjectTypeCount] = {
     {QelCode::CircularArc3d, "CircularArc3d", Own, Tag, H::Generic, QelWriteCircularArc3d},
     {QelCode::EllipticArc3d, "EllipticArc3d", Own, Tag, H::Generic, QelWriteEllipticArc3d},
     {QelCode::Polyline3d, "Polyline3d", Own, Tag, H::Generic, QelWritePolyline3d},
-    {QelCode::StdShape, "StdShape", Own, Tag, H::Generic, nullptr},
+    {QelCode::StdShape, "StdShape", Own, Tag, H::Generic, QelWriteStdShape},
     {QelCode::BSplineCurve3d, "BSplineCurve3d", Own, Tag, H::Generic, QelWriteBSplineCurve3d},
     {QelCode::PlanarPatch, "PlanarPatch", Own, Tag, H::Patch, nullptr},
     {QelCode::PlanarPolylineExtrusion, "PlanarPolylineExtrusion", Own, Tag, H::Extrusion, nullptr},
-    {QelCode::StdShapeExtrusion, "StdShapeExtrusion", Own, Tag, H::Generic, nullptr},
+    {QelCode::StdShapeExtrusion, "StdShapeExtrusion", Own, Tag, H::Generic,
+     QelWriteStdShapeExtrusion},
     {QelCode::Cylinder, "Cylinder", Own, Tag, H::GenericCaps, nullptr},
     {QelCode::Cone, "Cone", Own, Tag, H::Generic, nullptr},
     {QelCode::Flange, "Flange", Own, Tag, H::Generic, nullptr}, // the cylinder's writer
@@ -57,15 +59,15 @@ constexpr QelObjectTypeRow kRows[QelObjectTypeCount] = {
     {QelCode::Poly3DFace, "Poly3DFace", "PlanarPatch", Class, H::Patch, nullptr},
     {QelCode::Region, "Region", "PlanarPatch", Class, H::Region, nullptr},
     {QelCode::Pipe, "Pipe", "Cylinder", Class, H::GenericCaps, nullptr},
-    {QelCode::LinePatch, "LinePatch", "PlanarPatch", Class, H::Generic, nullptr},
+    {QelCode::LinePatch, "LinePatch", "PlanarPatch", Class, H::Generic, QelWriteLinePatch},
     {QelCode::PolylinePatch, "PolylinePatch", Own, Class, H::PolylinePatch, nullptr},
     {QelCode::AcDbSolidObj, "AcDbSolidObj", Own, Class, H::Solid2d, nullptr},
     {QelCode::EllipticExtruPatch, "EllipticExtruPatch", Own, Class, H::Nothing, nullptr},
     {QelCode::CircularArc3dPatch, "CircularArc3dPatch", "TriMesh", Class, H::ArcPatch,
      QelWriteArcPatch},
-    {QelCode::AcDbTraceObj, "AcDbTraceObj", "PlanarPatch", Class, H::GenericPlain, nullptr},
+    {QelCode::AcDbTraceObj, "AcDbTraceObj", "PlanarPatch", Class, H::GenericPlain, QelWriteTrace},
     {QelCode::AcDbTraceObjExtruPatch, "AcDbTraceObjExtruPatch", "PlanarPolylineExtrusion", Class,
-     H::GenericPlain, nullptr},
+     H::GenericPlain, QelWriteTrace},
     {QelCode::KS_SHAPE, "KS_SHAPE", None, Class, H::Nothing, nullptr},
     {QelCode::BlockRef, "BlockRef", None, Class, H::NestedInsert, nullptr},
     {QelCode::ReducingElbow, "ReducingElbow", Own, Tag, H::Generic, nullptr},

@@ -61,11 +61,20 @@ int arcSteps(double sweep, double radius) {
 }
 
 void verticesOfLight(const AcDbPolyline& polyline, Points& points) {
+    std::vector<AcGePoint3d> drawn;
+    QelLightweightVertices(polyline, drawn);
+    for (const AcGePoint3d& point : drawn)
+        add(points, point);
+}
+
+} // namespace
+
+void QelLightweightVertices(const AcDbPolyline& polyline, std::vector<AcGePoint3d>& points) {
     const unsigned count = polyline.numVerts();
     for (unsigned i = 0; i < count; ++i) {
         AcGePoint3d point;
         polyline.getPointAt(i, point);
-        add(points, point);
+        points.push_back(point);
         const AcDbPolyline::SegType type = polyline.segType(i);
         if (type == AcDbPolyline::kCoincident) {
             acutPrintf(L"\n Polyline Coincident (zero-length segment)");
@@ -75,17 +84,15 @@ void verticesOfLight(const AcDbPolyline& polyline, Points& points) {
             const double sweep = arc.endAng() - arc.startAng();
             const int steps = arcSteps(sweep, arc.radius());
             for (int k = 1; k <= steps; ++k)
-                add(points, arc.pointAt(arc.startAng() + k * sweep / steps));
+                points.push_back(arc.pointAt(arc.startAng() + k * sweep / steps));
         }
     }
     if (count > 0 && polyline.isClosed()) {
         AcGePoint3d first;
         polyline.getPointAt(0, first);
-        add(points, first);
+        points.push_back(first);
     }
 }
-
-} // namespace
 
 bool QelWritePolyline3d(const AcGeMatrix3d&, QelObject* target, QelWriter&,
                         const AcDbObjectId& id) {

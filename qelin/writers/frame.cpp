@@ -1,0 +1,56 @@
+#include "writers/frame.h"
+
+#include "foundation/geometry_helpers.h"
+#include "writers/pose.h"
+
+#include <arx/arx.h>
+#include <qel/qel.h>
+
+AcGePoint3d QelFrame::toLocal(const AcGePoint3d& point) const {
+    const AcGeVector3d d = point - origin;
+    return AcGePoint3d(d.dotProduct(x), d.dotProduct(y), d.dotProduct(z));
+}
+
+AcGeVector3d QelFrame::toLocal(const AcGeVector3d& v) const {
+    return AcGeVector3d(v.dotProduct(x), v.dotProduct(y), v.dotProduct(z));
+}
+
+AcGePoint3d QelFrame::toWorld(const AcGePoint3d& local) const {
+    return origin + x * local.x + y * local.y + z * local.z;
+}
+
+void QelFrame::rotation(double out[4]) const {
+    double translation[3];
+    QelPoseFromFrame(origin, x, y, translation, out);
+}
+
+bool QelFrameFromThreePoints(const AcGePoint3d& origin, const AcGePoint3d& onX,
+                             const AcGePoint3d& onY, QelFrame& frame) {
+    AcGeVector3d toX = onX - origin, toY = onY - origin;
+    if (toX.length() < QelPointTol || toY.length() < QelPointTol) return false;
+    toX.normalize();
+    toY.normalize();
+    AcGeVector3d z = toX.crossProduct(toY);
+    if (z.length() < QelPointTol) return false;
+    z.normalize();
+    frame.origin = origin;
+    frame.x = toX;
+    frame.z = z;
+    frame.y = z.crossProduct(toX).normal();
+    return true;
+}
+
+void QelWriteFramePose(QelObject* object, const QelFrame& frame) {
+    double rotation[4], translation[3];
+    frame.rotation(rotation);
+    QelPointOut(frame.origin, translation);
+    QelObject* pose = QelObject::Create("Transformation");
+    pose->AddOrReplaceParam(QelParam::Create("rotation", rotation, 4));
+    pose->AddOrReplaceParam(QelParam::Create("translation", translation, 3));
+    object->AddOrReplaceParam(QelParam::Create("pose", pose));
+    pose->UnRef();
+}
+
+void QelSetReal(QelObject* object, const char* name, double value) {
+    object->AddOrReplaceParam(QelParam::Create(name, value));
+}
