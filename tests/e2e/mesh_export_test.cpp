@@ -361,3 +361,46 @@ TEST_F(MeshExport, HandDrawnMeshesPointsTextsAndThickArcsLeaveAsTheirObjects) {
         EXPECT_STREQ(value, "Pump 7");
     }
 }
+
+// Three bars along x, y and z joined at one corner, modelled in millimetres below zero, are no
+// primitive and no extrusion of one outline: they leave as one mesh where they lie, of their
+// volume (each bar's end cube is shared by all three).
+TEST_F(MeshExport, AHandModelledSolidLeavesAsAMeshOfItsVolume) {
+    const Outcome made = qelcad("run --script " +
+                                write("solid.scr", "BOX\n-2000,-500,-500\n0,0,-500\n500\n"
+                                                   "BOX\n-500,-500,-500\n0,1500,-500\n500\n"
+                                                   "BOX\n-500,-500,-500\n0,0,-500\n2500\n"
+                                                   "UNION\nALL\n\nQUIT\n") +
+                                " --save solid.dxf");
+    ASSERT_EQ(made.status, 0) << made.out;
+    const Outcome run = qelcad("export solid.dxf -o solid.qel --units Millimeters --no-reference");
+    ASSERT_EQ(run.status, 0) << run.out;
+    EXPECT_TRUE(has(run.out, "-> Writing as generic mesh")) << run.out;
+    const FileObjects back(path("solid.qel"));
+    const std::vector<unsigned> meshes = back.numbersOf("TriMesh");
+    ASSERT_EQ(meshes.size(), 1u) << run.out;
+    const std::vector<float> v = array<float>(back.at(meshes[0]), "vertices");
+    const std::vector<int> faces = array<int>(back.at(meshes[0]), "triStripIndices");
+    ASSERT_FALSE(faces.empty());
+    double volume = 0.0;
+    for (std::size_t t = 0; t + 2 < faces.size(); t += 3) {
+        const float* a = &v.at(3 * std::size_t(faces[t]));
+        const float* b = &v.at(3 * std::size_t(faces[t + 1]));
+        const float* c = &v.at(3 * std::size_t(faces[t + 2]));
+        volume += (double(a[0]) * (double(b[1]) * c[2] - double(b[2]) * c[1]) -
+                   double(a[1]) * (double(b[0]) * c[2] - double(b[2]) * c[0]) +
+                   double(a[2]) * (double(b[0]) * c[1] - double(b[1]) * c[0])) /
+                  6.0;
+    }
+    EXPECT_NEAR(volume, 2.0 * 0.25 + 2.0 * 0.25 + 2.5 * 0.25 - 2 * 0.125, 1e-5);
+    float low[3] = {1e9f, 1e9f, 1e9f}, high[3] = {-1e9f, -1e9f, -1e9f};
+    for (std::size_t i = 0; i < v.size(); ++i) {
+        low[i % 3] = std::min(low[i % 3], v[i]);
+        high[i % 3] = std::max(high[i % 3], v[i]);
+    }
+    const float wantLow[3] = {-2.0f, -0.5f, -0.5f}, wantHigh[3] = {0.0f, 1.5f, 2.0f};
+    for (int axis = 0; axis < 3; ++axis) {
+        EXPECT_NEAR(low[axis], wantLow[axis], 1e-6) << axis;
+        EXPECT_NEAR(high[axis], wantHigh[axis], 1e-6) << axis;
+    }
+}
