@@ -3,6 +3,7 @@
 // points, texts and a thick arc drawn by hand.
 #include "objectfile/param_read.h"
 
+#include <arx/gevec.h>
 #include <qel/qel.h>
 
 #include "qelcad_fixture.h"
@@ -18,16 +19,10 @@ namespace {
 // The big mesh: two rows of this many vertices, more than one host mesh can hold.
 constexpr int kColumns = 16500;
 
-std::string floats(const std::vector<double>& values) {
+template <class T>
+std::string list(const std::vector<T>& values) {
     std::string text;
-    for (const double v : values)
-        text += (text.empty() ? "" : ", ") + std::to_string(v);
-    return "[" + text + "]";
-}
-
-std::string ints(const std::vector<int>& values) {
-    std::string text;
-    for (const int v : values)
+    for (const T v : values)
         text += (text.empty() ? "" : ", ") + std::to_string(v);
     return "[" + text + "]";
 }
@@ -56,8 +51,8 @@ std::string model() {
       ["designNote", "string", "kept"] ] },
   { "class": "TriMesh", "params": [
       ["vertices", "float[]", )" +
-           floats(big) + R"(], ["faceCount", "int", )" + std::to_string(bigFaces.size() / 3) +
-           R"(], ["triStripIndices", "int[]", )" + ints(bigFaces) + R"(] ] },
+           list(big) + R"(], ["faceCount", "int", )" + std::to_string(bigFaces.size() / 3) +
+           R"(], ["triStripIndices", "int[]", )" + list(bigFaces) + R"(] ] },
   { "class": "Vertex3d", "params": [["position", "double[]", [1.5, -2, 0.25]]] },
   { "class": "Pointset", "params": [["points", "float[]", [0, 0, 0, 1, 0, 0, 1, 1, 0.5]]] },
   )" + line +
@@ -382,15 +377,14 @@ TEST_F(MeshExport, AHandModelledSolidLeavesAsAMeshOfItsVolume) {
     const std::vector<float> v = array<float>(back.at(meshes[0]), "vertices");
     const std::vector<int> faces = array<int>(back.at(meshes[0]), "triStripIndices");
     ASSERT_FALSE(faces.empty());
-    double volume = 0.0;
+    double volume = 0.0; // the divergence theorem over the triangles
     for (std::size_t t = 0; t + 2 < faces.size(); t += 3) {
-        const float* a = &v.at(3 * std::size_t(faces[t]));
-        const float* b = &v.at(3 * std::size_t(faces[t + 1]));
-        const float* c = &v.at(3 * std::size_t(faces[t + 2]));
-        volume += (double(a[0]) * (double(b[1]) * c[2] - double(b[2]) * c[1]) -
-                   double(a[1]) * (double(b[0]) * c[2] - double(b[2]) * c[0]) +
-                   double(a[2]) * (double(b[0]) * c[1] - double(b[1]) * c[0])) /
-                  6.0;
+        AcGeVector3d c[3];
+        for (int k = 0; k < 3; ++k) {
+            const float* p = &v.at(3 * std::size_t(faces[t + k]));
+            c[k] = AcGeVector3d(p[0], p[1], p[2]);
+        }
+        volume += c[0].dotProduct(c[1].crossProduct(c[2])) / 6.0;
     }
     EXPECT_NEAR(volume, 2.0 * 0.25 + 2.0 * 0.25 + 2.5 * 0.25 - 2 * 0.125, 1e-5);
     float low[3] = {1e9f, 1e9f, 1e9f}, high[3] = {-1e9f, -1e9f, -1e9f};
