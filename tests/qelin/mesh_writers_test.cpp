@@ -6,6 +6,7 @@
 #include "objectfile/param_read.h"
 #include "writers/mesh_writers.h"
 
+#include <arx/dbmesh.h>
 #include <arx/dbsol3d.h>
 
 #include <algorithm>
@@ -40,6 +41,41 @@ TEST(MeshTriangles, GridsWrapWhereClosedAndDropDegenerateQuads) {
     EXPECT_EQ(QelGridTriangles(pinched, 2, 2, false, false), (std::vector<int>{0, 1, 2}));
     std::vector<AcGePoint3d> line = {{0, 0, 0}, {1, 0, 0}, {2, 0, 0}, {3, 0, 0}};
     EXPECT_TRUE(QelGridTriangles(line, 2, 2, false, false).empty());
+}
+
+// A polygon mesh of the drawing closed in M (a band whose last row joins its first) leaves with
+// the wrapping faces, its vertices in metres as the grid numbers them; a smoothed one by its
+// control grid, the only vertices the host hands out.
+using PolygonMesh = qelintest::HostTest;
+TEST_F(PolygonMesh, AClosedMeshLeavesWithItsWrappingFaces) {
+    for (const AcDb::PolyMeshType type : {AcDb::kSimpleMesh, AcDb::kCubicSurfaceMesh}) {
+        AcGePoint3dArray points;
+        for (const AcGePoint3d& point : grid(3, 4))
+            points.append(point);
+        auto* mesh = new AcDbPolygonMesh(type, 3, 4, points, true, false);
+        AcDbBlockTableRecord* space = nullptr;
+        acdbOpenObject(space, acdbHostApplicationServices()->workingDatabase()->modelSpaceId(),
+                       AcDb::kForWrite);
+        AcDbObjectId id;
+        ASSERT_EQ(space->appendAcDbEntity(id, mesh), Acad::eOk);
+        mesh->close();
+        space->close();
+        QelObjectRef target(QelObject::Create("TriMesh"));
+        QelWriter writer;
+        ASSERT_TRUE(QelWriteTriMesh(AcGeMatrix3d::kIdentity, target.get(), writer, id));
+        int vertices = 0, faces = 0;
+        target->GetParam("vertexCount", 0)->GetValue(vertices);
+        target->GetParam("faceCount", 0)->GetValue(faces);
+        EXPECT_EQ(vertices, 12);
+        EXPECT_EQ(faces, 2 * 3 * 3);
+        int* indices = nullptr;
+        unsigned count = 0;
+        target->GetParam("triStripIndices", 0)->GetValue(indices, count, false);
+        ASSERT_EQ(count, 3u * unsigned(faces));
+        EXPECT_EQ(std::vector<int>(indices + count - 3, indices + count),
+                  (std::vector<int>{2, 11, 3}))
+            << "the last quad joins row 2 to row 0";
+    }
 }
 
 TEST(MeshTriangles, FaceRecordsGiveTrianglesFromZero) {
