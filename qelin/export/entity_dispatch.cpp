@@ -1,6 +1,7 @@
 #include "export/entity_dispatch.h"
 
 #include "export/appearance.h"
+#include "export/dispatch_meshes.h"
 #include "export/dispatch_patches.h"
 #include "export/entity_annotations.h"
 #include "export/object_types.h"
@@ -133,11 +134,13 @@ bool dispatchEntity(QelOutObject& out, QelWriter& writer, int type, AcDbObjectId
     case H::Contour:
         return referenceOnly(out, writer, type, id, doc.contoursSkipped);
     case H::PointSet:
-        if (out.processMethod != 1) {
-            doc.pointsSkipped = 1;
-            return true;
-        }
-        return referenceOnly(out, writer, type, id, doc.pointsSkipped);
+        return dispatchPointSet(out, writer, type, id);
+    case H::Mesh:
+        return dispatchMesh(out, writer, type, id, m);
+    case H::ArcPatch:
+        return dispatchArcPatch(out, writer, type, id, m);
+    case H::ExclusionVolume:
+        return dispatchExclusionVolume(out, writer, type, id, m);
     case H::Patch:
         return QelDispatchPatch(out, writer, type, id);
     case H::Region:
@@ -150,15 +153,6 @@ bool dispatchEntity(QelOutObject& out, QelWriter& writer, int type, AcDbObjectId
         return QelDispatchPolylinePatch(out, writer, type, id);
     case H::Solid2d:
         return QelDispatchSolid2d(out, writer, type, id);
-    case H::Mesh: {
-        if (out.processMethod != 1 && !row->writer) return unknownType();
-        bool fromReference = false;
-        QelObject* object = openFileObject(out, id, type, fromReference);
-        if (!object) return true;
-        if (fromReference) return writeAsRead(out, writer, object, id);
-        object->UnRef();
-        return unknownType();
-    }
     default:
         break;
     }

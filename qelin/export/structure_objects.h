@@ -16,6 +16,8 @@ class QelOutObject;
 // The GeometricGroup of one group number, if any of its members was written; the last record of
 // groupRecs is this group's.
 void writeGroup(QelOutObject& out, QelWriter& writer, const unsigned& groupNumber);
+// The group's annotation texts (its members that left no object) as its "annotations".
+void writeGroupAnnotations(QelOutObject& out, QelObject* object, const unsigned& groupNumber);
 
 // False only when the layer table can't be walked.
 bool writeLayers(QelOutObject& out, QelWriter& writer);
