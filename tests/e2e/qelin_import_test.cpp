@@ -125,7 +125,7 @@ TEST_F(QelinEndToEnd, ImportSavesTheDrawingWithEverythingItMade) {
     EXPECT_TRUE(has(run.out, "\nLayers (4):\n  0  colour 7\n  Piping  colour 152\n  Equipment  "
                              "colour 95\n  Steel  colour 22  off\n"))
         << run.out;
-    EXPECT_TRUE(has(run.out, "\nNamed UCSs (2): North Plant Pump Skid\n")) << run.out;
+    EXPECT_TRUE(has(run.out, "\nNamed UCSs (3): North Plant Pump Skid Site\n")) << run.out;
     // Without --verbose the scripted answers stay out of sight.
     EXPECT_FALSE(has(run.out, "[dialog ")) << run.out;
     EXPECT_EQ(number(L"ImportDwgUnits"), 2u);
