@@ -42,7 +42,9 @@ std::string changeLine(const ParamChange& c) {
     std::string line = fmt::format("{}: {} -> {}", c.path, c.valueA, c.valueB);
     std::vector<std::string> details;
     if (c.typeA != c.typeB) details.push_back(fmt::format("{} -> {}", c.typeA, c.typeB));
-    if (c.difference > 0 && c.note.rfind("turned", 0) != 0)
+    // The difference of a rotation is an angle, told by the note.
+    const bool turn = c.path == "rotation" || c.path.ends_with(".rotation");
+    if (c.difference > 0 && !turn)
         details.push_back(fmt::format("relative difference {:.3g}", c.difference));
     if (!c.note.empty()) details.push_back(c.note);
     if (c.change == Change::WithinTolerance) details.push_back("within tolerance");
