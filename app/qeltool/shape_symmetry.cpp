@@ -119,6 +119,12 @@ PoseTurn comparePoseTurns(Symmetry symmetry, const double* a, const double* b) {
     matrixOf(b, mb);
     PoseTurn t;
     t.turn = angleBetween(ma, mb);
+    // A rotation that is not a number places nothing: no symmetry makes it the same shape.
+    if (!std::all_of(ma, ma + 9, [](double v) { return std::isfinite(v); }) ||
+        !std::all_of(mb, mb + 9, [](double v) { return std::isfinite(v); })) {
+        t.shape = HUGE_VAL;
+        return t;
+    }
     const double up = axisAngle(ma, mb, 2);
     t.endForEnd = up > M_PI / 2;
     switch (symmetry) {

@@ -350,6 +350,10 @@ TEST_F(ModelDiff, PosesCompareAsTheShapesTheyPlace) {
     EXPECT_EQ(onlyChange(r, 0).note, "the same shape: turned about its own axis by 1 rad");
     EXPECT_NEAR(onlyChange(r, 0).difference, 0, 1e-12) << "the shapes' angle, not the turn's";
     EXPECT_EQ(onlyChange(r, 16).note, "no rotation in A; the same shape: turned end for end");
+    // A turn that is not a number places no shape, not even a sphere.
+    paramOf(b["objects"][8], "pose")["params"].push_back(
+        {"rotation", "double[]", {0, 0, 1, "NaN"}});
+    EXPECT_EQ(onlyChange(against(b), 8).change, Change::Added);
 
     // Each file's params must keep the symmetry: an eccentric reducer, a valve with caps and an
     // arc short of a circle are compared as turns.
