@@ -39,10 +39,15 @@ std::string changeLine(const ParamChange& c) {
         return fmt::format("{}: added, {} {}", c.path, c.typeB, c.valueB);
     if (c.change == Change::Removed)
         return fmt::format("{}: removed, was {} {}", c.path, c.typeA, c.valueA);
-    std::string line = fmt::format("{}: {} -> {}", c.path, c.valueA, c.valueB);
+    // A param absent from one file that still stands for the same model.
+    const bool absent = c.typeA.empty() || c.typeB.empty();
+    std::string line = fmt::format("{}: {} -> {}", c.path, c.typeA.empty() ? "none" : c.valueA,
+                                   c.typeB.empty() ? "none" : c.valueB);
     std::vector<std::string> details;
-    if (c.typeA != c.typeB) details.push_back(fmt::format("{} -> {}", c.typeA, c.typeB));
-    if (c.difference > 0 && c.note.rfind("turned", 0) != 0)
+    if (c.typeA != c.typeB && !absent) details.push_back(fmt::format("{} -> {}", c.typeA, c.typeB));
+    // The difference of a rotation is an angle, told by the note.
+    const bool turn = c.path == "rotation" || c.path.ends_with(".rotation");
+    if (c.difference > 0 && !turn)
         details.push_back(fmt::format("relative difference {:.3g}", c.difference));
     if (!c.note.empty()) details.push_back(c.note);
     if (c.change == Change::WithinTolerance) details.push_back("within tolerance");

@@ -67,6 +67,13 @@ double largest(const Place& p) {
     return std::max({std::fabs(p.at[0]), std::fabs(p.at[1]), std::fabs(p.at[2])});
 }
 
+bool isGroup(const std::string& className) {
+    return className == "GeometricGroup" || className == "ExclusionVolume";
+}
+
+// Groups within groups are seldom deeper than this; deeper ones pair by placement.
+constexpr int kGroupRounds = 8;
+
 // One file as a model: its objects, and where the structure puts each.
 struct Model {
     std::vector<Ref> objects;
@@ -163,12 +170,15 @@ void mapStructure(Model& m) {
         if (m.classes[id] == "Layer")
             for (unsigned member : m.members(id, "objectList"))
                 m.layersOf[member].push_back(m.stringParam(id, "name"));
-        if (m.classes[id] == "GeometricGroup" || m.classes[id] == "ExclusionVolume")
+        if (isGroup(m.classes[id]))
             for (unsigned member : m.members(id, "objectList"))
                 m.groupsOf[member].push_back(id);
     }
     for (auto& names : m.layersOf)
         std::sort(names.begin(), names.end());
+    // A group that lists a member twice holds it once.
+    for (auto& groups : m.groupsOf)
+        groups.erase(std::unique(groups.begin(), groups.end()), groups.end());
 }
 
 std::string layerText(const std::vector<std::string>& names) {
@@ -202,9 +212,14 @@ public:
             if (m_pairing.aToB[id] < 0) byClass[m_a.classes[id]].first.push_back(id);
         for (unsigned id = 0; id < m_b.size(); ++id)
             if (m_pairing.bToA[id] < 0) byClass[m_b.classes[id]].second.push_back(id);
-        for (auto& [name, lists] : byClass) {
-            pairCoincident(lists.first, lists.second);
-            pairNearest(lists.first, lists.second);
+        // Groups last: they pair by their members first, which must have paired before them.
+        for (bool groups : {false, true}) {
+            if (groups) pairGroups();
+            for (auto& [name, lists] : byClass)
+                if (isGroup(name) == groups) {
+                    pairCoincident(lists.first, lists.second);
+                    pairNearest(lists.first, lists.second);
+                }
         }
         return report();
     }
@@ -251,6 +266,47 @@ private:
         for (int i = 0; i < 3; ++i)
             if (std::fabs(p.at[i] - q.at[i]) > m_tolerance * scale) return false;
         return true;
+    }
+
+    // A group stands for its members, not for where it stands: it pairs with the group of its
+    // class whose members pair with the most of its own, then the one nearest in size, then in
+    // order. A group of groups pairs in a later round, once its member groups have.
+    void pairGroups() {
+        struct Candidate {
+            long shared, sizeGap, order;
+            unsigned x, y;
+        };
+        for (int round = 0; round < kGroupRounds; ++round) {
+            std::vector<Candidate> all;
+            for (unsigned x = 0; x < m_a.size(); ++x) {
+                if (!isGroup(m_a.classes[x]) || m_pairing.aToB[x] >= 0) continue;
+                std::vector<unsigned> own = m_a.members(x, "objectList");
+                std::sort(own.begin(), own.end());
+                own.erase(std::unique(own.begin(), own.end()), own.end());
+                std::map<unsigned, long> shared; // group of B -> members in common
+                for (unsigned member : own)
+                    if (const int partner = m_pairing.aToB[member]; partner >= 0)
+                        for (unsigned y : m_b.groupsOf[unsigned(partner)])
+                            if (m_pairing.bToA[y] < 0 && m_b.classes[y] == m_a.classes[x])
+                                ++shared[y];
+                for (const auto& [y, count] : shared)
+                    all.push_back(
+                        {count,
+                         std::abs(long(own.size()) - long(m_b.members(y, "objectList").size())),
+                         std::abs(long(m_a.ordinals[x]) - long(m_b.ordinals[y])), x, y});
+            }
+            std::sort(all.begin(), all.end(), [](const Candidate& p, const Candidate& q) {
+                return std::tuple(-p.shared, p.sizeGap, p.order, p.x) <
+                       std::tuple(-q.shared, q.sizeGap, q.order, q.x);
+            });
+            bool paired = false;
+            for (const Candidate& c : all)
+                if (m_pairing.aToB[c.x] < 0 && m_pairing.bToA[c.y] < 0) {
+                    pair(int(c.x), int(c.y));
+                    paired = true;
+                }
+            if (!paired) return;
+        }
     }
 
     // Objects at the same place within the tolerance: each of A takes the candidate of B that

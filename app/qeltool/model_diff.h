@@ -1,8 +1,9 @@
 // Two object files compared as models rather than as bytes. A file written anew numbers its
 // objects anew, so objects are paired through the structure first (the Header, its ModelSpace,
 // the LayerMgr, layers by name, the view and its CoordSysMgr), then within each class by
-// placement. Params are compared by name and type: reals within a relative tolerance, arrays
-// element by element, nested objects param by param, references through the pairing.
+// placement, groups last by their members. Params are compared by name and type: reals within a
+// relative tolerance, arrays element by element, nested objects param by param, references
+// through the pairing, poses as the places they give the objects' shapes.
 #pragma once
 
 #include <qel/qel.h>

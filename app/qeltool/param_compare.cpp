@@ -1,6 +1,7 @@
 #include "param_compare.h"
 
 #include "references.h"
+#include "shape_symmetry.h"
 
 #include <qel/qel_types.h>
 
@@ -139,23 +140,11 @@ RealsCompared compareReals(std::span<const T> a, std::span<const T> b) {
     return result;
 }
 
-// The angle in radians between two four-number rotations, from the matrices they stand for:
-// the matrices differ by 2 sqrt(2) sin(angle / 2) in the Frobenius norm, which keeps small
-// angles exact where the arc cosine of the trace would not.
-double angleBetween(const double a[4], const double b[4]) {
-    double ma[9], mb[9];
-    rotation_to_affine(a, ma);
-    rotation_to_affine(b, mb);
-    double sum = 0;
-    for (int i = 0; i < 9; ++i)
-        sum += (ma[i] - mb[i]) * (ma[i] - mb[i]);
-    return 2 * std::asin(std::min(1.0, std::sqrt(sum) / (2 * std::sqrt(2.0))));
-}
-
 class Comparer {
 public:
-    Comparer(double tolerance, const FilePairing& pairing, std::vector<ParamChange>& out)
-        : m_tolerance(tolerance), m_pairing(pairing), m_out(out) {}
+    Comparer(double tolerance, const FilePairing& pairing, Symmetry symmetry,
+             std::vector<ParamChange>& out)
+        : m_tolerance(tolerance), m_pairing(pairing), m_symmetry(symmetry), m_out(out) {}
 
     void objects(QelObject& a, QelObject& b, const std::string& prefix) {
         std::map<std::string, std::vector<unsigned>> positionsB;
@@ -183,23 +172,64 @@ public:
 
 private:
     void lone(std::string_view owner, QelParam& p, const std::string& path, Change change) {
+        if (owner != "Transformation" && std::string_view(p.GetName()) == "pose" &&
+            lonePose(p, path, change))
+            return;
         ParamChange c{path, change, "", "", "", "", 0, ""};
-        // A pose without a rotation stands unturned: a turn by nothing in the other file is
-        // the same model.
-        if (owner == "Transformation" && std::string_view(p.GetName()) == "rotation" &&
-            p.GetType() == QelDoubleArrayType && p.GetArraySize() == 4) {
-            const double none[4] = {0, 0, 1, 0};
-            const double angle = angleBetween(none, arrayOf<double>(p).data());
-            if (angle <= m_tolerance) {
+        const std::string_view name = p.GetName();
+        const bool added = change == Change::Added;
+        // A pose without a rotation stands unturned: a turn by nothing in the other file, or a
+        // turn that the shape does not show, is the same model.
+        if (owner == "Transformation" && name == "rotation" && p.GetType() == QelDoubleArrayType &&
+            p.GetArraySize() == 4) {
+            const PoseTurn t =
+                comparePoseTurns(symmetryAt(path), nullptr, arrayOf<double>(p).data());
+            if (t.turn <= m_tolerance) {
                 c.change = Change::WithinTolerance;
-                c.difference = angle;
-                c.note = change == Change::Added ? "no rotation -> a turn by nothing"
-                                                 : "a turn by nothing -> no rotation";
+                c.difference = t.turn;
+                c.note =
+                    added ? "no rotation -> a turn by nothing" : "a turn by nothing -> no rotation";
+            } else if (t.shape <= m_tolerance) {
+                c.change = Change::WithinTolerance;
+                c.difference = t.shape;
+                c.note = fmt::format("no rotation in {}; {}", added ? "A" : "B",
+                                     sameShapeText(symmetryAt(path), t));
+            }
+        }
+        // Nor does a pose without a translation stand anywhere but at the origin.
+        if (owner == "Transformation" && name == "translation" &&
+            p.GetType() == QelDoubleArrayType && p.GetArraySize() == 3) {
+            const auto v = arrayOf<double>(p);
+            if (std::all_of(v.begin(), v.end(), [](double x) { return x == 0; })) {
+                c.change = Change::WithinTolerance;
+                c.note = added ? "no translation -> the origin" : "the origin -> no translation";
             }
         }
         (change == Change::Removed ? c.typeA : c.typeB) = QelTypeName(p.GetType());
         (change == Change::Removed ? c.valueA : c.valueB) = valueText(p);
         m_out.push_back(std::move(c));
+    }
+
+    // A pose in one file only is the same model when it places the object as no pose does:
+    // then each of its params is told as within tolerance, else the pose as one change.
+    bool lonePose(QelParam& p, const std::string& path, Change change) {
+        if (p.GetType() != QelObjectType) return false;
+        QelObject* pose = scalarOf<QelObject*>(p);
+        if (!pose || std::string_view(pose->GetName()) != "Transformation") return false;
+        const std::size_t before = m_out.size();
+        for (unsigned i = 0; i < pose->GetParamCount(); ++i)
+            if (QelParam* q = pose->GetParam(i))
+                lone("Transformation", *q, path + "." + q->GetName(), change);
+        if (std::all_of(m_out.begin() + long(before), m_out.end(),
+                        [](const ParamChange& c) { return c.change == Change::WithinTolerance; }))
+            return true;
+        m_out.resize(before);
+        return false;
+    }
+
+    // The shape's symmetry counts for its own pose only, not for the systems a view saves.
+    Symmetry symmetryAt(const std::string& path) const {
+        return path == "pose.rotation" ? m_symmetry : Symmetry::None;
     }
 
     void note(QelParam& a, QelParam& b, const std::string& path, Change change,
@@ -263,14 +293,24 @@ private:
     }
 
     // A rotation is the turn it stands for: the same turn written with another axis length,
-    // the opposite axis and angle, or a whole turn more is the same model.
+    // the opposite axis and angle, or a whole turn more is the same model; so is a turn the
+    // object's shape does not show (a cylinder about its own axis).
     void rotation(QelParam& a, QelParam& b, const std::string& path) {
         const auto va = arrayOf<double>(a), vb = arrayOf<double>(b);
         if (va.size() != 4 || vb.size() != 4) return reals<double>(a, b, path, va, vb);
         if (compareReals(va, vb).identical) return;
-        const double angle = angleBetween(va.data(), vb.data());
-        note(a, b, path, angle <= m_tolerance ? Change::WithinTolerance : Change::Changed, angle,
-             fmt::format("turned by {:.3g} rad", angle));
+        const Symmetry symmetry = symmetryAt(path);
+        const PoseTurn t = comparePoseTurns(symmetry, va.data(), vb.data());
+        if (t.turn <= m_tolerance)
+            return note(a, b, path, Change::WithinTolerance, t.turn,
+                        fmt::format("turned by {:.3g} rad", t.turn));
+        if (t.shape <= m_tolerance)
+            return note(a, b, path, Change::WithinTolerance, t.shape, sameShapeText(symmetry, t));
+        if (symmetry == Symmetry::None)
+            return note(a, b, path, Change::Changed, t.turn,
+                        fmt::format("turned by {:.3g} rad", t.turn));
+        note(a, b, path, Change::Changed, t.shape,
+             fmt::format("turned by {:.3g} rad; the shape by {:.3g} rad", t.turn, t.shape));
     }
 
     template <typename T>
@@ -368,6 +408,7 @@ private:
 
     double m_tolerance;
     const FilePairing& m_pairing;
+    Symmetry m_symmetry;
     std::vector<ParamChange>& m_out;
 };
 
@@ -376,7 +417,11 @@ private:
 std::vector<ParamChange> compareObjects(QelObject& a, QelObject& b, double tolerance,
                                         const FilePairing& pairing) {
     std::vector<ParamChange> changes;
-    Comparer(tolerance, pairing, changes).objects(a, b, "");
+    // A symmetry counts only where both objects keep it.
+    const Symmetry symmetry = symmetryOf(a, tolerance);
+    Comparer(tolerance, pairing, symmetry == symmetryOf(b, tolerance) ? symmetry : Symmetry::None,
+             changes)
+        .objects(a, b, "");
     return changes;
 }
 

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
+#include <array>
 #include <cfloat>
 #include <cmath>
 #include <numeric>
@@ -264,6 +265,175 @@ TEST_F(ModelDiff, RotationsCompareAsTurns) {
     const auto turn = onlyChange(against(b), 0);
     EXPECT_EQ(turn.change, Change::Changed);
     EXPECT_NEAR(turn.difference, 1.5707963705062866 - M_PI / 2, 1e-15);
+}
+
+namespace {
+
+void dropParam(json& object, const std::string& name) {
+    json kept = json::array();
+    for (const json& p : object["params"])
+        if (p[0] != name) kept.push_back(p);
+    object["params"] = kept;
+}
+
+// The object's pose turned further about one of its own axes: the rotation B would hold.
+json turnedLocally(json object, const std::array<double, 3>& axis, double angle) {
+    json& pose = paramOf(object, "pose");
+    double before[4] = {0, 0, 1, 0};
+    for (const json& p : pose["params"])
+        if (p[0] == "rotation")
+            for (int i = 0; i < 4; ++i)
+                before[i] = p[2][i];
+    const double turn[4] = {axis[0], axis[1], axis[2], angle};
+    double a[9], t[9], m[9], after[4];
+    rotation_to_affine(before, a);
+    rotation_to_affine(turn, t);
+    for (int r = 0; r < 3; ++r)
+        for (int c = 0; c < 3; ++c)
+            m[3 * r + c] = a[3 * r] * t[c] + a[3 * r + 1] * t[3 + c] + a[3 * r + 2] * t[6 + c];
+    rotation_from_affine(after, m);
+    dropParam(pose, "rotation");
+    pose["params"].push_back({"rotation", "double[]", {after[0], after[1], after[2], after[3]}});
+    return object;
+}
+
+} // namespace
+
+// An export measures a round solid from its geometry, and the spin about its axis is not in it:
+// a pose turned only as far as the shape cannot show places the same shape.
+TEST_F(ModelDiff, PosesCompareAsTheShapesTheyPlace) {
+    constexpr double kPi = M_PI;
+    const std::array<double, 3> x{1, 0, 0}, y{0, 1, 0}, z{0, 0, 1};
+    struct Case {
+        unsigned object;
+        std::array<double, 3> axis; // local
+        double angle;
+        bool sameShape;
+    } const cases[] = {
+        {0, z, 1.0, true},         // cylinder about its axis
+        {0, x, 1e-3, false},       // ... tipped
+        {0, x, kPi, false},        // ... end for end: the base moves to the other end
+        {15, z, 2.0, true},        // cone, no rotation in A
+        {15, y, kPi, false},       //
+        {4, z, -0.5, true},        // flange
+        {4, y, 0.5, false},        //
+        {6, z, 3.0, true},         // concentric reducer
+        {16, x, kPi, true},        // torus end for end
+        {16, y, kPi, true},        // ... about any axis of its plane
+        {16, y, kPi / 3, false},   //
+        {8, {1, 2, 3}, 2.5, true}, // sphere, any way
+        {5, x, kPi, true},         // tee: the run end for end, the branch kept
+        {5, y, kPi, false},        // ... the branch the other way
+        {5, z, kPi, false},        //
+        {5, z, 1.0, false},        //
+        {3, y, kPi, true},         // valve: the cones end for end, the stem kept
+        {3, x, kPi, false},        // ... the stem the other way
+        {17, z, 0.25, true},       // a cylinder without rotation in A, and one in B
+        {9, z, kPi, false},        // a box: not in the table, compared as turns
+    };
+    for (const Case& c : cases) {
+        json b = sample;
+        b["objects"][c.object] = turnedLocally(b["objects"][c.object], c.axis, c.angle);
+        const auto turn = onlyChange(against(b), c.object);
+        EXPECT_EQ(turn.path, "pose.rotation");
+        // A rotation where A has none is added, else changed.
+        EXPECT_EQ(turn.change == Change::WithinTolerance, c.sameShape)
+            << sample["objects"][c.object]["class"] << " turned by " << c.angle << " about ("
+            << c.axis[0] << ", " << c.axis[1] << ", " << c.axis[2] << "): " << turn.note;
+    }
+
+    json b = sample;
+    b["objects"][0] = turnedLocally(b["objects"][0], z, 1.0);
+    b["objects"][16] = turnedLocally(b["objects"][16], x, kPi);
+    const DiffReport r = against(b);
+    EXPECT_TRUE(r.equal());
+    EXPECT_EQ(onlyChange(r, 0).note, "the same shape: turned about its own axis by 1 rad");
+    EXPECT_NEAR(onlyChange(r, 0).difference, 0, 1e-12) << "the shapes' angle, not the turn's";
+    EXPECT_EQ(onlyChange(r, 16).note, "no rotation in A; the same shape: turned end for end");
+    // A turn that is not a number places no shape, not even a sphere.
+    paramOf(b["objects"][8], "pose")["params"].push_back(
+        {"rotation", "double[]", {0, 0, 1, "NaN"}});
+    EXPECT_EQ(onlyChange(against(b), 8).change, Change::Added);
+
+    // Each file's params must keep the symmetry: an eccentric reducer, a valve with caps and an
+    // arc short of a circle are compared as turns.
+    json kept = sample;
+    paramOf(kept["objects"][6], "direction") = {0.2, 0, 1};
+    kept["objects"][3]["params"].push_back(
+        {"cap0", "object", {{"class", "FlatCap"}, {"params", json::array()}}});
+    kept["objects"].push_back(json::parse(R"({ "class": "CircularArc3d", "params": [
+        ["radius", "double", 1.5], ["endAngle", "double", 6.2831854820251465],
+        ["pose", "object", { "class": "Transformation", "params": [
+            ["translation", "double[]", [7, 7, 0]] ] }] ] })"));
+    const unsigned arc = unsigned(kept["objects"].size()) - 1;
+    a = write(kept, "a.qel");
+    json turned = kept;
+    for (unsigned o : {6u, 3u, arc})
+        turned["objects"][o] =
+            turnedLocally(turned["objects"][o], o == 3 ? y : z, o == 3 ? kPi : 1);
+    const DiffReport asTurns = against(turned);
+    EXPECT_EQ(onlyChange(asTurns, 6).change, Change::Changed);
+    EXPECT_EQ(onlyChange(asTurns, 3).change, Change::Changed);
+    EXPECT_EQ(onlyChange(asTurns, arc).change, Change::WithinTolerance) << "a full circle";
+    paramOf(kept["objects"][arc], "endAngle") = kPi;
+    paramOf(turned["objects"][arc], "endAngle") = kPi;
+    a = write(kept, "a.qel");
+    EXPECT_EQ(onlyChange(against(turned), arc).change, Change::Added);
+}
+
+// A pose param absent is the pose that places nothing elsewhere: no translation is the origin
+// and no rotation is none; a whole pose absent is both.
+TEST_F(ModelDiff, AbsentPosePartsAreTheIdentity) {
+    json b = sample;
+    dropParam(b["objects"][19], "pose");
+    const DiffReport r = against(b);
+    EXPECT_TRUE(r.equal());
+    const auto& group = pairOf(r, 19).changes;
+    ASSERT_EQ(group.size(), 2u);
+    EXPECT_EQ(group[0].path, "pose.translation");
+    EXPECT_EQ(group[0].note, "the origin -> no translation");
+    EXPECT_EQ(group[1].change, Change::WithinTolerance);
+
+    // A pose that moves or turns the object is not the identity.
+    json moved = sample;
+    paramOf(paramOf(moved["objects"][19], "pose"), "translation") = {0, 0, 1e-3};
+    a = write(moved, "a.qel");
+    EXPECT_EQ(onlyChange(against(b), 19).change, Change::Removed);
+    paramOf(paramOf(moved["objects"][19], "pose"), "translation") = {0, 0, 0};
+    paramOf(paramOf(moved["objects"][19], "pose"), "rotation") = {0, 0, 1, 0.5};
+    a = write(moved, "a.qel");
+    EXPECT_EQ(onlyChange(against(b), 19).change, Change::Removed);
+}
+
+// Groups pair by their members, whatever their poses say: two groups whose poses trade places
+// are each still the group of its own members, and so are groups of those groups.
+TEST_F(ModelDiff, GroupsPairByTheirMembers) {
+    json both = sample;
+    const unsigned second = unsigned(both["objects"].size());
+    const auto group = [](const char* cls, std::vector<unsigned> members, double at) {
+        return json{{"class", cls},
+                    {"params",
+                     {{"objectList", "uint[]", members},
+                      {"pose",
+                       "object",
+                       {{"class", "Transformation"},
+                        {"params", {{"translation", "double[]", {at, at, at}}}}}}}}};
+    };
+    both["objects"].push_back(group("GeometricGroup", {7, 8}, 5));
+    both["objects"].push_back(group("ExclusionVolume", {19}, 7));
+    both["objects"].push_back(group("ExclusionVolume", {second}, 9));
+    paramOf(paramOf(both["objects"][19], "pose"), "translation") = {3, 3, 3};
+    a = write(both, "a.qel");
+    json b = both;
+    paramOf(paramOf(b["objects"][19], "pose"), "translation") = {5, 5, 5};
+    paramOf(paramOf(b["objects"][second], "pose"), "translation") = {3, 3, 3};
+    paramOf(paramOf(b["objects"][second + 1], "pose"), "translation") = {9, 9, 9};
+    paramOf(paramOf(b["objects"][second + 2], "pose"), "translation") = {7, 7, 7};
+    const DiffReport r = against(b);
+    for (unsigned g : {19u, second, second + 1, second + 2}) {
+        EXPECT_EQ(pairOf(r, g).b, g);
+        EXPECT_EQ(onlyChange(r, g).path, "pose.translation");
+    }
 }
 
 TEST_F(ModelDiff, TypesParamsAndNestedObjects) {
