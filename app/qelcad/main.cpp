@@ -225,7 +225,8 @@ void runAnswered(const Options& o, const std::vector<win::Answer>& answers,
         presenter->add(answer);
     if (!o.answers.empty() && !presenter->loadFile(o.answers, error))
         throw Failure{2, o.answers + ": " + error};
-    const qelcad::OneShotSession session(presenter, o.verbose);
+    // The round trip's table as data keeps standard output to itself.
+    const qelcad::OneShotSession session(presenter, o.verbose, o.json ? std::cerr : std::cout);
     qelhost::setInput(std::make_shared<qelhost::ScriptInput>(input));
     Options host = o;
     host.drawing = drawing;

@@ -49,10 +49,11 @@ struct OneShotSession::Terminal {
     struct sigaction interrupt {};
 };
 
-OneShotSession::OneShotSession(std::shared_ptr<win::Presenter> answers, bool verbose)
+OneShotSession::OneShotSession(std::shared_ptr<win::Presenter> answers, bool verbose,
+                               std::ostream& shown)
     : terminal_(std::make_unique<Terminal>()) {
     if (!isatty(STDERR_FILENO)) {
-        shown_ = showTranscript(std::cout, true, verbose);
+        shown_ = showTranscript(shown, true, verbose);
         win::setPresenter(std::move(answers));
         return;
     }
@@ -73,7 +74,7 @@ OneShotSession::OneShotSession(std::shared_ptr<win::Presenter> answers, bool ver
     win::setPresenter(std::make_shared<win::ProgressLinePresenter>(std::move(answers), std::cerr,
                                                                    terminalWidth(), cancelKey));
     // After the presenter: its line is wiped before anything is shown.
-    shown_ = showTranscript(std::cout, true, verbose);
+    shown_ = showTranscript(shown, true, verbose);
 }
 
 OneShotSession::~OneShotSession() {

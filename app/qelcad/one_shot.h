@@ -7,6 +7,7 @@
 
 #include <win/presenter.h>
 
+#include <iostream>
 #include <memory>
 
 namespace qelcad {
@@ -14,8 +15,10 @@ namespace qelcad {
 class OneShotSession {
 public:
     // Installs the presenter that answers from `answers` (with the progress line, at a
-    // terminal) and what standard output shows.
-    OneShotSession(std::shared_ptr<win::Presenter> answers, bool verbose);
+    // terminal) and shows the transcript on `shown` (standard error where standard output
+    // carries data).
+    OneShotSession(std::shared_ptr<win::Presenter> answers, bool verbose,
+                   std::ostream& shown = std::cout);
     // Puts the terminal and Ctrl-C back as they were.
     ~OneShotSession();
 

@@ -31,10 +31,12 @@ protected:
         ::unsetenv("QELCAD_REGISTRY");
         fs::remove_all(dir);
     }
-    Outcome qelcad(const std::string& arguments) {
-        return runCommand("cd " + dir.string() + " && " + QELCAD + " " + arguments +
-                          " </dev/null 2>&1");
+    Outcome qelcad(const std::string& arguments, const char* errors = " 2>&1") {
+        return runCommand("cd " + dir.string() + " && " + QELCAD + " " + arguments + " </dev/null" +
+                          errors);
     }
+    // Standard output alone: what a program reading qelcad's data gets.
+    Outcome qelcadStdout(const std::string& arguments) { return qelcad(arguments, " 2>/dev/null"); }
     // Objects per class of the sample, the structure apart: what the table must count.
     static std::map<std::string, unsigned> sampleClasses() {
         QelInit(0, 0, QelInitWords);
@@ -56,9 +58,10 @@ protected:
 } // namespace
 
 TEST_F(RoundTrip, TheSampleComesThroughTheImportHalfClassByClass) {
-    const Outcome run = qelcad(std::string("roundtrip ") + QEL_SAMPLE_PLANT +
-                               " --units Millimeters --keep kept --json");
-    const auto report = nlohmann::json::parse(run.out.substr(run.out.find('{')));
+    // Standard output is the report alone: the transcript goes to standard error.
+    const Outcome run = qelcadStdout(std::string("roundtrip ") + QEL_SAMPLE_PLANT +
+                                     " --units Millimeters --keep kept --json");
+    const auto report = nlohmann::json::parse(run.out);
     std::map<std::string, unsigned> in, inDrawing;
     unsigned found = 0, total = 0;
     for (const auto& row : report["import"]["classes"]) {
