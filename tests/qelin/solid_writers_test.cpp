@@ -27,9 +27,8 @@ protected:
         p->GetValue(value);
         return value;
     }
-    static bool write(bool (*writer)(const AcGeMatrix3d&, QelObject*, QelWriter&,
-                                     const AcDbObjectId&),
-                      const AcDbObjectId& id, QelObjectRef& object, const char* cls) {
+    static bool write(QelEntityWriterFn* writer, const AcDbObjectId& id, QelObjectRef& object,
+                      const char* cls) {
         object.reset(QelObject::Create(cls));
         QelWriter unused;
         return writer(AcGeMatrix3d::kIdentity, object.get(), unused, id);
