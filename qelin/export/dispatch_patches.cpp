@@ -40,10 +40,8 @@ bool dropped(QelObject* object) {
 // outside a group each goes under model space.
 void recordSeveral(QelOutObject& out, AcDbObjectId id, const std::vector<int>& written) {
     if (written.empty()) return;
-    ads_name name;
     QelMemberRecord tag;
-    const bool grouped =
-        acdbGetAdsName(name, id) == Acad::eOk && tag.Load(name) && tag.groupSerial != 0;
+    const bool grouped = tag.Load(id) && tag.groupSerial != 0;
     UntaggedEntityRec* untagged = out.findUntagged(id);
     if (written.size() > 1 && untagged)
         for (int number : written)

@@ -12,9 +12,8 @@ namespace {
 
 // The length kept in the tag, in drawing units; 0 without one.
 double taggedLength(const AcDbObjectId& id) {
-    ads_name name;
     QelMemberRecord tag;
-    if (acdbGetAdsName(name, id) != Acad::eOk || !tag.Load(name)) return 0.0;
+    if (!tag.Load(id)) return 0.0;
     return tag.length;
 }
 

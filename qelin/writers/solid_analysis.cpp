@@ -130,18 +130,13 @@ bool cylinderFromEntity(const AcDbObjectId& id, QelConeFit& fit, double equalWit
     return true;
 }
 
-bool QelTagOf(const AcDbObjectId& id, QelMemberRecord& tag) {
-    ads_name name;
-    return acdbGetAdsName(name, id) == Acad::eOk && tag.Load(name);
-}
-
 std::vector<QelFittingPart> QelFittingParts(const AcDbObjectId& id, int code) {
     std::vector<QelFittingPart> parts;
     AcDbObjectIdArray members;
     const int count = groupMembers(id, members);
     for (int i = 0; i < count; ++i) {
         QelMemberRecord tag;
-        if (QelTagOf(members[i], tag) && tag.memberType == code)
+        if (tag.Load(members[i]) && tag.memberType == code)
             parts.push_back({members[i], tag.partIndex});
     }
     return parts;

@@ -1,12 +1,10 @@
 // What the solid writers read off the host's geometry: the circles that bound a solid of
-// revolution, the cone or cylinder they make, and the tag and group members of an entity.
+// revolution, the cone or cylinder they make, and the tagged members of a fitting's group.
 #pragma once
 
 #include <arx/arx.h>
 
 #include <vector>
-
-class QelMemberRecord;
 
 // A circle found on the solid's edges.
 struct QelEdgeCircle {
@@ -60,9 +58,6 @@ struct QelSolidMeasure {
 
 // Measures the entity; false when it is no solid.
 bool QelMeasureSolid(const AcDbObjectId& id, QelSolidMeasure& out);
-
-// The entity's member record; false without one.
-bool QelTagOf(const AcDbObjectId& id, QelMemberRecord& tag);
 
 // A piece of an assembled fitting: its entity and its record.
 struct QelFittingPart {

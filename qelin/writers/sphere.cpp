@@ -26,7 +26,7 @@ bool QelWriteSphere(const AcGeMatrix3d& m, QelObject* target, QelWriter&, const 
     if (radius == 0.0) {
         // Without an area the tag's radius stands in.
         QelMemberRecord tag;
-        if (QelTagOf(id, tag)) radius = tag.length;
+        if (tag.Load(id)) radius = tag.length;
     }
     radius *= m.scale();
     const AcGePoint3d centre = m * solid.centroid;

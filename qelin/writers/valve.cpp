@@ -25,7 +25,7 @@ struct ValveRead {
 
 void readPart(const QelFittingPart& part, ValveRead& v) {
     QelMemberRecord tag;
-    if (!QelTagOf(part.id, tag)) return;
+    if (!tag.Load(part.id)) return;
     switch (part.partIndex) {
     case 0:
     case 1: {
