@@ -23,17 +23,18 @@ void tell(const wchar_t* printed, const wchar_t* logged) {
     QelLogAppend(logged);
 }
 
-// The one object of the entity, written and entered.
-bool writeOne(QelOutObject& out, QelWriter& writer, QelObject* object, AcDbObjectId id) {
-    QelWriteCounted(writer, object);
-    object->UnRef();
-    recordWritten(out, id);
-    return true;
-}
-
 bool dropped(QelObject* object) {
     object->UnRef();
     return false;
+}
+
+// A planar patch from the face list, or from the one the writer asks for when it is null.
+bool writePatch(QelOutObject& out, QelWriter& writer, QelObject* object, AcDbObjectId id,
+                const resbuf* faces) {
+    writeAppearance(out, object, id);
+    writeAnnotationsOfEntity(out, object, writer, id);
+    if (!QelWritePlanarPatchFrom(object, id, faces)) return dropped(object);
+    return writeAndRecord(out, writer, object, id);
 }
 
 // Several objects for one entity: the last one is its own, the rest ride along with it, and
@@ -70,10 +71,7 @@ bool QelDispatchPatch(QelOutObject& out, QelWriter& writer, int type, AcDbObject
     bool fromReference = false;
     QelObject* object = openFileObject(out, id, type, fromReference);
     if (!object) return true;
-    writeAppearance(out, object, id);
-    writeAnnotationsOfEntity(out, object, writer, id);
-    if (!QelWritePlanarPatchFrom(object, id, nullptr)) return dropped(object);
-    return writeOne(out, writer, object, id);
+    return writePatch(out, writer, object, id, nullptr);
 }
 
 bool QelDispatchRegion(QelOutObject& out, QelWriter& writer, int type, AcDbObjectId id) {
@@ -85,12 +83,9 @@ bool QelDispatchRegion(QelOutObject& out, QelWriter& writer, int type, AcDbObjec
         tell(L"\n Get PlanarPatch geometry failed!\n", L"\n Get PlanarPatch geometry failed!");
         return dropped(object);
     }
-    writeAppearance(out, object, id);
-    writeAnnotationsOfEntity(out, object, writer, id);
-    const bool written = QelWritePlanarPatchFrom(object, id, faces);
+    const bool written = writePatch(out, writer, object, id, faces);
     acutRelRb(faces);
-    if (!written) return dropped(object);
-    return writeOne(out, writer, object, id);
+    return written;
 }
 
 bool QelDispatchExtrusion(QelOutObject& out, QelWriter& writer, int type, AcDbObjectId id,
@@ -104,7 +99,7 @@ bool QelDispatchExtrusion(QelOutObject& out, QelWriter& writer, int type, AcDbOb
         writeAnnotationsOfEntity(out, object, writer, id);
         if (QelWritePlanarPolylineExtrusion(object, id, faces)) {
             acutRelRb(faces);
-            return writeOne(out, writer, object, id);
+            return writeAndRecord(out, writer, object, id);
         }
     }
     tell(L"\n Get PlanarPolyExtru geometry failed!\n", L"\n Get PlanarPolyExtru geometry failed!");
@@ -115,7 +110,7 @@ bool QelDispatchExtrusion(QelOutObject& out, QelWriter& writer, int type, AcDbOb
     writeAnnotationsOfEntity(out, mesh, writer, id);
     if (writeGenericMesh(mesh, writer, id, m)) {
         if (faces) acutRelRb(faces);
-        return writeOne(out, writer, mesh, id);
+        return writeAndRecord(out, writer, mesh, id);
     }
     mesh->UnRef();
     const std::vector<int> written =
@@ -140,7 +135,7 @@ bool QelDispatchBox(QelOutObject& out, QelWriter& writer, int type, AcDbObjectId
         tell(L"\n Get getRectBoxObject geometry failed!\n",
              L"\n Get getRectBoxObject geometry failed!");
     }
-    return writeOne(out, writer, object, id);
+    return writeAndRecord(out, writer, object, id);
 }
 
 bool QelDispatchPolylinePatch(QelOutObject& out, QelWriter& writer, int type, AcDbObjectId id) {
