@@ -9,6 +9,9 @@ class QelObject;
 inline constexpr double QelPiSingle = 3.1415927410125732;
 inline constexpr double QelTwoPiSingle = 6.2831854820251465;
 inline constexpr double QelHalfPiSingle = 1.5707963705062866;
+// 4 pi and 4 pi squared likewise: a sphere's and a torus's area over their radii.
+inline constexpr double QelFourPiSingle = 12.566370964050293;
+inline constexpr double QelFourPiSquaredSingle = 39.47842025756836;
 
 // A drawing length in metres by the export units.
 double QelLengthOut(double drawing);

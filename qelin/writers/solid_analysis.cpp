@@ -98,19 +98,12 @@ bool coneFromSolid(const AcDbObjectId& id, QelConeFit& fit) {
         fit.axis = axis;
     } else if (edges.regions == 1 && edges.circles == 1) {
         // The point of a full cone has no rim: its height follows from the volume.
-        OpenedEntity opened(id);
-        const AcDb3dSolid* solid = AcDb3dSolid::cast(opened.entity);
-        double volume = 0.0, moments[3], products[3], principal[3], gyration[3];
-        AcGePoint3d centroid;
-        AcGeVector3d axes[3];
-        AcDbExtents extents;
-        if (!solid || solid->getMassProp(volume, centroid, moments, products, principal, axes,
-                                         gyration, extents) != Acad::eOk)
-            return false;
+        QelSolidMeasure measure;
+        if (!QelMeasureSolid(id, measure) || !measure.hasMass) return false;
         const QelEdgeCircle& rim = edges.circle[0];
         fit.radius0 = rim.radius;
         fit.radius1 = 0.0;
-        fit.height = volume * 3.0 / QelPiSingle / rim.radius / rim.radius;
+        fit.height = measure.volume * 3.0 / QelPiSingle / rim.radius / rim.radius;
         fit.base = rim.centre;
         fit.axis = -rim.normal.normal();
     } else {
@@ -142,17 +135,18 @@ std::vector<QelFittingPart> QelFittingParts(const AcDbObjectId& id, int code) {
     return parts;
 }
 
+bool QelMeasureSolid(const AcDb3dSolid& solid, QelSolidMeasure& out) {
+    out.hasArea = solid.getArea(out.area) == Acad::eOk;
+    double moments[3], products[3], principal[3], gyration[3];
+    AcDbExtents extents;
+    out.hasMass = solid.getMassProp(out.volume, out.centroid, moments, products, principal,
+                                    out.axes, gyration, extents) == Acad::eOk;
+    return out.hasArea && out.hasMass;
+}
+
 bool QelMeasureSolid(const AcDbObjectId& id, QelSolidMeasure& out) {
-    AcDbEntity* entity = nullptr;
-    if (acdbOpenAcDbEntity(entity, id, AcDb::kForRead) != Acad::eOk) return false;
-    const AcDb3dSolid* solid = AcDb3dSolid::cast(entity);
-    if (solid) {
-        out.hasArea = solid->getArea(out.area) == Acad::eOk;
-        double moments[3], products[3], principal[3], gyration[3];
-        AcDbExtents extents;
-        out.hasMass = solid->getMassProp(out.volume, out.centroid, moments, products, principal,
-                                         out.axes, gyration, extents) == Acad::eOk;
-    }
-    entity->close();
+    OpenedEntity opened(id);
+    const AcDb3dSolid* solid = AcDb3dSolid::cast(opened.entity);
+    if (solid) QelMeasureSolid(*solid, out);
     return solid != nullptr;
 }

@@ -6,6 +6,8 @@
 
 #include <vector>
 
+class AcDb3dSolid;
+
 // A circle found on the solid's edges.
 struct QelEdgeCircle {
     AcGePoint3d centre;
@@ -56,7 +58,9 @@ struct QelSolidMeasure {
     AcGeVector3d axes[3];
 };
 
-// Measures the entity; false when it is no solid.
+// Measures the solid, flagging what the host gives; true when it gives both.
+bool QelMeasureSolid(const AcDb3dSolid& solid, QelSolidMeasure& out);
+// Measures the entity as above; false only when it is no solid.
 bool QelMeasureSolid(const AcDbObjectId& id, QelSolidMeasure& out);
 
 // A piece of an assembled fitting: its entity and its record.
