@@ -41,12 +41,7 @@ bool QelFrameFromThreePoints(const AcGePoint3d& origin, const AcGePoint3d& onX,
 }
 
 void QelWriteFramePose(QelObject* object, const QelFrame& frame) {
-    double rotation[4], translation[3];
+    double rotation[4];
     frame.rotation(rotation);
-    QelPointOut(frame.origin, translation);
-    QelObject* pose = QelObject::Create("Transformation");
-    pose->AddOrReplaceParam(QelParam::Create("rotation", rotation, 4));
-    pose->AddOrReplaceParam(QelParam::Create("translation", translation, 3));
-    object->AddOrReplaceParam(QelParam::Create("pose", pose));
-    pose->UnRef();
+    QelWriteWholePose(object, rotation, frame.origin);
 }

@@ -32,10 +32,6 @@ void QelSetReal(QelObject* object, const char* name, double value);
 // no "pose" at all when there is neither.
 void QelWritePose(QelObject* object, const double rotation[4], const AcGePoint3d& translation);
 
-// The rotation of the frame at origin whose X axis points to onX and whose XY plane holds onY:
-// false when either offset or their cross product is shorter than 1e-5.
-bool QelPoseFromThreePoints(const AcGePoint3d& origin, const AcGePoint3d& onX,
-                            const AcGePoint3d& onY, double rotation[4]);
 // The angle from a to b, 0 to a full turn, counted positive about ref; 0 for a zero or equal
 // vector, the file's single-precision pi for opposite ones.
 double QelAngleBetween(const AcGeVector3d& a, const AcGeVector3d& b, const AcGeVector3d& ref);

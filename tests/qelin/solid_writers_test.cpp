@@ -3,6 +3,7 @@
 #include "export_fixture.h"
 
 #include "objectfile/param_read.h"
+#include "writers/frame.h"
 #include "writers/pose.h"
 #include "writers/solid_analysis.h"
 #include "writers/solid_writers.h"
@@ -126,11 +127,13 @@ TEST_F(SolidWriters, PoseHelpersAtTheirEdges) {
     EXPECT_NEAR(QelAngleBetween(x, y, z), std::numbers::pi / 2, 1e-12);
     EXPECT_NEAR(QelAngleBetween(x, y, -z), QelTwoPiSingle - std::numbers::pi / 2, 1e-12);
 
-    double rotation[4];
+    QelFrame frame;
     const AcGePoint3d o(1, 1, 1);
-    EXPECT_FALSE(QelPoseFromThreePoints(o, o + x * 1e-6, o + y, rotation));
-    EXPECT_FALSE(QelPoseFromThreePoints(o, o + x, o + x * 2.0, rotation)) << "in one line";
-    ASSERT_TRUE(QelPoseFromThreePoints(o, o + y, o - x, rotation));
+    EXPECT_FALSE(QelFrameFromThreePoints(o, o + x * 1e-6, o + y, frame));
+    EXPECT_FALSE(QelFrameFromThreePoints(o, o + x, o + x * 2.0, frame)) << "in one line";
+    ASSERT_TRUE(QelFrameFromThreePoints(o, o + y, o - x, frame));
+    double rotation[4];
+    frame.rotation(rotation);
     // X onto Y with the plane's normal still Z: a quarter turn about Z.
     EXPECT_NEAR(rotation[2] * rotation[3], std::numbers::pi / 2, 1e-12);
 }
