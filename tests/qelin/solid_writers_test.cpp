@@ -1,6 +1,7 @@
 // The solid writers at their edges: what makes a cylinder, a cone to a point, the block form of
 // a cylinder, and the pose helpers' degenerate cases. Solids are built in the host directly.
 #include "export_fixture.h"
+#include "export_params.h"
 
 #include "objectfile/param_read.h"
 #include "writers/frame.h"
@@ -15,19 +16,13 @@
 
 namespace {
 
+using namespace qelintest;
+
 // The file's pi is a float's: a height read back through it is off by its relative error.
 const double kSinglePi = std::fabs(QelPiSingle - std::numbers::pi) / std::numbers::pi;
 
 class SolidWriters : public qelintest::ExportTest {
 protected:
-    // The writer's object after one call; null params read as NaN.
-    static double param(QelObject* object, const char* name) {
-        QelParam* p = object->GetParam(name, 0);
-        if (!p) return std::nan("");
-        double value = 0;
-        p->GetValue(value);
-        return value;
-    }
     static bool write(QelEntityWriterFn* writer, const AcDbObjectId& id, QelObjectRef& object,
                       const char* cls) {
         object.reset(QelObject::Create(cls));
@@ -72,7 +67,7 @@ TEST_F(SolidWriters, AConeToAPointTakesItsHeightFromItsVolume) {
     EXPECT_NEAR(fit.xAxis.dotProduct(fit.axis), 0.0, 1e-12);
     QelObjectRef object;
     ASSERT_TRUE(write(QelWriteCone, cone, object, "Cone"));
-    EXPECT_EQ(param(object.get(), "radius1"), 0.0);
+    EXPECT_EQ(real(object.get(), "radius1"), 0.0);
 }
 
 // Radii a whole percent apart make no cylinder, so the object keeps no size; half a percent does.
@@ -87,8 +82,8 @@ TEST_F(SolidWriters, RadiiOnePercentApartAreNoCylinder) {
 
     const AcDbObjectId near = frustum(1.0, 12.5, 12.4375);
     ASSERT_TRUE(write(QelWriteCylinder, near, object, "Cylinder"));
-    EXPECT_NEAR(param(object.get(), "height"), 1.0, 1e-12);
-    EXPECT_NEAR(param(object.get(), "radius"), 12.5, 1e-12) << "the base's radius";
+    EXPECT_NEAR(real(object.get(), "height"), 1.0, 1e-12);
+    EXPECT_NEAR(real(object.get(), "radius"), 12.5, 1e-12) << "the base's radius";
 }
 
 // The block form reads the circle as the insert places it; a circle of no thickness is no
@@ -96,8 +91,8 @@ TEST_F(SolidWriters, RadiiOnePercentApartAreNoCylinder) {
 TEST_F(SolidWriters, AThickCircleInABlockIsACylinderUnlessItHasNoHeight) {
     QelObjectRef object;
     ASSERT_TRUE(write(QelWriteCylinder, thickCircleBlock(L"THICK", 2.0), object, "Cylinder"));
-    EXPECT_NEAR(param(object.get(), "radius"), 0.5, 1e-12);
-    EXPECT_NEAR(param(object.get(), "height"), 2.0, 1e-12);
+    EXPECT_NEAR(real(object.get(), "radius"), 0.5, 1e-12);
+    EXPECT_NEAR(real(object.get(), "height"), 2.0, 1e-12);
     EXPECT_NE(object->GetParam("pose", 0), nullptr) << "placed at (3, 4, 5)";
 
     EXPECT_FALSE(write(QelWriteCylinder, thickCircleBlock(L"FLAT", 0.0), object, "Cylinder"));
@@ -146,9 +141,9 @@ TEST_F(SolidWriters, AFrustumReadAsAReducerStandsOnItsAxis) {
         solid([](AcDb3dSolid& s) { return s.createFrustum(3.0, 1.0, 1.0, 0.5); }, tilt);
     QelObjectRef object;
     ASSERT_TRUE(write(QelWriteReducer, id, object, "Reducer"));
-    EXPECT_NEAR(param(object.get(), "radius0"), 1.0, 1e-12);
-    EXPECT_NEAR(param(object.get(), "radius1"), 0.5, 1e-12);
-    EXPECT_NEAR(param(object.get(), "height"), 3.0, 1e-12);
+    EXPECT_NEAR(real(object.get(), "radius0"), 1.0, 1e-12);
+    EXPECT_NEAR(real(object.get(), "radius1"), 0.5, 1e-12);
+    EXPECT_NEAR(real(object.get(), "height"), 3.0, 1e-12);
     int subtype = -1;
     object->GetParam("subtype", 0)->GetValue(subtype);
     EXPECT_EQ(subtype, 0);
