@@ -31,20 +31,9 @@ protected:
     }
     // A reference to a block of one circle of that thickness.
     static AcDbObjectId thickCircleBlock(const wchar_t* name, double thickness) {
-        AcDbBlockTable* table = nullptr;
-        EXPECT_EQ(database()->getBlockTable(table, AcDb::kForWrite), Acad::eOk);
-        auto* record = new AcDbBlockTableRecord;
-        record->setName(name);
-        AcDbObjectId block;
-        EXPECT_EQ(table->add(block, record), Acad::eOk);
-        table->close();
         auto* circle = new AcDbCircle(AcGePoint3d::kOrigin, AcGeVector3d::kZAxis, 0.5);
         circle->setThickness(thickness);
-        EXPECT_EQ(record->appendAcDbEntity(circle), Acad::eOk);
-        circle->close();
-        record->close();
-        auto* reference = new AcDbBlockReference(AcGePoint3d(3, 4, 5), block);
-        return add(reference);
+        return add(new AcDbBlockReference(AcGePoint3d(3, 4, 5), block(name, {circle})));
     }
 };
 
