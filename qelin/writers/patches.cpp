@@ -1,6 +1,7 @@
 // PlanarPatch from flat entities: polyface meshes, 3-D faces and regions; thick polylines as
 // one patch per segment; 2-D solids as a patch or, with thickness, an extrusion.
 #include "writers/face_list.h"
+#include "writers/opened_entity.h"
 #include "writers/patch_writers.h"
 #include "writers/pose.h"
 
@@ -21,19 +22,6 @@
 namespace {
 
 using Points = std::vector<AcGePoint3d>;
-
-// The entity open for read while the holder lives.
-struct Opened {
-    explicit Opened(const AcDbObjectId& id) {
-        if (acdbOpenAcDbEntity(entity, id, AcDb::kForRead) != Acad::eOk) entity = nullptr;
-    }
-    ~Opened() {
-        if (entity) entity->close();
-    }
-    Opened(const Opened&) = delete;
-    Opened& operator=(const Opened&) = delete;
-    AcDbEntity* entity = nullptr;
-};
 
 void addUnlessRepeated(Points& points, const AcGePoint3d& point) {
     if (points.empty() || !points.back().isEqualTo(point)) points.push_back(point);
@@ -131,7 +119,7 @@ bool QelWritePlanarPatchFrom(QelObject* target, const AcDbObjectId& id, const re
     Points points;
     bool region = false;
     {
-        Opened opened(id);
+        QelOpenedEntity opened(id);
         if (!opened.entity) return false;
         if (auto* mesh = AcDbPolyFaceMesh::cast(opened.entity)) {
             polyfaceVertices(*mesh, points);
@@ -187,7 +175,7 @@ std::vector<int> QelWritePolylinePatches(QelOutObject& out, QelWriter& writer,
     AcGeVector3d normal;
     double thickness = 0.0;
     {
-        Opened opened(id);
+        QelOpenedEntity opened(id);
         if (!opened.entity) return written;
         if (!segmentsOf(opened.entity, segments, normal, thickness)) {
             acutPrintf(L"\n Error finding Polyline type");
@@ -213,7 +201,7 @@ bool QelWriteSolid2d(QelOutObject& out, QelWriter& writer, const AcDbObjectId& i
     double thickness = 0.0;
     AcGeVector3d normal;
     {
-        Opened opened(id);
+        QelOpenedEntity opened(id);
         auto* solid = AcDbSolid::cast(opened.entity);
         if (!solid) return false;
         for (Adesk::UInt16 i = 0; i < 4; ++i)

@@ -1,4 +1,5 @@
 #include "writers/solid_analysis.h"
+#include "writers/opened_entity.h"
 
 #include "export/group_members.h"
 #include "records/member_record.h"
@@ -14,19 +15,6 @@
 #include <cmath>
 
 namespace {
-
-// The entity opened for reading, closed when the holder goes.
-struct OpenedEntity {
-    explicit OpenedEntity(const AcDbObjectId& id) {
-        if (acdbOpenAcDbEntity(entity, id, AcDb::kForRead) != Acad::eOk) entity = nullptr;
-    }
-    ~OpenedEntity() {
-        if (entity) entity->close();
-    }
-    OpenedEntity(const OpenedEntity&) = delete;
-    OpenedEntity& operator=(const OpenedEntity&) = delete;
-    AcDbEntity* entity = nullptr;
-};
 
 void addCircle(QelSolidEdges& edges, const AcDbEntity* piece) {
     const AcDbCircle* circle = AcDbCircle::cast(piece);
@@ -44,7 +32,7 @@ void surfaceCircles(QelSolidEdges& edges, const AcDbEntity& surface) {
 
 // A block reference holding a circle with thickness: the cylinder of the block form.
 bool cylinderInBlock(const AcDbObjectId& id, QelConeFit& fit) {
-    OpenedEntity opened(id);
+    QelOpenedEntity opened(id);
     if (!opened.entity || opened.entity->isA() != AcDbBlockReference::desc()) return false;
     const QelExploded pieces(*opened.entity);
     if (!pieces.ok() || pieces.size() < 1 || pieces[0]->isA() != AcDbCircle::desc()) return false;
@@ -62,7 +50,7 @@ bool cylinderInBlock(const AcDbObjectId& id, QelConeFit& fit) {
 
 bool solidEdgeInfo(const AcDbObjectId& id, QelSolidEdges& edges) {
     edges = QelSolidEdges();
-    OpenedEntity opened(id);
+    QelOpenedEntity opened(id);
     if (!AcDb3dSolid::cast(opened.entity)) return false;
     const QelExploded pieces(*opened.entity);
     if (!pieces.ok()) return false;
@@ -145,7 +133,7 @@ bool QelMeasureSolid(const AcDb3dSolid& solid, QelSolidMeasure& out) {
 }
 
 bool QelMeasureSolid(const AcDbObjectId& id, QelSolidMeasure& out) {
-    OpenedEntity opened(id);
+    QelOpenedEntity opened(id);
     const AcDb3dSolid* solid = AcDb3dSolid::cast(opened.entity);
     if (solid) QelMeasureSolid(*solid, out);
     return solid != nullptr;
