@@ -45,3 +45,17 @@ void QelWriteFramePose(QelObject* object, const QelFrame& frame) {
     frame.rotation(rotation);
     QelWriteWholePose(object, rotation, frame.origin);
 }
+
+void QelWriteOutline(QelObject* object, const QelFrame& frame,
+                     const std::vector<AcGePoint3d>& points) {
+    std::vector<double> values;
+    for (const AcGePoint3d& p : points) {
+        const AcGePoint3d local = frame.toLocal(p);
+        values.push_back(QelLengthOut(local.x));
+        values.push_back(QelLengthOut(local.y));
+    }
+    values.push_back(values[0]);
+    values.push_back(values[1]);
+    object->AddOrReplaceParam(
+        QelParam::Create("vertices", values.data(), static_cast<unsigned>(values.size())));
+}

@@ -42,31 +42,13 @@ void polyfaceVertices(const AcDbPolyFaceMesh& mesh, Points& points) {
     delete it;
 }
 
-// Local x y pairs of the points in metres, closed on the first.
-std::vector<double> outlineIn(const QelFrame& frame, const Points& points) {
-    std::vector<double> values;
-    for (const AcGePoint3d& p : points) {
-        const AcGePoint3d local = frame.toLocal(p);
-        values.push_back(QelLengthOut(local.x));
-        values.push_back(QelLengthOut(local.y));
-    }
-    values.push_back(values[0]);
-    values.push_back(values[1]);
-    return values;
-}
-
-void setVertices(QelObject* object, const std::vector<double>& values) {
-    object->AddOrReplaceParam(
-        QelParam::Create("vertices", values.data(), static_cast<unsigned>(values.size())));
-}
-
 // A patch of the points in the frame, written at once with the entity's colour.
 int writeChild(QelOutObject& out, QelWriter& writer, const AcDbObjectId& id, const char* className,
                const QelFrame& frame, const Points& corners, double height) {
     QelObject* child = QelObject::Create(className);
     writeAppearance(out, child, id);
     QelWriteFramePose(child, frame);
-    setVertices(child, outlineIn(frame, corners));
+    QelWriteOutline(child, frame, corners);
     if (height > 0.0) QelSetReal(child, "height", QelLengthOut(height));
     QelWriteCounted(writer, child);
     child->UnRef();
@@ -158,7 +140,7 @@ bool QelWritePlanarPatchFrom(QelObject* target, const AcDbObjectId& id, const re
         return false;
     }
     QelWriteFramePose(target, frame);
-    setVertices(target, outlineIn(frame, points));
+    QelWriteOutline(target, frame, points);
     if (region) {
         // The outline runs round the holes already: holes read back with the object would be
         // cut a second time.
