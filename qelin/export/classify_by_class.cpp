@@ -158,14 +158,15 @@ int polyFaceMesh(const AcDbPolyFaceMesh& mesh) {
 }
 
 // Solids of revolution first, then balls, then rings; an elbow must be confirmed as a part of a
-// ring. The ring test asks the companion, so it is asked once.
+// ring. The ring test asks the companion, so it is asked once; an elbow's flat ends are known
+// from its explode already.
 int solid(const AcDbObjectId& id, const QelMemberRecord* tag) {
     return reopened<AcDb3dSolid>(id, GoOn, [&](const AcDb3dSolid& s) -> int {
         const int revolved = recogniseRevolved(s, tag);
         if (revolved >= 0 && revolved != QelCode::Elbow) return revolved;
         int ring = -1;
         if (revolved == QelCode::Elbow) {
-            ring = recogniseTorus(s, id, tag);
+            ring = recogniseTorus(s, id, tag, true);
             if (ring == 2) return QelCode::Elbow;
         }
         if (recogniseSphere(s, tag)) return QelCode::Sphere;

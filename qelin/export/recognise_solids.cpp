@@ -120,13 +120,14 @@ bool recogniseSphere(const AcDb3dSolid& solid, const QelMemberRecord* tag) {
     return !tag || tag->memberType == QelCode::Sphere;
 }
 
-int recogniseTorus(const AcDb3dSolid& solid, const AcDbObjectId& id, const QelMemberRecord* tag) {
+int recogniseTorus(const AcDb3dSolid& solid, const AcDbObjectId& id, const QelMemberRecord* tag,
+                   bool flatEnds) {
     QelSolidMeasure mass;
     if (!QelMeasureSolid(solid, mass) || mass.volume <= kSmallestVolume) return 0;
     const double minor = 2.0 * mass.volume / mass.area;
     const double major = mass.area / (minor * QelFourPiSquaredSingle);
     if (std::fabs(major * QelFourPiSquaredSingle * minor - mass.area) > kTorusAreaMatch) return 0;
     if (tag && tag->memberType != QelCode::Valve) return 0;
-    if (QelCompanionType(id) == 3) return ringOrPart(solid) + 1;
+    if (QelCompanionType(id) == 3) return (flatEnds ? 1 : ringOrPart(solid)) + 1;
     return outerRimOnAxis(solid, mass, major + minor) ? 1 : 0;
 }

@@ -13,5 +13,7 @@ int recogniseRevolved(const AcDb3dSolid& solid, const QelMemberRecord* tag);
 // True for a ball: its volume is the one its area gives a sphere.
 bool recogniseSphere(const AcDb3dSolid& solid, const QelMemberRecord* tag);
 // 1 for a whole torus, 2 for a part of one (an elbow), 0 for neither. id is the solid's, for the
-// companion's opinion.
-int recogniseTorus(const AcDb3dSolid& solid, const AcDbObjectId& id, const QelMemberRecord* tag);
+// companion's opinion. flatEnds says the solid is known to have flat faces, as an elbow that
+// recogniseRevolved found has; otherwise the solid is exploded to look.
+int recogniseTorus(const AcDb3dSolid& solid, const AcDbObjectId& id, const QelMemberRecord* tag,
+                   bool flatEnds = false);
