@@ -28,11 +28,25 @@ bool dropped(QelObject* object) {
     return false;
 }
 
+// The entity's appearance and annotations on an object made for it.
+void dress(QelOutObject& out, QelWriter& writer, QelObject* object, AcDbObjectId id) {
+    writeAppearance(out, object, id);
+    writeAnnotationsOfEntity(out, object, writer, id);
+}
+
+// The companion's face list of the solid, the object dressed when it came; null, told with
+// failureText, when it didn't.
+resbuf* dressedWithFaces(QelOutObject& out, QelWriter& writer, QelObject* object, AcDbObjectId id,
+                         const wchar_t* failureText) {
+    resbuf* faces = QelAskCompanion(L"getPolyPlanerExtru", id, failureText);
+    if (faces) dress(out, writer, object, id);
+    return faces;
+}
+
 // A planar patch from the face list, or from the one the writer asks for when it is null.
 bool writePatch(QelOutObject& out, QelWriter& writer, QelObject* object, AcDbObjectId id,
                 const resbuf* faces) {
-    writeAppearance(out, object, id);
-    writeAnnotationsOfEntity(out, object, writer, id);
+    dress(out, writer, object, id);
     if (!QelWritePlanarPatchFrom(object, id, faces)) return dropped(object);
     return writeAndRecord(out, writer, object, id);
 }
@@ -93,21 +107,16 @@ bool QelDispatchExtrusion(QelOutObject& out, QelWriter& writer, int type, AcDbOb
     bool fromReference = false;
     QelObject* object = openFileObject(out, id, type, fromReference);
     if (!object) return true;
-    resbuf* faces = QelAskCompanion(L"getPolyPlanerExtru", id, L"\n Error (skipping extrusion)");
-    if (faces) {
-        writeAppearance(out, object, id);
-        writeAnnotationsOfEntity(out, object, writer, id);
-        if (QelWritePlanarPolylineExtrusion(object, id, faces)) {
-            acutRelRb(faces);
-            return writeAndRecord(out, writer, object, id);
-        }
+    resbuf* faces = dressedWithFaces(out, writer, object, id, L"\n Error (skipping extrusion)");
+    if (faces && QelWritePlanarPolylineExtrusion(object, id, faces)) {
+        acutRelRb(faces);
+        return writeAndRecord(out, writer, object, id);
     }
     tell(L"\n Get PlanarPolyExtru geometry failed!\n", L"\n Get PlanarPolyExtru geometry failed!");
     object->UnRef();
     // No extrusion: the solid as a mesh, else its faces each a patch of its own.
     QelObject* mesh = QelObject::Create("TriMesh");
-    writeAppearance(out, mesh, id);
-    writeAnnotationsOfEntity(out, mesh, writer, id);
+    dress(out, writer, mesh, id);
     if (writeGenericMesh(mesh, writer, id, m)) {
         if (faces) acutRelRb(faces);
         return writeAndRecord(out, writer, mesh, id);
@@ -124,10 +133,7 @@ bool QelDispatchBox(QelOutObject& out, QelWriter& writer, int type, AcDbObjectId
     bool fromReference = false;
     QelObject* object = openFileObject(out, id, type, fromReference);
     if (!object) return true;
-    resbuf* faces = QelAskCompanion(L"getPolyPlanerExtru", id, L"\n Error (skipping box)");
-    if (faces) {
-        writeAppearance(out, object, id);
-        writeAnnotationsOfEntity(out, object, writer, id);
+    if (resbuf* faces = dressedWithFaces(out, writer, object, id, L"\n Error (skipping box)")) {
         QelWriteRectangularBox(object, id, faces);
         acutRelRb(faces);
     } else {
