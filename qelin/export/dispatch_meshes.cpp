@@ -11,16 +11,6 @@
 #include "shell/doc_data.h"
 #include "writers/mesh_writers.h"
 
-namespace {
-
-void finish(QelOutObject& out, QelWriter& writer, QelObject* object, AcDbObjectId id) {
-    QelWriteCounted(writer, object);
-    object->UnRef();
-    recordWritten(out, id);
-}
-
-} // namespace
-
 bool dispatchMesh(QelOutObject& out, QelWriter& writer, int type, AcDbObjectId id,
                   const AcGeMatrix3d& m) {
     bool fromReference = false;
@@ -36,8 +26,7 @@ bool dispatchMesh(QelOutObject& out, QelWriter& writer, int type, AcDbObjectId i
         writeAppearance(out, object, id);
         QelWriteTriMesh(m, object, writer, id);
     }
-    finish(out, writer, object, id);
-    return true;
+    return writeAndRecord(out, writer, object, id);
 }
 
 bool dispatchArcPatch(QelOutObject& out, QelWriter& writer, int type, AcDbObjectId id,
@@ -51,8 +40,7 @@ bool dispatchArcPatch(QelOutObject& out, QelWriter& writer, int type, AcDbObject
     writeAppearance(out, object, id);
     writeAnnotationsOfEntity(out, object, writer, id);
     QelWriteArcPatch(m, object, writer, id);
-    finish(out, writer, object, id);
-    return true;
+    return writeAndRecord(out, writer, object, id);
 }
 
 bool dispatchPointSet(QelOutObject& out, QelWriter& writer, int type, AcDbObjectId id) {
@@ -67,8 +55,7 @@ bool dispatchPointSet(QelOutObject& out, QelWriter& writer, int type, AcDbObject
         object->UnRef();
         return true;
     }
-    finish(out, writer, object, id);
-    return true;
+    return writeAndRecord(out, writer, object, id);
 }
 
 bool dispatchExclusionVolume(QelOutObject& out, QelWriter& writer, int type, AcDbObjectId id,

@@ -26,3 +26,6 @@ void recordWritten(QelOutObject& out, AcDbObjectId id);
 
 // The next number, then the write: the counter stays in step with the library's.
 void QelWriteCounted(QelWriter& writer, QelObject* object);
+
+// The entity's own object: written counted, let go and recorded as the entity's; true.
+bool writeAndRecord(QelOutObject& out, QelWriter& writer, QelObject* object, AcDbObjectId id);
