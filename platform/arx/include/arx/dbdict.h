@@ -64,15 +64,24 @@ class AcDbXrecord : public AcDbObject {
 public:
     ACRX_DECLARE_MEMBERS(AcDbXrecord);
     AcDbXrecord() = default;
+    AcDbXrecord(const AcDbXrecord& other);
+    AcDbXrecord& operator=(const AcDbXrecord&) = delete;
+    ~AcDbXrecord() override;
     // A copy of the data that the caller frees with acutRelRb; null for an empty record.
     Acad::ErrorStatus rbChain(resbuf** chain, AcDbDatabase* auxDb = nullptr) const;
     // Needs the record open for write. Handles (5, 105) and codes the data cannot hold give
     // eInvalidResBuf, and the record keeps its old data.
     Acad::ErrorStatus setFromRbChain(const resbuf& chain, AcDbDatabase* auxDb = nullptr);
+    // The data (and extended data) of another X-record, which needs only be open for read; this
+    // one needs to be open for write. eWrongObjectType for anything but an X-record.
+    Acad::ErrorStatus copyFrom(const AcRxObject* other);
 
 private:
     friend struct AcDbImpl;
-    std::unique_ptr<unsigned char[]> data_;
+    // The packed data, shared by every record that holds the same: many objects carry one tag.
+    // A count of its holders sits in the four bytes before it; null for an empty record.
+    unsigned char* data_ = nullptr;
+    void setData(unsigned char* shared);
 };
 
 class AcDbGroup : public AcDbObject {

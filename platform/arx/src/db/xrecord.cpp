@@ -1,3 +1,6 @@
+#include <cstdint>
+#include <cstring>
+
 #include "../dxf/fieldtable.h"
 #include "../dxf/items.h"
 #include "objectimpl.h"
@@ -6,10 +9,52 @@
 
 ACRX_DEFINE_MEMBERS(AcDbXrecord, AcDbObject, ACRX_T("XRECORD"))
 
+namespace {
+
+// A shared block: the count of its holders, then the packed data.
+constexpr size_t kCountBytes = sizeof(std::uint32_t);
+
+std::uint32_t& holders(unsigned char* data) {
+    return *reinterpret_cast<std::uint32_t*>(data - kCountBytes);
+}
+
+unsigned char* sharedCopy(const PackedChain& packed) {
+    if (packed == nullptr) return nullptr;
+    const unsigned char* p = packed.get();
+    size_t size = 0;
+    for (int shift = 0;; shift += 7) { // the block's length, then the length's own bytes
+        const unsigned char b = *p++;
+        size |= size_t(b & 0x7F) << shift;
+        if (!(b & 0x80)) break;
+    }
+    size += size_t(p - packed.get());
+    auto* block = static_cast<unsigned char*>(::operator new(kCountBytes + size));
+    std::memcpy(block + kCountBytes, packed.get(), size);
+    unsigned char* data = block + kCountBytes;
+    holders(data) = 1;
+    return data;
+}
+
+} // namespace
+
+AcDbXrecord::AcDbXrecord(const AcDbXrecord& other) : AcDbObject(other) {
+    setData(other.data_);
+}
+
+AcDbXrecord::~AcDbXrecord() {
+    setData(nullptr);
+}
+
+void AcDbXrecord::setData(unsigned char* shared) {
+    if (shared != nullptr) ++holders(shared);
+    if (data_ != nullptr && --holders(data_) == 0) ::operator delete(data_ - kCountBytes);
+    data_ = shared;
+}
+
 Acad::ErrorStatus AcDbXrecord::rbChain(resbuf** chain, AcDbDatabase* /*auxDb*/) const {
     if (chain == nullptr) return Acad::eInvalidInput;
     if (!isReadEnabled()) return Acad::eNotOpenForRead;
-    *chain = acdbUnpackChain(data_.get());
+    *chain = acdbUnpackChain(data_);
     return Acad::eOk;
 }
 
@@ -23,7 +68,19 @@ Acad::ErrorStatus AcDbXrecord::setFromRbChain(const resbuf& chain, AcDbDatabase*
     // Packing refuses codes that hold no value.
     PackedChain packed;
     if (Acad::ErrorStatus es = acdbPackChain(&chain, packed); es != Acad::eOk) return es;
-    data_ = std::move(packed);
+    unsigned char* data = sharedCopy(packed);
+    setData(data);
+    if (data != nullptr) --holders(data); // made with its one holder counted
+    return Acad::eOk;
+}
+
+Acad::ErrorStatus AcDbXrecord::copyFrom(const AcRxObject* other) {
+    if (Acad::ErrorStatus es = assertWriteEnabled(); es != Acad::eOk) return es;
+    const AcDbXrecord* from = AcDbXrecord::cast(other);
+    if (from == nullptr) return Acad::eWrongObjectType;
+    if (from == this) return Acad::eOk;
+    setData(from->data_);
+    AcDbImpl::copyRecords(*from, *this);
     return Acad::eOk;
 }
 
