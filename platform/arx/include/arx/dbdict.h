@@ -78,10 +78,13 @@ public:
 
 private:
     friend struct AcDbImpl;
-    // The packed data, shared by every record that holds the same: many objects carry one tag.
-    // A count of its holders sits in the four bytes before it; null for an empty record.
-    unsigned char* data_ = nullptr;
-    void setData(unsigned char* shared);
+    // The packed data: null for an empty record, a block of the record's own, or (low bit set)
+    // a block that records copied from one another share, with a count of its holders in the
+    // four bytes before it. Copying turns the source's block into a shared one: many objects
+    // carry one tag, and a record of its own costs no more than before.
+    mutable unsigned char* data_ = nullptr;
+    const unsigned char* bytes() const;
+    void share(const AcDbXrecord& from);
 };
 
 class AcDbGroup : public AcDbObject {

@@ -11,50 +11,78 @@ ACRX_DEFINE_MEMBERS(AcDbXrecord, AcDbObject, ACRX_T("XRECORD"))
 
 namespace {
 
-// A shared block: the count of its holders, then the packed data.
+constexpr std::uintptr_t kShared = 1;
 constexpr size_t kCountBytes = sizeof(std::uint32_t);
 
-std::uint32_t& holders(unsigned char* data) {
-    return *reinterpret_cast<std::uint32_t*>(data - kCountBytes);
+bool isShared(const unsigned char* data) {
+    return reinterpret_cast<std::uintptr_t>(data) & kShared;
 }
 
-unsigned char* sharedCopy(const PackedChain& packed) {
-    if (packed == nullptr) return nullptr;
-    const unsigned char* p = packed.get();
+unsigned char* bytesOf(unsigned char* data) {
+    return reinterpret_cast<unsigned char*>(reinterpret_cast<std::uintptr_t>(data) & ~kShared);
+}
+
+std::uint32_t& holders(unsigned char* shared) {
+    return *reinterpret_cast<std::uint32_t*>(bytesOf(shared) - kCountBytes);
+}
+
+void release(unsigned char* data) {
+    if (data == nullptr) return;
+    if (!isShared(data))
+        delete[] data;
+    else if (--holders(data) == 0)
+        ::operator delete(bytesOf(data) - kCountBytes);
+}
+
+// The packed block's size: its length, then the length's own bytes.
+size_t sizeOf(const unsigned char* bytes) {
+    const unsigned char* p = bytes;
     size_t size = 0;
-    for (int shift = 0;; shift += 7) { // the block's length, then the length's own bytes
+    for (int shift = 0;; shift += 7) {
         const unsigned char b = *p++;
         size |= size_t(b & 0x7F) << shift;
         if (!(b & 0x80)) break;
     }
-    size += size_t(p - packed.get());
+    return size + size_t(p - bytes);
+}
+
+// A block of one record's own as a shared one, with its one holder.
+unsigned char* madeShared(unsigned char* own) {
+    const size_t size = sizeOf(own);
     auto* block = static_cast<unsigned char*>(::operator new(kCountBytes + size));
-    std::memcpy(block + kCountBytes, packed.get(), size);
-    unsigned char* data = block + kCountBytes;
-    holders(data) = 1;
-    return data;
+    std::memcpy(block + kCountBytes, own, size);
+    delete[] own;
+    auto* shared = reinterpret_cast<unsigned char*>(
+        reinterpret_cast<std::uintptr_t>(block + kCountBytes) | kShared);
+    holders(shared) = 1;
+    return shared;
 }
 
 } // namespace
 
 AcDbXrecord::AcDbXrecord(const AcDbXrecord& other) : AcDbObject(other) {
-    setData(other.data_);
+    share(other);
 }
 
 AcDbXrecord::~AcDbXrecord() {
-    setData(nullptr);
+    release(data_);
 }
 
-void AcDbXrecord::setData(unsigned char* shared) {
-    if (shared != nullptr) ++holders(shared);
-    if (data_ != nullptr && --holders(data_) == 0) ::operator delete(data_ - kCountBytes);
-    data_ = shared;
+const unsigned char* AcDbXrecord::bytes() const {
+    return bytesOf(data_);
+}
+
+void AcDbXrecord::share(const AcDbXrecord& from) {
+    if (from.data_ != nullptr && !isShared(from.data_)) from.data_ = madeShared(from.data_);
+    if (from.data_ != nullptr) ++holders(from.data_);
+    release(data_);
+    data_ = from.data_;
 }
 
 Acad::ErrorStatus AcDbXrecord::rbChain(resbuf** chain, AcDbDatabase* /*auxDb*/) const {
     if (chain == nullptr) return Acad::eInvalidInput;
     if (!isReadEnabled()) return Acad::eNotOpenForRead;
-    *chain = acdbUnpackChain(data_);
+    *chain = acdbUnpackChain(bytes());
     return Acad::eOk;
 }
 
@@ -68,9 +96,8 @@ Acad::ErrorStatus AcDbXrecord::setFromRbChain(const resbuf& chain, AcDbDatabase*
     // Packing refuses codes that hold no value.
     PackedChain packed;
     if (Acad::ErrorStatus es = acdbPackChain(&chain, packed); es != Acad::eOk) return es;
-    unsigned char* data = sharedCopy(packed);
-    setData(data);
-    if (data != nullptr) --holders(data); // made with its one holder counted
+    release(data_);
+    data_ = packed.release();
     return Acad::eOk;
 }
 
@@ -79,7 +106,7 @@ Acad::ErrorStatus AcDbXrecord::copyFrom(const AcRxObject* other) {
     const AcDbXrecord* from = AcDbXrecord::cast(other);
     if (from == nullptr) return Acad::eWrongObjectType;
     if (from == this) return Acad::eOk;
-    setData(from->data_);
+    share(*from);
     AcDbImpl::copyRecords(*from, *this);
     return Acad::eOk;
 }
