@@ -5,14 +5,25 @@
 #include <benchmark/benchmark.h>
 #include <dxf/drawing.h>
 
+#include <malloc.h>
+
 #include <chrono>
 #include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <memory>
 #include <sstream>
 
 namespace {
+
+// qelcad's host starts with the C allocator's fast bins off (qelhost::registerSolidClasses); the
+// drawing is saved and opened here in a process set up the same way. QEL_BENCH_FASTBINS=1 keeps
+// the allocator's default, to compare.
+const bool kHostAllocator = [] {
+    const char* keep = std::getenv("QEL_BENCH_FASTBINS");
+    return keep != nullptr && *keep == '1' ? false : mallopt(M_MXFAST, 0) == 1;
+}();
 
 constexpr int kEntities = 100'000;
 constexpr int kGroupSize = 10;
@@ -125,6 +136,7 @@ void BM_SaveDrawing(benchmark::State& state) {
     std::filesystem::remove(path);
     state.SetBytesProcessed(std::int64_t(bytes) * state.iterations());
     state.counters["MB"] = double(bytes) / 1e6;
+    state.counters["fast_bins_off"] = kHostAllocator;
     acdbHostApplicationServices()->setWorkingDatabase(nullptr);
 }
 BENCHMARK(BM_SaveDrawing)->Unit(benchmark::kMillisecond)->Iterations(3)->UseRealTime();
@@ -136,6 +148,7 @@ void BM_OpenDrawing(benchmark::State& state) {
         benchmark::DoNotOptimize(db.get());
     }
     state.SetBytesProcessed(std::int64_t(text.size()) * state.iterations());
+    state.counters["fast_bins_off"] = kHostAllocator;
 }
 BENCHMARK(BM_OpenDrawing)->Unit(benchmark::kMillisecond)->Iterations(3)->UseRealTime();
 

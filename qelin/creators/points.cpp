@@ -175,8 +175,9 @@ bool ReadPoints(QelObject* object, const char* name, bool convert, unsigned objI
     QelMemberRecord record;
     record.memberType = kind.code;
     QelFillRecordOrigin(record, objIndex, filePath, groupName);
-    // Every point carries the same record: its chain is built once.
+    // Every point carries the same record: its chain is built and packed once, and shared.
     std::unique_ptr<resbuf, int (*)(resbuf*)> chain(QelMemberRecordChain(record), acutRelRb);
+    const QelSharedXrecord tag(QEL_MEMBER_RECORD_KEY, chain.get());
 
     AcDbObjectIdArray ids;
     unsigned intensity = 0;
@@ -202,7 +203,7 @@ bool ReadPoints(QelObject* object, const char* name, bool convert, unsigned objI
             return true;
         }
         AcDbPoint* added = point.release();
-        if (chain) QelCreateXrecord(added, QEL_MEMBER_RECORD_KEY, chain.get());
+        if (chain) tag.Apply(added);
         added->close();
         if (!added->objectId().isNull()) ids.append(added->objectId());
         if (i == 0) AddXData(added, kind.xdata);

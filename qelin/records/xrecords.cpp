@@ -4,7 +4,12 @@
 
 #include <arx/aced.h>
 
-bool QelCreateXrecord(AcDbObject* object, LPCWSTR key, resbuf* chain) {
+namespace {
+
+// The X-record under key on an object open for write, filled by fill(record); false when it
+// could not be made. A fill that fails is reported, and the record stays, empty.
+template <class Fill>
+bool createXrecord(AcDbObject* object, LPCWSTR key, Fill fill) {
     if (IsBadWritePtr(object, sizeof(AcDbObject))) {
         acedAlert(L"CX: Bad object pointer.");
         return false;
@@ -39,12 +44,30 @@ bool QelCreateXrecord(AcDbObject* object, LPCWSTR key, resbuf* chain) {
         QelAlertStatusFormat(es, L"CX: Could not close dictionary\n<%s>", key);
         return false;
     }
-    es = record->setFromRbChain(*chain);
-    // A chain the record refuses is reported, and the record stays, empty.
+    es = fill(*record);
     if (es != Acad::eOk)
         QelAlertStatusFormat(es, L"CX: Could not setFromRbChain dictionary\n<%s>", key);
     record->close();
     return true;
+}
+
+} // namespace
+
+bool QelCreateXrecord(AcDbObject* object, LPCWSTR key, resbuf* chain) {
+    return createXrecord(object, key,
+                         [chain](AcDbXrecord& record) { return record.setFromRbChain(*chain); });
+}
+
+bool QelCreateXrecord(AcDbObject* object, LPCWSTR key, const AcDbXrecord& data) {
+    return createXrecord(object, key,
+                         [&data](AcDbXrecord& record) { return record.copyFrom(&data); });
+}
+
+QelSharedXrecord::QelSharedXrecord(LPCWSTR key, const resbuf* chain) : m_key(key) {
+    // Refused, the shared data stays empty, as each record made from the chain would.
+    if (chain == nullptr) return;
+    if (const Acad::ErrorStatus es = m_data.setFromRbChain(*chain); es != Acad::eOk)
+        QelAlertStatusFormat(es, L"CX: Could not setFromRbChain dictionary\n<%s>", key);
 }
 
 resbuf* QelGetXrecordChain(AcDbObject* object, LPCWSTR key) {

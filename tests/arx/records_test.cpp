@@ -136,6 +136,62 @@ TEST_F(RecordsTest, XrecordKeepsItsChainExactly) {
     }
 }
 
+// A tag copied onto many records shares its data: each copy reads the whole chain, and a record
+// that gets new data, or goes with its database, leaves the others' data as it was.
+TEST_F(RecordsTest, XrecordsCopiedFromOneKeepTheirDataApart) {
+    RbChain in(memberRecordChain());
+    AcDbXrecord tag;
+    ASSERT_EQ(tag.setFromRbChain(*in.head), Acad::eOk);
+    std::vector<AcDbObjectId> ids;
+    for (int i = 0; i < 3; ++i) {
+        Opened<AcDbPoint> p(point(), AcDb::kForWrite);
+        p->createExtensionDictionary();
+        Opened<AcDbDictionary> dict(p->extensionDictionary(), AcDb::kForWrite);
+        auto* record = new AcDbXrecord;
+        AcDbObjectId id;
+        ASSERT_EQ(dict->setAt(L"MemberRec", record, id), Acad::eOk);
+        ASSERT_EQ(record->copyFrom(&tag), Acad::eOk);
+        record->close();
+        ids.push_back(id);
+    }
+    {
+        Opened<AcDbXrecord> first(ids[0], AcDb::kForWrite);
+        RbChain other(acutBuildList(1, L"changed", 0));
+        ASSERT_EQ(first->setFromRbChain(*other.head), Acad::eOk);
+        Opened<AcDbXrecord> second(ids[1]);
+        EXPECT_EQ(first->copyFrom(second.get()), Acad::eOk); // back to the tag, from a copy
+        EXPECT_EQ(first->copyFrom(&tag), Acad::eOk);
+        AcDbPoint notARecord;
+        EXPECT_EQ(first->copyFrom(&notARecord), Acad::eWrongObjectType);
+    }
+    {
+        RbChain other(acutBuildList(1, L"changed", 0));
+        Opened<AcDbXrecord> third(ids[2], AcDb::kForWrite);
+        ASSERT_EQ(third->setFromRbChain(*other.head), Acad::eOk);
+    }
+    tag.setFromRbChain(*RbChain(acutBuildList(90, 7, 0)).head);
+    for (int i = 0; i < 2; ++i) {
+        Opened<AcDbXrecord> record(ids[size_t(i)]);
+        resbuf* raw = nullptr;
+        ASSERT_EQ(record->rbChain(&raw), Acad::eOk);
+        RbChain out(raw);
+        ASSERT_EQ(length(out.head), 29) << i;
+        EXPECT_STREQ(out.head->resval.rstring, L"C:\\models\\plant.qel");
+        const resbuf* last = out.head;
+        while (last->rbnext)
+            last = last->rbnext;
+        EXPECT_DOUBLE_EQ(last->resval.rreal, 1.0 / 3.0);
+    }
+    Opened<AcDbXrecord> third(ids[2]);
+    resbuf* raw = nullptr;
+    third->rbChain(&raw);
+    RbChain changed(raw);
+    ASSERT_EQ(length(changed.head), 1);
+    EXPECT_STREQ(changed.head->resval.rstring, L"changed");
+    Opened<AcDbXrecord> readOnly(ids[1]);
+    EXPECT_EQ(readOnly->copyFrom(&tag), Acad::eNotOpenForWrite);
+}
+
 TEST_F(RecordsTest, XrecordRefusesHandlesAndKeepsItsData) {
     Opened<AcDbPoint> p(point(), AcDb::kForWrite);
     p->createExtensionDictionary();

@@ -269,8 +269,18 @@ const std::map<std::string, CurveReader>& curveReaders() {
 
 // ---- Writing ----
 
+void appendVec(std::string& out, const Vec3& v) {
+    appendNumber(out, v.x);
+    out += ' ';
+    appendNumber(out, v.y);
+    out += ' ';
+    appendNumber(out, v.z);
+}
+
 std::string vec(const Vec3& v) {
-    return formatNumber(v.x) + " " + formatNumber(v.y) + " " + formatNumber(v.z);
+    std::string out;
+    appendVec(out, v);
+    return out;
 }
 
 std::string record(const std::string& name, const std::string& fields) {
@@ -332,11 +342,19 @@ Vec3 squareTo(const Vec3& ref, const Vec3& axis) {
 
 } // namespace
 
-std::string formatNumber(double value) {
-    if (value == 0.0) return "0"; // no "-0"
+void appendNumber(std::string& out, double value) {
     char buffer[32];
     auto [end, ec] = std::to_chars(buffer, buffer + sizeof buffer, value);
-    return ec == std::errc() ? std::string(buffer, end) : "0";
+    if (value == 0.0 || ec != std::errc()) // no "-0"
+        out += '0';
+    else
+        out.append(buffer, end);
+}
+
+std::string formatNumber(double value) {
+    std::string out;
+    appendNumber(out, value);
+    return out;
 }
 
 SurfaceRead readSurface(const SatDocument& doc, int index) {
@@ -357,11 +375,28 @@ Curve readCurve(const SatDocument& doc, int index, const EdgeRun& run) {
 
 std::string surfaceRecord(const SurfaceDesc& d) {
     const Vec3 axis = unit(d.axis), ref = squareTo(d.refAxis, d.axis);
-    const std::string bounds = "I I I I";
+    std::string out;
+    out.reserve(256);
+    const auto head = [&out](const char* name) {
+        out += name;
+        out += " $-1 -1 $-1 ";
+    };
+    const auto number = [&out](double value) {
+        appendNumber(out, value);
+        out += ' ';
+    };
+    const auto vector = [&out](const Vec3& v) {
+        appendVec(out, v);
+        out += ' ';
+    };
     switch (d.kind) {
     case SurfaceKind::kPlane:
-        return record("plane-surface",
-                      vec(d.origin) + " " + vec(axis) + " " + vec(ref) + " forward_v " + bounds);
+        head("plane-surface");
+        vector(d.origin);
+        vector(axis);
+        vector(ref);
+        out += "forward_v I I I I #";
+        return out;
     case SurfaceKind::kCylinder:
     case SurfaceKind::kCone: {
         const double angle = d.kind == SurfaceKind::kCone ? d.halfAngle : 0.0;
@@ -374,18 +409,34 @@ std::string surfaceRecord(const SurfaceDesc& d) {
             origin = origin + axis * (step * std::cos(angle));
             radius = step * std::sin(angle);
         }
-        return record("cone-surface", vec(origin) + " " + vec(axis) + " " + vec(ref * radius) +
-                                          " 1 I I " + formatNumber(std::sin(angle)) + " " +
-                                          formatNumber(std::cos(angle)) + " " +
-                                          formatNumber(radius) + " forward " + bounds);
+        head("cone-surface");
+        vector(origin);
+        vector(axis);
+        vector(ref * radius);
+        out += "1 I I ";
+        number(std::sin(angle));
+        number(std::cos(angle));
+        number(radius);
+        out += "forward I I I I #";
+        return out;
     }
     case SurfaceKind::kSphere:
-        return record("sphere-surface", vec(d.origin) + " " + formatNumber(d.radius) + " " +
-                                            vec(ref) + " " + vec(axis) + " forward_v " + bounds);
+        head("sphere-surface");
+        vector(d.origin);
+        number(d.radius);
+        vector(ref);
+        vector(axis);
+        out += "forward_v I I I I #";
+        return out;
     case SurfaceKind::kTorus:
-        return record("torus-surface",
-                      vec(d.origin) + " " + vec(axis) + " " + formatNumber(d.radius) + " " +
-                          formatNumber(d.minorRadius) + " " + vec(ref) + " forward_v " + bounds);
+        head("torus-surface");
+        vector(d.origin);
+        vector(axis);
+        number(d.radius);
+        number(d.minorRadius);
+        vector(ref);
+        out += "forward_v I I I I #";
+        return out;
     case SurfaceKind::kOther:
         return splineSurfaceRecord(d.spline);
     }
@@ -402,17 +453,26 @@ CurveRecord curveRecord(const Curve& curve, const Vec3& start) {
         // Far enough from the origin, the axis found from the edge's vertex rounds to nothing.
         if (!(length(major) > 0.0))
             throw Unrepresentable("a circle or ellipse whose major axis has no length");
-        return CurveRecord{record("ellipse-curve", vec(centre) + " " + vec(unit(normal)) + " " +
-                                                       vec(major) + " " + formatNumber(ratio) +
-                                                       " I I"),
-                           t0, t1};
+        CurveRecord out{"ellipse-curve $-1 -1 $-1 ", t0, t1};
+        appendVec(out.text, centre);
+        out.text += ' ';
+        appendVec(out.text, unit(normal));
+        out.text += ' ';
+        appendVec(out.text, major);
+        out.text += ' ';
+        appendNumber(out.text, ratio);
+        out.text += " I I #";
+        return out;
     };
     if (const auto* line = std::get_if<LineCurve>(&curve)) {
         const double len = length(line->end - line->start);
         if (!(len > 0.0)) throw Unrepresentable("a straight edge of no length");
-        return {record("straight-curve",
-                       vec(line->start) + " " + vec(unit(line->end - line->start)) + " I I"),
-                0.0, len};
+        CurveRecord out{"straight-curve $-1 -1 $-1 ", 0.0, len};
+        appendVec(out.text, line->start);
+        out.text += ' ';
+        appendVec(out.text, unit(line->end - line->start));
+        out.text += " I I #";
+        return out;
     }
     if (const auto* circle = std::get_if<CircleCurve>(&curve)) {
         // Parameter zero at the edge's vertex.

@@ -50,5 +50,6 @@ CurveRecord curveRecord(const arxsolids::Curve& curve, const arxsolids::Vec3& st
 
 // A number as the shortest text that reads back to the same double.
 std::string formatNumber(double value);
+void appendNumber(std::string& out, double value);
 
 } // namespace acis

@@ -1,5 +1,6 @@
 #include "write.h"
 
+#include <charconv>
 #include <cstdlib>
 #include <ctime>
 #include <numeric>
@@ -10,10 +11,6 @@ namespace acis {
 namespace {
 
 using arxsolids::Brep;
-
-std::string ref(int index) {
-    return "$" + std::to_string(index);
-}
 
 // Faces joined through shared edges, as lists of face indices.
 std::vector<std::vector<int>> lumpsOf(const Brep& brep) {
@@ -111,30 +108,69 @@ std::string writeSat(const Brep& brep, bool region) {
     for (int e = nEdges - 1; e >= 0; --e)
         edgeOfVertex[brep.edges[e].startVertex] = edgeOfVertex[brep.edges[e].endVertex] = e;
 
-    std::vector<std::string> records(at.next);
-    records[body] = "body $-1 -1 $-1 " + ref(lumpId.front()) + " $-1 $-1 #";
+    // Records go into one pool in the order they are made and out in the order of their
+    // numbers: no text of its own for each.
+    std::string pool;
+    pool.reserve(std::size_t(at.next) * 64);
+    std::vector<std::pair<std::size_t, std::size_t>> spans(at.next);
+    int current = -1;
+    const auto begin = [&](int index, const char* name) {
+        current = index;
+        spans[index].first = pool.size();
+        pool += name;
+        pool += " $-1 -1 $-1 ";
+    };
+    const auto end = [&](const char* tail = " #") {
+        pool += tail;
+        spans[current].second = pool.size() - spans[current].first;
+    };
+    const auto whole = [&](int index, const std::string& text) {
+        spans[index] = {pool.size(), text.size()};
+        pool += text;
+    };
+    const auto ref = [&pool](int index) {
+        char buffer[16];
+        pool += '$';
+        pool.append(buffer, std::to_chars(buffer, buffer + sizeof buffer, index).ptr);
+    };
+    const auto refs = [&](std::initializer_list<int> indices) {
+        bool first = true;
+        for (int index : indices) {
+            if (!first) pool += ' ';
+            first = false;
+            ref(index);
+        }
+    };
+    const auto number = [&pool](double value) { appendNumber(pool, value); };
+
+    begin(body, "body");
+    refs({lumpId.front(), -1, -1});
+    end();
     for (std::size_t l = 0; l < lumps.size(); ++l) {
         const int nextLump = l + 1 < lumps.size() ? lumpId[l + 1] : -1;
-        records[lumpId[l]] =
-            "lump $-1 -1 $-1 " + ref(nextLump) + " " + ref(shellId[l]) + " " + ref(body) + " #";
-        records[shellId[l]] = "shell $-1 -1 $-1 $-1 $-1 " + ref(faceId[lumps[l].front()]) +
-                              " $-1 " + ref(lumpId[l]) + " #";
+        begin(lumpId[l], "lump");
+        refs({nextLump, shellId[l], body});
+        end();
+        begin(shellId[l], "shell");
+        refs({-1, -1, faceId[lumps[l].front()], -1, lumpId[l]});
+        end();
         for (std::size_t i = 0; i < lumps[l].size(); ++i) {
             const int f = lumps[l][i];
             const auto& face = brep.faces[f];
             const int nextFace = i + 1 < lumps[l].size() ? faceId[lumps[l][i + 1]] : -1;
             const int firstLoop = loopId[f].empty() ? -1 : loopId[f].front();
-            records[faceId[f]] = "face $-1 -1 $-1 " + ref(nextFace) + " " + ref(firstLoop) + " " +
-                                 ref(shellOfFace[f]) + " $-1 " + ref(surfaceId[f]) +
-                                 (face.reversed ? " reversed" : " forward") +
-                                 (region ? " double out #" : " single #");
-            records[surfaceId[f]] = surfaceRecord(face.surface);
+            begin(faceId[f], "face");
+            refs({nextFace, firstLoop, shellOfFace[f], -1, surfaceId[f]});
+            pool += face.reversed ? " reversed" : " forward";
+            end(region ? " double out #" : " single #");
+            whole(surfaceId[f], surfaceRecord(face.surface));
             for (std::size_t k = 0; k < face.loops.size(); ++k) {
                 const auto& ids = coedgeId[f][k];
                 const int nextLoop = k + 1 < face.loops.size() ? loopId[f][k + 1] : -1;
                 if (ids.empty()) throw Unrepresentable("a loop without coedges");
-                records[loopId[f][k]] = "loop $-1 -1 $-1 " + ref(nextLoop) + " " +
-                                        ref(ids.front()) + " " + ref(faceId[f]) + " #";
+                begin(loopId[f][k], "loop");
+                refs({nextLoop, ids.front(), faceId[f]});
+                end();
                 const int n = static_cast<int>(ids.size());
                 for (int c = 0; c < n; ++c) {
                     const auto& coedge = face.loops[k].coedges[c];
@@ -143,11 +179,11 @@ std::string writeSat(const Brep& brep, bool region) {
                     int partner = -1;
                     for (std::size_t r = 0; r < ring.size() && ring.size() > 1; ++r)
                         if (ring[r] == ids[c]) partner = ring[(r + 1) % ring.size()];
-                    records[ids[c]] = "coedge $-1 -1 $-1 " + ref(ids[(c + 1) % n]) + " " +
-                                      ref(ids[(c + n - 1) % n]) + " " + ref(partner) + " " +
-                                      ref(edgeId[coedge.edge]) +
-                                      (coedge.reversed ? " reversed " : " forward ") +
-                                      ref(loopId[f][k]) + " $-1 #";
+                    begin(ids[c], "coedge");
+                    refs({ids[(c + 1) % n], ids[(c + n - 1) % n], partner, edgeId[coedge.edge]});
+                    pool += coedge.reversed ? " reversed " : " forward ";
+                    refs({loopId[f][k], -1});
+                    end();
                 }
             }
         }
@@ -156,25 +192,40 @@ std::string writeSat(const Brep& brep, bool region) {
         const auto& edge = brep.edges[e];
         const CurveRecord curve = curveRecord(edge.curve, brep.vertices[edge.startVertex].point);
         const int firstCoedge = coedgesOfEdge[e].empty() ? -1 : coedgesOfEdge[e].front();
-        records[edgeId[e]] = "edge $-1 -1 $-1 " + ref(vertexId[edge.startVertex]) + " " +
-                             formatNumber(curve.t0) + " " + ref(vertexId[edge.endVertex]) + " " +
-                             formatNumber(curve.t1) + " " + ref(firstCoedge) + " " +
-                             ref(curveId[e]) + " forward @7 unknown #";
-        records[curveId[e]] = curve.text;
+        begin(edgeId[e], "edge");
+        ref(vertexId[edge.startVertex]);
+        pool += ' ';
+        number(curve.t0);
+        pool += ' ';
+        ref(vertexId[edge.endVertex]);
+        pool += ' ';
+        number(curve.t1);
+        pool += ' ';
+        refs({firstCoedge, curveId[e]});
+        end(" forward @7 unknown #");
+        whole(curveId[e], curve.text);
     }
     for (int v = 0; v < nVertices; ++v) {
         const auto& p = brep.vertices[v].point;
-        records[vertexId[v]] = "vertex $-1 -1 $-1 " +
-                               ref(edgeOfVertex[v] >= 0 ? edgeId[edgeOfVertex[v]] : -1) + " " +
-                               ref(pointId[v]) + " #";
-        records[pointId[v]] = "point $-1 -1 $-1 " + formatNumber(p.x) + " " + formatNumber(p.y) +
-                              " " + formatNumber(p.z) + " #";
+        begin(vertexId[v], "vertex");
+        refs({edgeOfVertex[v] >= 0 ? edgeId[edgeOfVertex[v]] : -1, pointId[v]});
+        end();
+        begin(pointId[v], "point");
+        number(p.x);
+        pool += ' ';
+        number(p.y);
+        pool += ' ';
+        number(p.z);
+        end();
     }
 
-    std::string out = "700 " + std::to_string(records.size()) + " 1 0 \n" + dateLine() + "\n" +
+    std::string out = "700 " + std::to_string(at.next) + " 1 0 \n" + dateLine() + "\n" +
                       "1 9.9999999999999995e-007 1e-010 \n";
-    for (const std::string& r : records)
-        out += r + "\n";
+    out.reserve(out.size() + pool.size() + std::size_t(at.next) + 20);
+    for (const auto& [from, size] : spans) {
+        out.append(pool, from, size);
+        out += '\n';
+    }
     out += "End-of-ACIS-data\n";
     return out;
 }

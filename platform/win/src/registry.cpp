@@ -87,10 +87,15 @@ LSTATUS RegOpenKeyExW(HKEY key, LPCWSTR subKey, DWORD, REGSAM desired, PHKEY res
     std::vector<std::wstring> names;
     if (!split(subKey, names)) return ERROR_BAD_PATHNAME;
     std::wstring path = below(parent.path, names);
-    Tree tree = Store::instance().snapshot();
-    auto found = tree.find(win::reg::fold(path));
-    if (found == tree.end()) return ERROR_FILE_NOT_FOUND;
-    *result = newHandle(found->second.path, desired);
+    std::wstring keyPath;
+    const bool found = Store::instance().read([&](const Tree& tree) {
+        auto it = tree.find(win::reg::fold(path));
+        if (it == tree.end()) return false;
+        keyPath = it->second.path;
+        return true;
+    });
+    if (!found) return ERROR_FILE_NOT_FOUND;
+    *result = newHandle(std::move(keyPath), desired);
     return ERROR_SUCCESS;
 }
 
@@ -135,21 +140,22 @@ LSTATUS RegQueryValueExW(HKEY key, LPCWSTR valueName, LPDWORD reserved, LPDWORD 
     if (reserved != nullptr || (data != nullptr && cbData == nullptr))
         return ERROR_INVALID_PARAMETER;
     if (!(open.access & KEY_QUERY_VALUE)) return ERROR_ACCESS_DENIED;
-    Tree tree = Store::instance().snapshot();
-    auto k = tree.find(win::reg::fold(open.path));
-    if (k == tree.end()) return ERROR_FILE_NOT_FOUND; // the file was set aside meanwhile
-    auto v = k->second.values.find(valueKey(valueName));
-    if (v == k->second.values.end()) return ERROR_FILE_NOT_FOUND;
-    const Value& value = v->second;
-    if (type) *type = value.type;
-    DWORD size = static_cast<DWORD>(value.data.size());
-    if (data != nullptr && *cbData < size) {
-        *cbData = size;
-        return ERROR_MORE_DATA;
-    }
-    if (data != nullptr) std::memcpy(data, value.data.data(), size);
-    if (cbData) *cbData = size;
-    return ERROR_SUCCESS;
+    return Store::instance().read([&](const Tree& tree) -> LSTATUS {
+        auto k = tree.find(win::reg::fold(open.path));
+        if (k == tree.end()) return ERROR_FILE_NOT_FOUND; // the file was set aside meanwhile
+        auto v = k->second.values.find(valueKey(valueName));
+        if (v == k->second.values.end()) return ERROR_FILE_NOT_FOUND;
+        const Value& value = v->second;
+        if (type) *type = value.type;
+        DWORD size = static_cast<DWORD>(value.data.size());
+        if (data != nullptr && *cbData < size) {
+            *cbData = size;
+            return ERROR_MORE_DATA;
+        }
+        if (data != nullptr) std::memcpy(data, value.data.data(), size);
+        if (cbData) *cbData = size;
+        return ERROR_SUCCESS;
+    });
 }
 
 LSTATUS RegSetValueExW(HKEY key, LPCWSTR valueName, DWORD reserved, DWORD type, const BYTE* data,

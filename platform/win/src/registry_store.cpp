@@ -322,10 +322,8 @@ void Store::refresh(const std::string& file) {
     seen_ = {file, after.mtimeNs, after.size, after.inode};
 }
 
-Tree Store::snapshot() {
-    std::lock_guard guard(mutex_);
+void Store::refresh() {
     refresh(registryFile());
-    return tree_;
 }
 
 LONG Store::update(const std::function<LONG(Tree&, bool&)>& change) {

@@ -35,8 +35,14 @@ class Store {
 public:
     static Store& instance();
 
-    // The tree as the file holds it now (re-read when the file changed since the last look).
-    Tree snapshot();
+    // Runs look on the tree as the file holds it now (re-read when the file changed since the
+    // last look), under the store's lock and without a copy: every setting read comes here.
+    template <class Look>
+    auto read(Look look) {
+        std::lock_guard guard(mutex_);
+        refresh();
+        return look(static_cast<const Tree&>(tree_));
+    }
     // Under the file lock: reads the file afresh, applies the change and writes the file back
     // atomically when the change returns true. The change's result code is returned, or
     // ERROR_CANTWRITE when the file can't be written.
@@ -48,6 +54,7 @@ private:
         long long mtimeNs = -1, size = -1, inode = -1;
     };
     void refresh(const std::string& file);
+    void refresh(); // of the file the environment names
     Tree load(const std::string& file, bool underLock);
     // Moves a corrupt file to a backup beside it and says so; false if it couldn't be moved.
     bool setAside(const std::string& file, const std::string& reason);

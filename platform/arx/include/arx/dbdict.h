@@ -64,15 +64,27 @@ class AcDbXrecord : public AcDbObject {
 public:
     ACRX_DECLARE_MEMBERS(AcDbXrecord);
     AcDbXrecord() = default;
+    AcDbXrecord(const AcDbXrecord& other);
+    AcDbXrecord& operator=(const AcDbXrecord&) = delete;
+    ~AcDbXrecord() override;
     // A copy of the data that the caller frees with acutRelRb; null for an empty record.
     Acad::ErrorStatus rbChain(resbuf** chain, AcDbDatabase* auxDb = nullptr) const;
     // Needs the record open for write. Handles (5, 105) and codes the data cannot hold give
     // eInvalidResBuf, and the record keeps its old data.
     Acad::ErrorStatus setFromRbChain(const resbuf& chain, AcDbDatabase* auxDb = nullptr);
+    // The data (and extended data) of another X-record, which needs only be open for read; this
+    // one needs to be open for write. eWrongObjectType for anything but an X-record.
+    Acad::ErrorStatus copyFrom(const AcRxObject* other);
 
 private:
     friend struct AcDbImpl;
-    std::unique_ptr<unsigned char[]> data_;
+    // The packed data: null for an empty record, a block of the record's own, or (low bit set)
+    // a block that records copied from one another share, with a count of its holders in the
+    // four bytes before it. Copying turns the source's block into a shared one: many objects
+    // carry one tag, and a record of its own costs no more than before.
+    mutable unsigned char* data_ = nullptr;
+    const unsigned char* bytes() const;
+    void share(const AcDbXrecord& from);
 };
 
 class AcDbGroup : public AcDbObject {

@@ -7,7 +7,19 @@
 #include "arx/dbsurf.h"
 #include "arx/edhost.h"
 
+#if defined(__GLIBC__)
+#include <malloc.h>
+#endif
+
 void qelhost::registerSolidClasses() {
+#if defined(__GLIBC__)
+    // The kernel's shapes are a great many small blocks, freed in long runs when a drawing
+    // closes. With the allocator's fast bins, each free that reaches a large free block sweeps
+    // them all up again (a tenth of a large import went there); without them a small block
+    // goes back at once, and the per-thread caches still serve the small allocations.
+    static const bool tuned = mallopt(M_MXFAST, 0) == 1;
+    (void)tuned;
+#endif
     static AcRxClass* (*const kClasses[])() = {
         AcDb3dSolid::desc,
         AcDbRegion::desc,

@@ -17,9 +17,11 @@
 #include <Geom_Line.hxx>
 #include <Geom_RectangularTrimmedSurface.hxx>
 #include <Geom_TrimmedCurve.hxx>
+#include <TopExp.hxx>
 #include <TopLoc_Location.hxx>
 #include <TopoDS.hxx>
 #include <TopoDS_Edge.hxx>
+#include <TopoDS_Iterator.hxx>
 
 #include <algorithm>
 #include <cmath>
@@ -350,8 +352,55 @@ void mergeArcs(std::vector<Curve>& loop) {
     loop = std::move(out);
 }
 
+namespace {
+
+// The edges of a wire that leaves no choice, in the order the wire explorer runs them: closed,
+// each vertex the start of one edge and the end of one, none internal or external. The explorer
+// then starts at the wire's first edge and follows the ends back to that edge's start, and its
+// maps and tolerances on the face are work for nothing. False for any other wire.
+bool chainedWithoutChoice(const TopoDS_Shape& wire, std::vector<TopoDS_Shape>& edges) {
+    struct Run {
+        TopoDS_Shape edge;
+        TopoDS_Vertex first, last;
+    };
+    constexpr std::size_t kMost = 16; // longer wires are rare: the explorer takes them
+    Run runs[kMost];
+    std::size_t n = 0;
+    for (TopoDS_Iterator it(wire); it.More(); it.Next(), ++n) {
+        const TopoDS_Shape& edge = it.Value();
+        if (n == kMost || edge.ShapeType() != TopAbs_EDGE ||
+            edge.Orientation() == TopAbs_INTERNAL || edge.Orientation() == TopAbs_EXTERNAL)
+            return false;
+        TopExp::Vertices(TopoDS::Edge(edge), runs[n].first, runs[n].last, true);
+        if (runs[n].first.IsNull() || runs[n].last.IsNull()) return false;
+        runs[n].edge = edge;
+    }
+    if (n == 0) return false;
+    std::size_t next[kMost];
+    for (std::size_t i = 0; i < n; ++i) {
+        int starts = 0, ends = 0;
+        for (std::size_t j = 0; j < n; ++j) {
+            if (runs[j].first.IsSame(runs[i].first)) ++starts;
+            if (runs[j].last.IsSame(runs[i].first)) ++ends;
+            if (runs[i].last.IsSame(runs[j].first)) next[i] = j;
+        }
+        if (starts != 1 || ends != 1) return false;
+    }
+    // Every end is some edge's start: the counts above leave each edge one successor.
+    std::size_t at = 0;
+    do {
+        edges.push_back(runs[at].edge);
+        at = next[at];
+    } while (at != 0 && edges.size() < n);
+    return true;
+}
+
+} // namespace
+
 std::vector<TopoDS_Shape> runningEdges(const TopoDS_Shape& wire, const TopoDS_Face& face) {
     std::vector<TopoDS_Shape> edges;
+    if (chainedWithoutChoice(wire, edges)) return edges;
+    edges.clear();
     for (BRepTools_WireExplorer it(TopoDS::Wire(wire), face); it.More(); it.Next())
         edges.push_back(it.Current());
     return edges;

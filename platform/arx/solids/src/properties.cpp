@@ -104,8 +104,9 @@ namespace {
 // The exact box of a whole torus face, in closed form: about its centre, along each world axis,
 // the major circle's half width there plus the minor radius. False for a part of a torus.
 bool addWholeTorus(const TopoDS_Face& face, Bnd_Box& box) {
+    // The kind first, without the face's bounds that the adaptor otherwise works out.
+    if (BRepAdaptor_Surface(face, false).GetType() != GeomAbs_Torus) return false;
     const BRepAdaptor_Surface surface(face, true);
-    if (surface.GetType() != GeomAbs_Torus) return false;
     double u0, u1, v0, v1;
     BRepTools::UVBounds(face, u0, u1, v0, v1);
     constexpr double kWhole = 2 * M_PI - 1e-9;

@@ -118,7 +118,8 @@ Acad::ErrorStatus AcDbDictionary::setAt(const ACHAR* key, AcDbObject* object, Ac
         } else if (index_ != nullptr) {
             index_->byKey[acdbUpper(key)] = entries_.size() - 1;
         }
-        rename(int(entries_.size() - 1), key);
+        if (auto* group = AcDbGroup::cast(object))
+            AcDbImpl::setGroupName(group, entries_.back().key);
     }
     id = value;
     return Acad::eOk;

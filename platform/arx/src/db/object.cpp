@@ -363,6 +363,7 @@ Acad::ErrorStatus AcDbImpl::open(AcDbStub* s, AcDb::OpenMode mode, bool openEras
 }
 
 void AcDbImpl::copyRecords(const AcDbObject& from, AcDbObject& to) {
+    if (from.xdata_ == nullptr && to.xdata_ == nullptr) return;
     resbuf* chain = acdbUnpackChain(from.xdata_.get());
     acdbPackChain(chain, to.xdata_);
     acutRelRb(chain);

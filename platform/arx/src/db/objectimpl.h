@@ -101,7 +101,7 @@ struct AcDbImpl {
     static void renameEntry(AcDbDictionary* d, AcDbStub* value, const ACHAR* key) {
         if (const int i = d->find(value); i >= 0) d->rename(i, key);
     }
-    static const unsigned char* xrecordData(const AcDbXrecord& x) { return x.data_.get(); }
+    static const unsigned char* xrecordData(const AcDbXrecord& x) { return x.bytes(); }
     // Copies the object's own data, not its identity, for clones.
     static void copyRecords(const AcDbObject& from, AcDbObject& to);
 };

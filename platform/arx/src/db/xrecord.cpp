@@ -1,3 +1,6 @@
+#include <cstdint>
+#include <cstring>
+
 #include "../dxf/fieldtable.h"
 #include "../dxf/items.h"
 #include "objectimpl.h"
@@ -6,10 +9,80 @@
 
 ACRX_DEFINE_MEMBERS(AcDbXrecord, AcDbObject, ACRX_T("XRECORD"))
 
+namespace {
+
+constexpr std::uintptr_t kShared = 1;
+constexpr size_t kCountBytes = sizeof(std::uint32_t);
+
+bool isShared(const unsigned char* data) {
+    return reinterpret_cast<std::uintptr_t>(data) & kShared;
+}
+
+unsigned char* bytesOf(unsigned char* data) {
+    return reinterpret_cast<unsigned char*>(reinterpret_cast<std::uintptr_t>(data) & ~kShared);
+}
+
+std::uint32_t& holders(unsigned char* shared) {
+    return *reinterpret_cast<std::uint32_t*>(bytesOf(shared) - kCountBytes);
+}
+
+void release(unsigned char* data) {
+    if (data == nullptr) return;
+    if (!isShared(data))
+        delete[] data;
+    else if (--holders(data) == 0)
+        ::operator delete(bytesOf(data) - kCountBytes);
+}
+
+// The packed block's size: its length, then the length's own bytes.
+size_t sizeOf(const unsigned char* bytes) {
+    const unsigned char* p = bytes;
+    size_t size = 0;
+    for (int shift = 0;; shift += 7) {
+        const unsigned char b = *p++;
+        size |= size_t(b & 0x7F) << shift;
+        if (!(b & 0x80)) break;
+    }
+    return size + size_t(p - bytes);
+}
+
+// A block of one record's own as a shared one, with its one holder.
+unsigned char* madeShared(unsigned char* own) {
+    const size_t size = sizeOf(own);
+    auto* block = static_cast<unsigned char*>(::operator new(kCountBytes + size));
+    std::memcpy(block + kCountBytes, own, size);
+    delete[] own;
+    auto* shared = reinterpret_cast<unsigned char*>(
+        reinterpret_cast<std::uintptr_t>(block + kCountBytes) | kShared);
+    holders(shared) = 1;
+    return shared;
+}
+
+} // namespace
+
+AcDbXrecord::AcDbXrecord(const AcDbXrecord& other) : AcDbObject(other) {
+    share(other);
+}
+
+AcDbXrecord::~AcDbXrecord() {
+    release(data_);
+}
+
+const unsigned char* AcDbXrecord::bytes() const {
+    return bytesOf(data_);
+}
+
+void AcDbXrecord::share(const AcDbXrecord& from) {
+    if (from.data_ != nullptr && !isShared(from.data_)) from.data_ = madeShared(from.data_);
+    if (from.data_ != nullptr) ++holders(from.data_);
+    release(data_);
+    data_ = from.data_;
+}
+
 Acad::ErrorStatus AcDbXrecord::rbChain(resbuf** chain, AcDbDatabase* /*auxDb*/) const {
     if (chain == nullptr) return Acad::eInvalidInput;
     if (!isReadEnabled()) return Acad::eNotOpenForRead;
-    *chain = acdbUnpackChain(data_.get());
+    *chain = acdbUnpackChain(bytes());
     return Acad::eOk;
 }
 
@@ -23,7 +96,18 @@ Acad::ErrorStatus AcDbXrecord::setFromRbChain(const resbuf& chain, AcDbDatabase*
     // Packing refuses codes that hold no value.
     PackedChain packed;
     if (Acad::ErrorStatus es = acdbPackChain(&chain, packed); es != Acad::eOk) return es;
-    data_ = std::move(packed);
+    release(data_);
+    data_ = packed.release();
+    return Acad::eOk;
+}
+
+Acad::ErrorStatus AcDbXrecord::copyFrom(const AcRxObject* other) {
+    if (Acad::ErrorStatus es = assertWriteEnabled(); es != Acad::eOk) return es;
+    const AcDbXrecord* from = AcDbXrecord::cast(other);
+    if (from == nullptr) return Acad::eWrongObjectType;
+    if (from == this) return Acad::eOk;
+    share(*from);
+    AcDbImpl::copyRecords(*from, *this);
     return Acad::eOk;
 }
 

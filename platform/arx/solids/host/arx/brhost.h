@@ -6,7 +6,8 @@ namespace qelhost {
 
 // Enters AcDb3dSolid, AcDbRegion, AcDbSurface and the boundary walk's classes (AcBrEntity and
 // those derived from it, AcBrTraverser and its kinds) in "ClassDictionary" of the system
-// registry. Calling it again changes nothing.
+// registry, and sets the C allocator for the kernel's many small blocks (no fast bins). Calling
+// it again changes nothing.
 void registerSolidClasses();
 
 } // namespace qelhost
