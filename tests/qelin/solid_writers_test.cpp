@@ -150,6 +150,7 @@ TEST_F(SolidWriters, AFrustumReadAsAReducerStandsOnItsAxis) {
     int subtype = -1;
     object->GetParam("subtype", 0)->GetValue(subtype);
     EXPECT_EQ(subtype, 0);
+    EXPECT_EQ(object->GetParam("subtype", 0)->GetType(), QelShortType) << "as the file has it";
     double* direction = nullptr;
     unsigned count = 0;
     object->GetParam("direction", 0)->GetValue(direction, count, false);
