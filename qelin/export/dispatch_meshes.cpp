@@ -1,6 +1,7 @@
 #include "export/dispatch_meshes.h"
 
 #include "export/appearance.h"
+#include "export/complete_object.h"
 #include "export/entity_annotations.h"
 #include "export/entity_dispatch.h"
 #include "export/exclusion_volume_export.h"
@@ -13,10 +14,15 @@
 
 namespace {
 
-void finish(QelOutObject& out, QelWriter& writer, QelObject* object, AcDbObjectId id) {
-    QelWriteCounted(writer, object);
+// False when the object is left out for want of a param: nothing is counted then.
+bool finish(QelOutObject& out, QelWriter& writer, QelObject* object, AcDbObjectId id) {
+    const bool complete = QelObjectComplete(object, id);
+    if (complete) {
+        QelWriteCounted(writer, object);
+        recordWritten(out, id);
+    }
     object->UnRef();
-    recordWritten(out, id);
+    return complete;
 }
 
 } // namespace
@@ -36,8 +42,7 @@ bool dispatchMesh(QelOutObject& out, QelWriter& writer, int type, AcDbObjectId i
         writeAppearance(out, object, id);
         QelWriteTriMesh(m, object, writer, id);
     }
-    finish(out, writer, object, id);
-    return true;
+    return finish(out, writer, object, id);
 }
 
 bool dispatchArcPatch(QelOutObject& out, QelWriter& writer, int type, AcDbObjectId id,
@@ -51,8 +56,7 @@ bool dispatchArcPatch(QelOutObject& out, QelWriter& writer, int type, AcDbObject
     writeAppearance(out, object, id);
     writeAnnotationsOfEntity(out, object, writer, id);
     QelWriteArcPatch(m, object, writer, id);
-    finish(out, writer, object, id);
-    return true;
+    return finish(out, writer, object, id);
 }
 
 bool dispatchPointSet(QelOutObject& out, QelWriter& writer, int type, AcDbObjectId id) {
@@ -67,8 +71,7 @@ bool dispatchPointSet(QelOutObject& out, QelWriter& writer, int type, AcDbObject
         object->UnRef();
         return true;
     }
-    finish(out, writer, object, id);
-    return true;
+    return finish(out, writer, object, id);
 }
 
 bool dispatchExclusionVolume(QelOutObject& out, QelWriter& writer, int type, AcDbObjectId id,

@@ -1,6 +1,7 @@
 #include "export/dispatch_patches.h"
 
 #include "export/appearance.h"
+#include "export/complete_object.h"
 #include "export/entity_annotations.h"
 #include "export/entity_dispatch.h"
 #include "export/generic_mesh.h"
@@ -25,6 +26,10 @@ void tell(const wchar_t* printed, const wchar_t* logged) {
 
 // The one object of the entity, written and entered.
 bool writeOne(QelOutObject& out, QelWriter& writer, QelObject* object, AcDbObjectId id) {
+    if (!QelObjectComplete(object, id)) {
+        object->UnRef();
+        return false;
+    }
     QelWriteCounted(writer, object);
     object->UnRef();
     recordWritten(out, id);
@@ -43,7 +48,7 @@ void recordSeveral(QelOutObject& out, AcDbObjectId id, const std::vector<int>& w
     ads_name name;
     QelMemberRecord tag;
     const bool grouped =
-        acdbGetAdsName(name, id) == Acad::eOk && tag.Load(name) && tag.groupSerial != 0;
+        acdbGetAdsName(name, id) == Acad::eOk && tag.Load(name) && QelExportGroupNumber(tag) != 0;
     UntaggedEntityRec* untagged = out.findUntagged(id);
     if (written.size() > 1 && untagged)
         for (int number : written)

@@ -1,6 +1,7 @@
 #include "export/entity_dispatch.h"
 
 #include "export/appearance.h"
+#include "export/complete_object.h"
 #include "export/dispatch_meshes.h"
 #include "export/dispatch_patches.h"
 #include "export/entity_annotations.h"
@@ -26,7 +27,7 @@ unsigned groupNumberOf(const AcDbObjectId& id) {
     ads_name name;
     QelMemberRecord tag;
     if (acdbGetAdsName(name, id) != Acad::eOk || !tag.Load(name)) return 0;
-    return static_cast<unsigned>(tag.groupSerial);
+    return QelExportGroupNumber(tag);
 }
 
 // The object of the entity's own tag, read from the file it names.
@@ -164,6 +165,10 @@ bool dispatchEntity(QelOutObject& out, QelWriter& writer, int type, AcDbObjectId
     if (row->handling != H::GenericPlain) writeAnnotationsOfEntity(out, object, writer, id);
     if (row->handling == H::GenericCaps) writeCaps(out, object, writer, id);
     row->writer(m, object, writer, id);
+    if (!QelObjectComplete(object, id)) {
+        object->UnRef();
+        return false;
+    }
     QelWriteCounted(writer, object);
     object->UnRef();
     recordWritten(out, id);
