@@ -268,3 +268,26 @@ TEST_F(HostileExport, AShapeTurnedAtTheOriginKeepsItsTurn) {
     EXPECT_NEAR(rotation[3], 2.0 * 3.141592653589793 / 3.0, 1e-9);
     EXPECT_NEAR(rotation[0], rotation[2], 1e-9);
 }
+
+// Output names a user mistypes: refused by the dialog with its reason and nothing written, or,
+// for a name without ".qel", written under the name the dialog gives it and counted there.
+TEST_F(HostileExport, MistypedOutputNamesAreRefusedOrCompleted) {
+    drawn("SPHERE 0,0,0 1\n");
+    fs::create_directories(dir / "folder.qel");
+    const struct {
+        std::string output;
+        int status;
+        std::string told;
+    } rows[] = {
+        {"no-suffix", 0, "Object file: " + (dir / "no-suffix.qel").string() + "\nObjects (6)"},
+        {"missing/out.qel", 1, "ERROR: All or part of the path is invalid."},
+        {"folder.qel", 1, "Please enter a valid 'qel' filename."},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.output);
+        const Outcome run = qelcad("export drawn.dxf --no-reference -o " + row.output);
+        EXPECT_EQ(run.status, row.status) << run.out;
+        EXPECT_TRUE(has(run.out, row.told)) << run.out;
+    }
+    EXPECT_FALSE(fs::exists(dir / "missing"));
+}
