@@ -42,8 +42,10 @@ QelObject* readFromSource(QelOutObject& out, const AcDbObjectId& id) {
     }
     if (tag.filePath != out.openReferenceFile) {
         if (out.reader.IsOpen()) out.reader.Close();
-        out.openReferenceFile = tag.filePath;
+        // Taken as open only once it is: a file that fails is tried again, and fails alike.
+        out.openReferenceFile.Empty();
         out.reader.Open(QelNarrowFromWide(tag.filePath));
+        out.openReferenceFile = tag.filePath;
     }
     QelObject* object = out.reader.ReadObject(static_cast<unsigned>(tag.objectIndex));
     // Connection points number other objects of the old file.
@@ -105,7 +107,12 @@ QelObject* openFileObject(QelOutObject& out, AcDbObjectId id, int type, bool& fr
                 object->UnRef();
             }
         } catch (const QelException& e) {
-            AfxMessageBox(QelWideFromNarrow(e.GetReason()), MB_ICONEXCLAMATION);
+            // A damaged source file fails every entity from it alike: one box says it, the log
+            // has each object.
+            const CString reason = QelWideFromNarrow(e.GetReason());
+            QelLogAppend(L"\n " + reason);
+            if (out.readFailuresTold.insert(reason.GetString()).second)
+                AfxMessageBox(reason, MB_ICONEXCLAMATION);
         } catch (...) {
         }
     }

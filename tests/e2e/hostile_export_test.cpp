@@ -291,3 +291,44 @@ TEST_F(HostileExport, MistypedOutputNamesAreRefusedOrCompleted) {
     }
     EXPECT_FALSE(fs::exists(dir / "missing"));
 }
+
+// The file the drawing was imported from, spoilt or gone before the export with reference: every
+// object is built from the drawing instead, and a damaged file is told once, not once an object.
+TEST_F(HostileExport, ASpoiltReferenceFileIsToldOnce) {
+    const std::string drawing = plantDrawing();
+    const std::string good = read(plant);
+    const struct {
+        std::string label;
+        std::function<void()> spoil;
+        std::string told; // empty: no box at all
+    } rows[] = {
+        {"truncated", [&] { write("plant.qel", good.substr(0, 3000)); },
+         "is 3000 bytes long but was written with"},
+        {"one byte flipped",
+         [&] {
+             std::string flipped = good;
+             flipped[flipped.size() / 2] = char(flipped[flipped.size() / 2] ^ 0xff);
+             write("plant.qel", flipped);
+         },
+         "is damaged (checksum mismatch)"},
+        {"not an object file", [&] { write("plant.qel", "not an object file\n"); },
+         "is not a QEL object file"},
+        {"deleted", [&] { fs::remove(plant); }, ""},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.label);
+        row.spoil();
+        const Outcome run = qelcad("export plant.dxf -o out.qel --reference");
+        ASSERT_EQ(run.status, 0) << run.out;
+        EXPECT_TRUE(has(run.out, "Objects (28)")) << run.out;
+        std::size_t boxes = 0;
+        for (auto at = run.out.find("[box: '"); at != std::string::npos;
+             at = run.out.find("[box: '", at + 1))
+            ++boxes;
+        EXPECT_EQ(boxes, row.told.empty() ? 0u : 1u) << run.out;
+        EXPECT_TRUE(has(run.out, row.told)) << run.out;
+        const Outcome valid =
+            runCommand(std::string(QELTOOL) + " validate " + (dir / "out.qel").string() + " 2>&1");
+        EXPECT_EQ(valid.status, 0) << valid.out;
+    }
+}
