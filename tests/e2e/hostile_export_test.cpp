@@ -332,3 +332,61 @@ TEST_F(HostileExport, ASpoiltReferenceFileIsToldOnce) {
         EXPECT_EQ(valid.status, 0) << valid.out;
     }
 }
+
+// An exclusion volume whose reference tree never ends: groups nested past any model, or each
+// listing the next twice so that copies would double at every level. The tree is copied once
+// per object and only so deep; the export ends with a file that validates.
+TEST_F(HostileExport, AnEndlessReferenceTreeIsCutShort) {
+    const auto volumeFile = [&](int depth, const std::string& list) {
+        std::string json = R"({"format": "qel-json-1", "objects": [
+            {"class": "ExclusionVolume", "params": [["objectList", "uint[]", [1]],
+             ["thickness", "double[]", [1, 1, 1]], ["pose", "object", {"class": "Transformation",
+             "params": [["translation", "double[]", [0, 0, 0]]]}]]})";
+        for (int i = 1; i <= depth; ++i) {
+            std::string members = list;
+            for (auto at = members.find('N'); at != std::string::npos; at = members.find('N'))
+                members.replace(at, 1, std::to_string(i + 1));
+            json += R"(, {"class": "GeometricGroup", "params": [["objectList", "uint[]", [)" +
+                    members + "]]]}";
+        }
+        const int line = depth + 1;
+        json += R"(, {"class": "Line3d", "params": [["startPoint", "double[]", [0, 0, 0]],
+            ["endPoint", "double[]", [1, 0, 0]]]})";
+        json +=
+            R"(, {"class": "Layer", "params": [["name", "string", "V"], ["objectList", "uint[]", [0]]]})";
+        json += R"(, {"class": "LayerMgr", "params": [["layerList", "uint[]", [)" +
+                std::to_string(line + 1) + "]]]}";
+        json +=
+            R"(, {"class": "ModelSpace", "params": [["objectList", "uint[]", [0]], ["layerMgr", "uint", )" +
+            std::to_string(line + 2) + "]]}";
+        json += R"(, {"class": "Header", "params": [["rootLocation", "uint", )" +
+                std::to_string(line + 3) + "]]}]}";
+        return json;
+    };
+    const struct {
+        std::string label, json, told, counts;
+    } rows[] = {
+        {"nested too deep", volumeFile(1100, "N"),
+         "Object lists nested too deep in the reference tree: left out.",
+         "Objects (1006): GeometricGroup x1000 ExclusionVolume x1"},
+        {"each level listed twice", volumeFile(30, "N, N"), "",
+         "Objects (37): Line3d x1 GeometricGroup x30 ExclusionVolume x1"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.label);
+        write("volume.json", row.json);
+        ASSERT_EQ(runCommand(std::string(QELTOOL) + " build " + (dir / "volume.json").string() +
+                             " -o " + (dir / "volume.qel").string())
+                      .status,
+                  0);
+        const Outcome imported = qelcad("import volume.qel -o volume.dxf --no-log");
+        ASSERT_EQ(imported.status, 0) << imported.out;
+        const Outcome run = qelcad("export volume.dxf -o out.qel --reference");
+        ASSERT_EQ(run.status, 0) << run.out;
+        EXPECT_TRUE(has(run.out, row.told)) << run.out;
+        EXPECT_TRUE(has(run.out, row.counts)) << run.out;
+        const Outcome valid =
+            runCommand(std::string(QELTOOL) + " validate " + (dir / "out.qel").string() + " 2>&1");
+        EXPECT_EQ(valid.status, 0) << valid.out;
+    }
+}
