@@ -158,17 +158,20 @@ int polyFaceMesh(const AcDbPolyFaceMesh& mesh) {
 }
 
 // Solids of revolution first, then balls, then rings; an elbow must be confirmed as a part of a
-// ring.
+// ring. The ring test asks the companion, so it is asked once; an elbow's flat ends are known
+// from its explode already.
 int solid(const AcDbObjectId& id, const QelMemberRecord* tag) {
     return reopened<AcDb3dSolid>(id, GoOn, [&](const AcDb3dSolid& s) -> int {
         const int revolved = recogniseRevolved(s, tag);
+        if (revolved >= 0 && revolved != QelCode::Elbow) return revolved;
+        int ring = -1;
         if (revolved == QelCode::Elbow) {
-            if (recogniseTorus(s, id, tag) == 2) return QelCode::Elbow;
-        } else if (revolved >= 0) {
-            return revolved;
+            ring = recogniseTorus(s, id, tag, true);
+            if (ring == 2) return QelCode::Elbow;
         }
         if (recogniseSphere(s, tag)) return QelCode::Sphere;
-        switch (recogniseTorus(s, id, tag)) {
+        if (ring < 0) ring = recogniseTorus(s, id, tag);
+        switch (ring) {
         case 1:
             return QelCode::Torus;
         case 2:

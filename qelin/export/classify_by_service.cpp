@@ -7,6 +7,7 @@
 #include "records/annotate_record.h"
 #include "records/member_record.h"
 #include "writers/box_reading.h"
+#include "writers/solid_analysis.h"
 
 #include <arx/acdb.h>
 #include <arx/aced.h>
@@ -23,13 +24,13 @@ constexpr double kAreaMatch = 0.0001;
 constexpr double kVolumeMatch = 0.001;
 constexpr double kCubeRoot = 0.33333333333333;
 
-bool isCube(const QelSolidMass& mass) {
+bool isCube(const QelSolidMeasure& mass) {
     if (mass.volume <= kSmallestVolume) return false;
     const double side = std::pow(mass.volume, kCubeRoot);
     return std::fabs(6.0 * side * side - mass.area) < kAreaMatch;
 }
 
-bool isBox(const AcDb3dSolid& solid, const QelSolidMass& mass) {
+bool isBox(const AcDb3dSolid& solid, const QelSolidMeasure& mass) {
     QelBoxReading box;
     QelReadBoxFromRegions(solid, box);
     const double a = box.lengths[0], b = box.lengths[1], c = box.lengths[2];
@@ -39,8 +40,8 @@ bool isBox(const AcDb3dSolid& solid, const QelSolidMass& mass) {
 
 // A solid no primitive fits leaves as a polyline extrusion, or failing that as a mesh.
 int boxOrExtrusion(const AcDb3dSolid& solid) {
-    QelSolidMass mass;
-    if (QelMassOf(solid, mass) && (isCube(mass) || isBox(solid, mass)))
+    QelSolidMeasure mass;
+    if (QelMeasureSolid(solid, mass) && (isCube(mass) || isBox(solid, mass)))
         return QelCode::RectangularBox;
     return QelCode::PlanarPolylineExtrusion;
 }

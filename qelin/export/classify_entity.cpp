@@ -7,9 +7,8 @@
 namespace {
 
 int classify(QelOutObject& out, const AcDbObjectId& id) {
-    ads_name name;
     QelMemberRecord record;
-    const bool tagged = acdbGetAdsName(name, id) == Acad::eOk && record.Load(name);
+    const bool tagged = record.Load(id);
     const QelMemberRecord* tag = tagged ? &record : nullptr;
     int code = QelClassify::byTag(out, id, tag);
     if (code == QelClassify::GoOn) code = QelClassify::byClass(id, tag);

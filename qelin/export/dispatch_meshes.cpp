@@ -1,7 +1,6 @@
 #include "export/dispatch_meshes.h"
 
 #include "export/appearance.h"
-#include "export/complete_object.h"
 #include "export/entity_annotations.h"
 #include "export/entity_dispatch.h"
 #include "export/exclusion_volume_export.h"
@@ -11,21 +10,6 @@
 #include "foundation/string_ring.h"
 #include "shell/doc_data.h"
 #include "writers/mesh_writers.h"
-
-namespace {
-
-// False when the object is left out for want of a param: nothing is counted then.
-bool finish(QelOutObject& out, QelWriter& writer, QelObject* object, AcDbObjectId id) {
-    const bool complete = QelObjectComplete(object, id);
-    if (complete) {
-        QelWriteCounted(writer, object);
-        recordWritten(out, id);
-    }
-    object->UnRef();
-    return complete;
-}
-
-} // namespace
 
 bool dispatchMesh(QelOutObject& out, QelWriter& writer, int type, AcDbObjectId id,
                   const AcGeMatrix3d& m) {
@@ -42,7 +26,7 @@ bool dispatchMesh(QelOutObject& out, QelWriter& writer, int type, AcDbObjectId i
         writeAppearance(out, object, id);
         QelWriteTriMesh(m, object, writer, id);
     }
-    return finish(out, writer, object, id);
+    return writeAndRecord(out, writer, object, id);
 }
 
 bool dispatchArcPatch(QelOutObject& out, QelWriter& writer, int type, AcDbObjectId id,
@@ -56,7 +40,7 @@ bool dispatchArcPatch(QelOutObject& out, QelWriter& writer, int type, AcDbObject
     writeAppearance(out, object, id);
     writeAnnotationsOfEntity(out, object, writer, id);
     QelWriteArcPatch(m, object, writer, id);
-    return finish(out, writer, object, id);
+    return writeAndRecord(out, writer, object, id);
 }
 
 bool dispatchPointSet(QelOutObject& out, QelWriter& writer, int type, AcDbObjectId id) {
@@ -71,7 +55,7 @@ bool dispatchPointSet(QelOutObject& out, QelWriter& writer, int type, AcDbObject
         object->UnRef();
         return true;
     }
-    return finish(out, writer, object, id);
+    return writeAndRecord(out, writer, object, id);
 }
 
 bool dispatchExclusionVolume(QelOutObject& out, QelWriter& writer, int type, AcDbObjectId id,

@@ -1,7 +1,6 @@
 #include "export/dispatch_patches.h"
 
 #include "export/appearance.h"
-#include "export/complete_object.h"
 #include "export/entity_annotations.h"
 #include "export/entity_dispatch.h"
 #include "export/generic_mesh.h"
@@ -24,31 +23,40 @@ void tell(const wchar_t* printed, const wchar_t* logged) {
     QelLogAppend(logged);
 }
 
-// The one object of the entity, written and entered.
-bool writeOne(QelOutObject& out, QelWriter& writer, QelObject* object, AcDbObjectId id) {
-    if (!QelObjectComplete(object, id)) {
-        object->UnRef();
-        return false;
-    }
-    QelWriteCounted(writer, object);
-    object->UnRef();
-    recordWritten(out, id);
-    return true;
-}
-
 bool dropped(QelObject* object) {
     object->UnRef();
     return false;
+}
+
+// The entity's appearance and annotations on an object made for it.
+void dress(QelOutObject& out, QelWriter& writer, QelObject* object, AcDbObjectId id) {
+    writeAppearance(out, object, id);
+    writeAnnotationsOfEntity(out, object, writer, id);
+}
+
+// The companion's face list of the solid, the object dressed when it came; null, told with
+// failureText, when it didn't.
+resbuf* dressedWithFaces(QelOutObject& out, QelWriter& writer, QelObject* object, AcDbObjectId id,
+                         const wchar_t* failureText) {
+    resbuf* faces = QelAskCompanion(L"getPolyPlanerExtru", id, failureText);
+    if (faces) dress(out, writer, object, id);
+    return faces;
+}
+
+// A planar patch from the face list, or from the one the writer asks for when it is null.
+bool writePatch(QelOutObject& out, QelWriter& writer, QelObject* object, AcDbObjectId id,
+                const resbuf* faces) {
+    dress(out, writer, object, id);
+    if (!QelWritePlanarPatchFrom(object, id, faces)) return dropped(object);
+    return writeAndRecord(out, writer, object, id);
 }
 
 // Several objects for one entity: the last one is its own, the rest ride along with it, and
 // outside a group each goes under model space.
 void recordSeveral(QelOutObject& out, AcDbObjectId id, const std::vector<int>& written) {
     if (written.empty()) return;
-    ads_name name;
     QelMemberRecord tag;
-    const bool grouped =
-        acdbGetAdsName(name, id) == Acad::eOk && tag.Load(name) && QelExportGroupNumber(tag) != 0;
+    const bool grouped = tag.Load(id) && QelExportGroupNumber(tag) != 0;
     UntaggedEntityRec* untagged = out.findUntagged(id);
     if (written.size() > 1 && untagged)
         for (int number : written)
@@ -77,10 +85,7 @@ bool QelDispatchPatch(QelOutObject& out, QelWriter& writer, int type, AcDbObject
     bool fromReference = false;
     QelObject* object = openFileObject(out, id, type, fromReference);
     if (!object) return true;
-    writeAppearance(out, object, id);
-    writeAnnotationsOfEntity(out, object, writer, id);
-    if (!QelWritePlanarPatchFrom(object, id, nullptr)) return dropped(object);
-    return writeOne(out, writer, object, id);
+    return writePatch(out, writer, object, id, nullptr);
 }
 
 bool QelDispatchRegion(QelOutObject& out, QelWriter& writer, int type, AcDbObjectId id) {
@@ -92,12 +97,9 @@ bool QelDispatchRegion(QelOutObject& out, QelWriter& writer, int type, AcDbObjec
         tell(L"\n Get PlanarPatch geometry failed!\n", L"\n Get PlanarPatch geometry failed!");
         return dropped(object);
     }
-    writeAppearance(out, object, id);
-    writeAnnotationsOfEntity(out, object, writer, id);
-    const bool written = QelWritePlanarPatchFrom(object, id, faces);
+    const bool written = writePatch(out, writer, object, id, faces);
     acutRelRb(faces);
-    if (!written) return dropped(object);
-    return writeOne(out, writer, object, id);
+    return written;
 }
 
 bool QelDispatchExtrusion(QelOutObject& out, QelWriter& writer, int type, AcDbObjectId id,
@@ -105,24 +107,19 @@ bool QelDispatchExtrusion(QelOutObject& out, QelWriter& writer, int type, AcDbOb
     bool fromReference = false;
     QelObject* object = openFileObject(out, id, type, fromReference);
     if (!object) return true;
-    resbuf* faces = QelAskCompanion(L"getPolyPlanerExtru", id, L"\n Error (skipping extrusion)");
-    if (faces) {
-        writeAppearance(out, object, id);
-        writeAnnotationsOfEntity(out, object, writer, id);
-        if (QelWritePlanarPolylineExtrusion(object, id, faces)) {
-            acutRelRb(faces);
-            return writeOne(out, writer, object, id);
-        }
+    resbuf* faces = dressedWithFaces(out, writer, object, id, L"\n Error (skipping extrusion)");
+    if (faces && QelWritePlanarPolylineExtrusion(object, id, faces)) {
+        acutRelRb(faces);
+        return writeAndRecord(out, writer, object, id);
     }
     tell(L"\n Get PlanarPolyExtru geometry failed!\n", L"\n Get PlanarPolyExtru geometry failed!");
     object->UnRef();
     // No extrusion: the solid as a mesh, else its faces each a patch of its own.
     QelObject* mesh = QelObject::Create("TriMesh");
-    writeAppearance(out, mesh, id);
-    writeAnnotationsOfEntity(out, mesh, writer, id);
+    dress(out, writer, mesh, id);
     if (writeGenericMesh(mesh, writer, id, m)) {
         if (faces) acutRelRb(faces);
-        return writeOne(out, writer, mesh, id);
+        return writeAndRecord(out, writer, mesh, id);
     }
     mesh->UnRef();
     const std::vector<int> written =
@@ -136,10 +133,7 @@ bool QelDispatchBox(QelOutObject& out, QelWriter& writer, int type, AcDbObjectId
     bool fromReference = false;
     QelObject* object = openFileObject(out, id, type, fromReference);
     if (!object) return true;
-    resbuf* faces = QelAskCompanion(L"getPolyPlanerExtru", id, L"\n Error (skipping box)");
-    if (faces) {
-        writeAppearance(out, object, id);
-        writeAnnotationsOfEntity(out, object, writer, id);
+    if (resbuf* faces = dressedWithFaces(out, writer, object, id, L"\n Error (skipping box)")) {
         QelWriteRectangularBox(object, id, faces);
         acutRelRb(faces);
     } else {
@@ -147,7 +141,7 @@ bool QelDispatchBox(QelOutObject& out, QelWriter& writer, int type, AcDbObjectId
         tell(L"\n Get getRectBoxObject geometry failed!\n",
              L"\n Get getRectBoxObject geometry failed!");
     }
-    return writeOne(out, writer, object, id);
+    return writeAndRecord(out, writer, object, id);
 }
 
 bool QelDispatchPolylinePatch(QelOutObject& out, QelWriter& writer, int type, AcDbObjectId id) {

@@ -111,10 +111,8 @@ void writeCaps(QelOutObject&, QelObject* object, QelWriter&, const AcDbObjectId&
         const bool solid = AcDb3dSolid::cast(entity) != nullptr;
         const bool circle = AcDbCircle::cast(entity) != nullptr;
         entity->close();
-        ads_name name;
         QelMemberRecord tag;
-        if ((!solid && !circle) || acdbGetAdsName(name, members[i]) != Acad::eOk || !tag.Load(name))
-            continue;
+        if ((!solid && !circle) || !tag.Load(members[i])) continue;
         const char* cap = nullptr;
         if (solid && tag.memberType == QelCode::HemisphericCap) cap = "HemisphericCap";
         if (solid && tag.memberType == QelCode::SemiEllipticCap) cap = "SemiEllipticCap";

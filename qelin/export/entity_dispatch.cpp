@@ -53,14 +53,6 @@ QelObject* readFromSource(QelOutObject& out, const AcDbObjectId& id) {
     return object;
 }
 
-// An object already read from a source file, written as it stands.
-bool writeAsRead(QelOutObject& out, QelWriter& writer, QelObject* object, AcDbObjectId id) {
-    QelWriteCounted(writer, object);
-    object->UnRef();
-    recordWritten(out, id);
-    return true;
-}
-
 // Nothing was counted for the object, so nothing is taken back: the numbering stays in step.
 bool unknownType() {
     acedAlert(L"Unknown object type!");
@@ -78,7 +70,7 @@ bool referenceOnly(QelOutObject& out, QelWriter& writer, int type, AcDbObjectId 
         object->UnRef();
         return true;
     }
-    return writeAsRead(out, writer, object, id);
+    return writeAndRecord(out, writer, object, id);
 }
 
 } // namespace
@@ -86,6 +78,17 @@ bool referenceOnly(QelOutObject& out, QelWriter& writer, int type, AcDbObjectId 
 void QelWriteCounted(QelWriter& writer, QelObject* object) {
     ++QelDocData().lastObjectRef;
     writer.WriteObject(object);
+}
+
+bool writeAndRecord(QelOutObject& out, QelWriter& writer, QelObject* object, AcDbObjectId id) {
+    if (!QelObjectComplete(object, id)) {
+        object->UnRef();
+        return false;
+    }
+    QelWriteCounted(writer, object);
+    object->UnRef();
+    recordWritten(out, id);
+    return true;
 }
 
 QelObject* openFileObject(QelOutObject& out, AcDbObjectId id, int type, bool& fromReference) {
@@ -172,12 +175,5 @@ bool dispatchEntity(QelOutObject& out, QelWriter& writer, int type, AcDbObjectId
     if (row->handling != H::GenericPlain) writeAnnotationsOfEntity(out, object, writer, id);
     if (row->handling == H::GenericCaps) writeCaps(out, object, writer, id);
     row->writer(m, object, writer, id);
-    if (!QelObjectComplete(object, id)) {
-        object->UnRef();
-        return false;
-    }
-    QelWriteCounted(writer, object);
-    object->UnRef();
-    recordWritten(out, id);
-    return true;
+    return writeAndRecord(out, writer, object, id);
 }

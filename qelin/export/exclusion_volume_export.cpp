@@ -8,6 +8,7 @@
 #include "shell/doc_data.h"
 #include "writers/box_reading.h"
 #include "writers/pose.h"
+#include "writers/solid_analysis.h"
 
 #include <arx/aced.h>
 #include <arx/dbsol3d.h>
@@ -101,22 +102,13 @@ int copyTree(QelObject* object, TreeCopy& copy) {
 
 } // namespace
 
-int copyReferenceTree(QelOutObject&, QelObject* object, QelOutObject& reader, QelWriter& writer) {
-    TreeCopy copy{reader.reader, writer, {}, {}};
-    return copyTree(object, copy);
-}
-
 bool writeExclusionVolume(const AcGeMatrix3d&, QelObject* object, QelWriter& writer,
                           const AcDbObjectId& id, bool fromReference, QelOutObject& out) {
     AcDb3dSolid* solid = nullptr;
     if (acdbOpenObject(solid, id, AcDb::kForRead) == Acad::eOk) {
-        double volume = 0.0, inertia[3], products[3], moments[3], radii[3];
-        AcGePoint3d centroid;
-        AcGeVector3d axes[3];
-        AcDbExtents extents;
-        const bool measured = solid->getMassProp(volume, centroid, inertia, products, moments, axes,
-                                                 radii, extents) == Acad::eOk;
-        if (measured) {
+        QelSolidMeasure measure;
+        QelMeasureSolid(*solid, measure);
+        if (measure.hasMass) {
             // What the reading finds is taken even when it isn't a box in every respect.
             QelBoxReading box;
             QelReadBoxFromRegions(*solid, box);
@@ -124,13 +116,8 @@ bool writeExclusionVolume(const AcGeMatrix3d&, QelObject* object, QelWriter& wri
             a.normalize(AcGeContext::gTol);
             b.normalize(AcGeContext::gTol);
             double translation[3], rotation[4];
-            QelPoseFromFrame(centroid, a, b, translation, rotation);
-            QelPointOut(centroid, translation);
-            QelObject* pose = QelObject::Create("Transformation");
-            pose->AddOrReplaceParam(QelParam::Create("rotation", rotation, 4));
-            pose->AddOrReplaceParam(QelParam::Create("translation", translation, 3));
-            object->AddOrReplaceParam(QelParam::Create("pose", pose));
-            pose->UnRef();
+            QelPoseFromFrame(measure.centroid, a, b, translation, rotation);
+            QelWriteWholePose(object, rotation, measure.centroid);
             double thickness[3];
             for (int i = 0; i < 3; ++i)
                 thickness[i] = QelLengthOut(box.lengths[i]);
@@ -142,9 +129,9 @@ bool writeExclusionVolume(const AcGeMatrix3d&, QelObject* object, QelWriter& wri
         setObjectList(object, {});
         return false;
     }
-    QelOutObject scratch;
     // A volume whose list is missing in the reference is written by the caller, with none.
-    if (copyReferenceTree(scratch, object, out, writer) >= 0) return true;
+    TreeCopy copy{out.reader, writer, {}, {}};
+    if (copyTree(object, copy) >= 0) return true;
     setObjectList(object, {});
     return false;
 }

@@ -13,9 +13,3 @@ class QelOutObject;
 // the object was written here.
 bool writeExclusionVolume(const AcGeMatrix3d& m, QelObject* object, QelWriter& writer,
                           const AcDbObjectId& id, bool fromReference, QelOutObject& out);
-
-// Writes the object after the objects its "objectList" names (groups and volumes, read from the
-// reader and copied the same way), all with new numbers: the new number of the object, or -1
-// when it has no "objectList" and isn't written.
-int copyReferenceTree(QelOutObject& scratch, QelObject* object, QelOutObject& reader,
-                      QelWriter& writer);

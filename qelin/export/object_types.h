@@ -4,6 +4,7 @@
 #pragma once
 
 #include "objectfile/type_codes.h"
+#include "writers/entity_writer.h"
 
 #include <qel/qel.h>
 
@@ -42,8 +43,7 @@ enum class QelTagRule {
 };
 
 // Fills the target object from the entity; the result is not looked at.
-using QelEntityWriter = bool (*)(const AcGeMatrix3d& m, QelObject* target, QelWriter& writer,
-                                 const AcDbObjectId& id);
+using QelEntityWriter = QelEntityWriterFn*;
 
 struct QelObjectTypeRow {
     int code; // the row's own index

@@ -4,6 +4,8 @@
 #include "objectfile/type_codes.h"
 #include "records/member_record.h"
 #include "writers/exploded.h"
+#include "writers/pose.h"
+#include "writers/solid_analysis.h"
 
 #include <arx/dbregion.h>
 #include <arx/dbsol3d.h>
@@ -14,10 +16,8 @@
 
 namespace {
 
-// Single-precision values of 4 pi, 4 pi / 3 and 4 pi squared, as the file's tools have them.
-constexpr double kFourPi = 12.566370964050293;
+// The single-precision value of 4 pi / 3, as the file's tools have it.
 constexpr double kFourThirdsPi = 4.188790321350098;
-constexpr double kFourPiSquared = 39.47842025756836;
 
 constexpr double kParallelDot = 0.99999;
 constexpr double kSmallestVolume = 0.001;
@@ -26,14 +26,8 @@ constexpr double kTorusAreaMatch = 1e-6;
 constexpr double kRimMatch = 1e-5; // of a length, and of a radius relative to itself
 constexpr double kEqualRadii = 0.01;
 
-struct Rim {
-    AcGePoint3d centre;
-    AcGeVector3d normal;
-    double radius = 0.0;
-};
-
 // The rim of a flat face that is a disc: its one edge, a circle.
-bool discRim(const AcDbRegion& region, Rim& rim) {
+bool discRim(const AcDbRegion& region, QelEdgeCircle& rim) {
     const QelExploded edges(region);
     if (!edges.ok() || edges.size() != 1) return false;
     const AcDbCircle* circle = AcDbCircle::cast(edges[0]);
@@ -44,7 +38,7 @@ bool discRim(const AcDbRegion& region, Rim& rim) {
 
 // Two discs: a cylinder (a flange when short), a cone whose radii differ, or a reducer whose
 // caps are offset sideways; an elbow when the discs are turned against each other.
-int twoDiscs(const Rim& a, const Rim& b) {
+int twoDiscs(const QelEdgeCircle& a, const QelEdgeCircle& b) {
     const bool equalRadii = std::fabs(a.radius - b.radius) <= kEqualRadii * a.radius;
     if (!a.normal.isParallelTo(b.normal)) return equalRadii ? QelCode::Elbow : -1;
     const AcGeVector3d along = (b.centre - a.centre).normal();
@@ -64,7 +58,7 @@ int ringOrPart(const AcDb3dSolid& solid) {
 }
 
 // A cut square to one of the principal axes through the centroid shows the ring's outer rim.
-bool outerRimOnAxis(const AcDb3dSolid& solid, const QelSolidMass& mass, double outer) {
+bool outerRimOnAxis(const AcDb3dSolid& solid, const QelSolidMeasure& mass, double outer) {
     for (const AcGeVector3d& axis : mass.axes) {
         if (axis.isZeroLength()) continue;
         AcDbRegion* cut = nullptr;
@@ -84,14 +78,6 @@ bool outerRimOnAxis(const AcDb3dSolid& solid, const QelSolidMass& mass, double o
 
 } // namespace
 
-bool QelMassOf(const AcDb3dSolid& solid, QelSolidMass& mass) {
-    double moments[3], products[3], principal[3], gyration[3];
-    AcDbExtents extents;
-    return solid.getArea(mass.area) == Acad::eOk &&
-           solid.getMassProp(mass.volume, mass.centroid, moments, products, principal, mass.axes,
-                             gyration, extents) == Acad::eOk;
-}
-
 int recogniseRevolved(const AcDb3dSolid& solid, const QelMemberRecord* tag) {
     if (tag) {
         switch (tag->memberType) {
@@ -109,7 +95,7 @@ int recogniseRevolved(const AcDb3dSolid& solid, const QelMemberRecord* tag) {
     const QelExploded pieces(solid);
     if (!pieces.ok()) return -1;
     int surfaces = 0, regions = 0, others = 0, discs = 0;
-    Rim rims[2];
+    QelEdgeCircle rims[2];
     for (int i = 0; i < pieces.size(); ++i) {
         if (AcDbSurface::cast(pieces[i])) {
             ++surfaces;
@@ -126,21 +112,22 @@ int recogniseRevolved(const AcDb3dSolid& solid, const QelMemberRecord* tag) {
 }
 
 bool recogniseSphere(const AcDb3dSolid& solid, const QelMemberRecord* tag) {
-    QelSolidMass mass;
-    if (!QelMassOf(solid, mass) || mass.volume <= kSmallestVolume) return false;
-    const double r = std::sqrt(mass.area / kFourPi);
+    QelSolidMeasure mass;
+    if (!QelMeasureSolid(solid, mass) || mass.volume <= kSmallestVolume) return false;
+    const double r = std::sqrt(mass.area / QelFourPiSingle);
     const double expected = r * r * r * kFourThirdsPi;
     if (std::fabs(expected - mass.volume) / mass.volume > kVolumeMatch) return false;
     return !tag || tag->memberType == QelCode::Sphere;
 }
 
-int recogniseTorus(const AcDb3dSolid& solid, const AcDbObjectId& id, const QelMemberRecord* tag) {
-    QelSolidMass mass;
-    if (!QelMassOf(solid, mass) || mass.volume <= kSmallestVolume) return 0;
+int recogniseTorus(const AcDb3dSolid& solid, const AcDbObjectId& id, const QelMemberRecord* tag,
+                   bool flatEnds) {
+    QelSolidMeasure mass;
+    if (!QelMeasureSolid(solid, mass) || mass.volume <= kSmallestVolume) return 0;
     const double minor = 2.0 * mass.volume / mass.area;
-    const double major = mass.area / (minor * kFourPiSquared);
-    if (std::fabs(major * kFourPiSquared * minor - mass.area) > kTorusAreaMatch) return 0;
+    const double major = mass.area / (minor * QelFourPiSquaredSingle);
+    if (std::fabs(major * QelFourPiSquaredSingle * minor - mass.area) > kTorusAreaMatch) return 0;
     if (tag && tag->memberType != QelCode::Valve) return 0;
-    if (QelCompanionType(id) == 3) return ringOrPart(solid) + 1;
+    if (QelCompanionType(id) == 3) return (flatEnds ? 1 : ringOrPart(solid)) + 1;
     return outerRimOnAxis(solid, mass, major + minor) ? 1 : 0;
 }

@@ -8,19 +8,12 @@
 class AcDb3dSolid;
 class QelMemberRecord;
 
-// Area and mass properties of a solid; false when the host gives neither.
-struct QelSolidMass {
-    double area = 0.0;
-    double volume = 0.0;
-    AcGePoint3d centroid;
-    AcGeVector3d axes[3]; // principal axes
-};
-bool QelMassOf(const AcDb3dSolid& solid, QelSolidMass& mass);
-
 // Cylinder, Cone, Flange, Reducer or Elbow (codes 9, 10, 11, 12, 15); -1 for none.
 int recogniseRevolved(const AcDb3dSolid& solid, const QelMemberRecord* tag);
 // True for a ball: its volume is the one its area gives a sphere.
 bool recogniseSphere(const AcDb3dSolid& solid, const QelMemberRecord* tag);
 // 1 for a whole torus, 2 for a part of one (an elbow), 0 for neither. id is the solid's, for the
-// companion's opinion.
-int recogniseTorus(const AcDb3dSolid& solid, const AcDbObjectId& id, const QelMemberRecord* tag);
+// companion's opinion. flatEnds says the solid is known to have flat faces, as an elbow that
+// recogniseRevolved found has; otherwise the solid is exploded to look.
+int recogniseTorus(const AcDb3dSolid& solid, const AcDbObjectId& id, const QelMemberRecord* tag,
+                   bool flatEnds = false);

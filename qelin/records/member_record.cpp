@@ -152,6 +152,11 @@ bool QelMemberRecord::Store(AcDbObject* object) {
     return true;
 }
 
+bool QelMemberRecord::Load(const AcDbObjectId& id) {
+    ads_name name;
+    return acdbGetAdsName(name, id) == Acad::eOk && Load(name);
+}
+
 bool QelMemberRecord::Load(ads_name entity) {
     XRecords records;
     resbuf* chain = records.Get(entity, QEL_MEMBER_RECORD_KEY);

@@ -19,6 +19,8 @@ public:
     // items, in which case the items read so far are kept. groupSerial and miterCount come from
     // the low 16 bits of their items, sign-extended: a serial above 32767 comes back negative.
     bool Load(ads_name entity);
+    // The same by the entity's id; false also for an id the host has no name for.
+    bool Load(const AcDbObjectId& id);
 
     // Getters: each loads the entity's tag first.
     int GetType(ads_name entity);

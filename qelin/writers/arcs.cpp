@@ -1,5 +1,6 @@
 // CircularArc3d and EllipticArc3d: sizes and sweep in the plane of a pose at the centre.
 #include "writers/curve_writers.h"
+#include "writers/opened_entity.h"
 #include "writers/pose.h"
 
 #include <arx/dbelipse.h>
@@ -7,23 +8,6 @@
 #include <cmath>
 
 namespace {
-
-// The entity opened as the first of the classes that it is, closed when the holder goes.
-struct OpenedCurve {
-    explicit OpenedCurve(const AcDbObjectId& id) {
-        if (acdbOpenAcDbEntity(entity, id, AcDb::kForRead) != Acad::eOk) entity = nullptr;
-    }
-    ~OpenedCurve() {
-        if (entity) entity->close();
-    }
-    OpenedCurve(const OpenedCurve&) = delete;
-    OpenedCurve& operator=(const OpenedCurve&) = delete;
-    AcDbEntity* entity = nullptr;
-};
-
-void setReal(QelObject* target, const char* name, double value) {
-    target->AddOrReplaceParam(QelParam::Create(name, value));
-}
 
 void poseInPlane(QelObject* target, const AcGePoint3d& centre, const AcGeVector3d& normal,
                  const AcGeVector3d& xAxis) {
@@ -36,16 +20,16 @@ void poseInPlane(QelObject* target, const AcGePoint3d& centre, const AcGeVector3
 
 bool QelWriteCircularArc3d(const AcGeMatrix3d&, QelObject* target, QelWriter&,
                            const AcDbObjectId& id) {
-    OpenedCurve curve(id);
+    QelOpenedEntity curve(id);
     if (auto* ellipse = AcDbEllipse::cast(curve.entity)) {
-        setReal(target, "radius", QelLengthOut(ellipse->minorRadius()));
-        setReal(target, "endAngle", ellipse->endAngle());
+        QelSetReal(target, "radius", QelLengthOut(ellipse->minorRadius()));
+        QelSetReal(target, "endAngle", ellipse->endAngle());
         poseInPlane(target, ellipse->center(), ellipse->normal(), ellipse->majorAxis());
         return true;
     }
     if (auto* arc = AcDbArc::cast(curve.entity)) {
-        setReal(target, "radius", QelLengthOut(arc->radius()));
-        setReal(target, "endAngle", arc->endAngle() - arc->startAngle());
+        QelSetReal(target, "radius", QelLengthOut(arc->radius()));
+        QelSetReal(target, "endAngle", arc->endAngle() - arc->startAngle());
         // The sweep starts on the pose's X axis: the start point's direction in the arc's plane.
         const AcGeVector3d normal = arc->normal().normal();
         const AcGeVector3d planeX = QelPlaneXAxis(normal);
@@ -56,8 +40,8 @@ bool QelWriteCircularArc3d(const AcGeMatrix3d&, QelObject* target, QelWriter&,
         return true;
     }
     if (auto* circle = AcDbCircle::cast(curve.entity)) {
-        setReal(target, "radius", QelLengthOut(circle->radius()));
-        setReal(target, "endAngle", QelTwoPiSingle);
+        QelSetReal(target, "radius", QelLengthOut(circle->radius()));
+        QelSetReal(target, "endAngle", QelTwoPiSingle);
         poseInPlane(target, circle->center(), circle->normal(),
                     QelPlaneXAxis(circle->normal().normal()));
         return true;
@@ -67,13 +51,13 @@ bool QelWriteCircularArc3d(const AcGeMatrix3d&, QelObject* target, QelWriter&,
 
 bool QelWriteEllipticArc3d(const AcGeMatrix3d&, QelObject* target, QelWriter&,
                            const AcDbObjectId& id) {
-    OpenedCurve curve(id);
+    QelOpenedEntity curve(id);
     if (auto* ellipse = AcDbEllipse::cast(curve.entity)) {
         // The file measures its angles from the minor axis: a quarter turn from the host's.
-        setReal(target, "radiusX", QelLengthOut(ellipse->minorRadius()));
-        setReal(target, "radiusY", QelLengthOut(ellipse->majorAxis().length()));
-        setReal(target, "startAngle", ellipse->startAngle() + QelHalfPiSingle);
-        setReal(target, "endAngle", ellipse->endAngle() + QelHalfPiSingle);
+        QelSetReal(target, "radiusX", QelLengthOut(ellipse->minorRadius()));
+        QelSetReal(target, "radiusY", QelLengthOut(ellipse->majorAxis().length()));
+        QelSetReal(target, "startAngle", ellipse->startAngle() + QelHalfPiSingle);
+        QelSetReal(target, "endAngle", ellipse->endAngle() + QelHalfPiSingle);
         // The file's Y axis lies along the major axis, its X along the minor one turned back.
         const AcGeVector3d normal = ellipse->normal().normal();
         const AcGeVector3d major = ellipse->majorAxis().normal();
@@ -82,10 +66,10 @@ bool QelWriteEllipticArc3d(const AcGeMatrix3d&, QelObject* target, QelWriter&,
     }
     if (auto* circle = AcDbCircle::cast(curve.entity)) {
         const double radius = QelLengthOut(circle->radius());
-        setReal(target, "radiusX", radius);
-        setReal(target, "radiusY", radius);
-        setReal(target, "startAngle", 0.0);
-        setReal(target, "endAngle", QelTwoPiSingle);
+        QelSetReal(target, "radiusX", radius);
+        QelSetReal(target, "radiusY", radius);
+        QelSetReal(target, "startAngle", 0.0);
+        QelSetReal(target, "endAngle", QelTwoPiSingle);
         poseInPlane(target, circle->center(), circle->normal(),
                     QelPlaneXAxis(circle->normal().normal()));
         return true;

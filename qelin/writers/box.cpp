@@ -21,9 +21,8 @@ bool QelWriteRectangularBox(QelObject* target, const AcDbObjectId& id, const res
     QelWritePose(target, rotation, fit.frame.toWorld(AcGePoint3d(depth / 2, width / 2, 0.0)));
     double height = fit.height;
     if (height < 1e-5) {
-        ads_name name;
         QelMemberRecord tag;
-        if (acdbGetAdsName(name, id) == Acad::eOk && tag.Load(name)) height = tag.length;
+        if (tag.Load(id)) height = tag.length;
     }
     QelSetReal(target, "height", QelLengthOut(height));
     QelSetReal(target, "width", QelLengthOut(width));

@@ -1,6 +1,8 @@
 // The writers of curve-like entities: each fills its object from the entity, lengths in metres.
 #pragma once
 
+#include "writers/entity_writer.h"
+
 #include <arx/arx.h>
 #include <qel/qel.h>
 
@@ -8,16 +10,11 @@
 
 class AcDbPolyline;
 
-bool QelWriteLine3d(const AcGeMatrix3d& m, QelObject* target, QelWriter& writer,
-                    const AcDbObjectId& id);
-bool QelWriteCircularArc3d(const AcGeMatrix3d& m, QelObject* target, QelWriter& writer,
-                           const AcDbObjectId& id);
-bool QelWriteEllipticArc3d(const AcGeMatrix3d& m, QelObject* target, QelWriter& writer,
-                           const AcDbObjectId& id);
-bool QelWritePolyline3d(const AcGeMatrix3d& m, QelObject* target, QelWriter& writer,
-                        const AcDbObjectId& id);
-bool QelWriteBSplineCurve3d(const AcGeMatrix3d& m, QelObject* target, QelWriter& writer,
-                            const AcDbObjectId& id);
+QelEntityWriterFn QelWriteLine3d;
+QelEntityWriterFn QelWriteCircularArc3d;
+QelEntityWriterFn QelWriteEllipticArc3d;
+QelEntityWriterFn QelWritePolyline3d;
+QelEntityWriterFn QelWriteBSplineCurve3d;
 
 // The vertices of a lightweight polyline in drawing units, its arcs as points on them, a closed
 // one ending on its first vertex again.

@@ -99,7 +99,7 @@ bool QelBendThrough(const AcGePoint3d& c0, const AcGeVector3d& run0, const AcGeP
 
 bool QelWriteElbow(const AcGeMatrix3d&, QelObject* target, QelWriter&, const AcDbObjectId& id) {
     QelMemberRecord tag;
-    QelTagOf(id, tag);
+    tag.Load(id);
     double major = tag.majorRadius, minor = tag.minorRadius;
     double sweep = 1.570796327;
     int miterCount = tag.miterCount;

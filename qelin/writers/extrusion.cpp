@@ -12,9 +12,8 @@ namespace {
 
 // The length kept in the tag, in drawing units; 0 without one.
 double taggedLength(const AcDbObjectId& id) {
-    ads_name name;
     QelMemberRecord tag;
-    if (acdbGetAdsName(name, id) != Acad::eOk || !tag.Load(name)) return 0.0;
+    if (!tag.Load(id)) return 0.0;
     return tag.length;
 }
 
@@ -24,16 +23,7 @@ bool QelWritePlanarPolylineExtrusion(QelObject* target, const AcDbObjectId& id,
                                      const resbuf* faceList) {
     QelExtrusionFit fit;
     if (!QelParseFaceList(faceList, fit) || fit.outline.size() < 3) return false;
-    std::vector<double> vertices;
-    for (const AcGePoint3d& p : fit.outline) {
-        const AcGePoint3d local = fit.frame.toLocal(p);
-        vertices.push_back(QelLengthOut(local.x));
-        vertices.push_back(QelLengthOut(local.y));
-    }
-    vertices.push_back(vertices[0]);
-    vertices.push_back(vertices[1]);
-    target->AddOrReplaceParam(
-        QelParam::Create("vertices", vertices.data(), static_cast<unsigned>(vertices.size())));
+    QelWriteOutline(target, fit.frame, fit.outline);
     double rotation[4];
     fit.frame.rotation(rotation);
     QelWritePose(target, rotation, fit.frame.origin);

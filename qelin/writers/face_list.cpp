@@ -177,18 +177,9 @@ std::vector<int> QelWriteFacesAsPatches(const resbuf* list, QelWriter& writer) {
         if (face.size() < 2) continue;
         QelFrame frame;
         if (!QelPolygonFrame(face, frame)) continue;
-        std::vector<double> vertices;
-        for (const AcGePoint3d& p : face) {
-            const AcGePoint3d local = frame.toLocal(p);
-            vertices.push_back(QelLengthOut(local.x));
-            vertices.push_back(QelLengthOut(local.y));
-        }
-        vertices.push_back(vertices[0]);
-        vertices.push_back(vertices[1]);
         QelObject* patch = QelObject::Create("PlanarPatch");
         QelWriteFramePose(patch, frame);
-        patch->AddOrReplaceParam(
-            QelParam::Create("vertices", vertices.data(), static_cast<unsigned>(vertices.size())));
+        QelWriteOutline(patch, frame, face);
         QelWriteCounted(writer, patch);
         patch->UnRef();
         written.push_back(QelDocData().lastObjectRef);

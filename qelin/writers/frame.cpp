@@ -41,12 +41,21 @@ bool QelFrameFromThreePoints(const AcGePoint3d& origin, const AcGePoint3d& onX,
 }
 
 void QelWriteFramePose(QelObject* object, const QelFrame& frame) {
-    double rotation[4], translation[3];
+    double rotation[4];
     frame.rotation(rotation);
-    QelPointOut(frame.origin, translation);
-    QelObject* pose = QelObject::Create("Transformation");
-    pose->AddOrReplaceParam(QelParam::Create("rotation", rotation, 4));
-    pose->AddOrReplaceParam(QelParam::Create("translation", translation, 3));
-    object->AddOrReplaceParam(QelParam::Create("pose", pose));
-    pose->UnRef();
+    QelWriteWholePose(object, rotation, frame.origin);
+}
+
+void QelWriteOutline(QelObject* object, const QelFrame& frame,
+                     const std::vector<AcGePoint3d>& points) {
+    std::vector<double> values;
+    for (const AcGePoint3d& p : points) {
+        const AcGePoint3d local = frame.toLocal(p);
+        values.push_back(QelLengthOut(local.x));
+        values.push_back(QelLengthOut(local.y));
+    }
+    values.push_back(values[0]);
+    values.push_back(values[1]);
+    object->AddOrReplaceParam(
+        QelParam::Create("vertices", values.data(), static_cast<unsigned>(values.size())));
 }

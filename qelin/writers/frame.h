@@ -4,6 +4,8 @@
 
 #include <arx/gevec.h>
 
+#include <vector>
+
 class QelObject;
 
 // Lengths below this are none: equal points, collinear corners, flat faces.
@@ -24,6 +26,11 @@ struct QelFrame {
 // side. False when either point lies on the origin or the three are collinear.
 bool QelFrameFromThreePoints(const AcGePoint3d& origin, const AcGePoint3d& onX,
                              const AcGePoint3d& onY, QelFrame& frame);
+
+// "vertices" of a patch or extrusion: the points as x y pairs in the frame, in metres, closed on
+// the first. Points must not be empty.
+void QelWriteOutline(QelObject* object, const QelFrame& frame,
+                     const std::vector<AcGePoint3d>& points);
 
 // "pose" with both its params, as the writers that place a plane by hand write it: the rotation
 // of the frame, and its origin in metres.

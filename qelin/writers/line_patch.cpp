@@ -14,16 +14,9 @@ bool QelWriteLinePatch(const AcGeMatrix3d&, QelObject* target, QelWriter&, const
     line->close();
     if (normal.length() > 0.0) normal.normalize();
     const AcGeVector3d up = normal * thickness;
-    const AcGePoint3d corners[4] = {start, end, end + up, start + up};
     QelFrame frame;
     if (!QelFrameFromThreePoints(start, end, start + up, frame)) return false;
-    double vertices[10];
-    for (int i = 0; i < 5; ++i) {
-        const AcGePoint3d local = frame.toLocal(corners[i % 4]);
-        vertices[2 * i] = QelLengthOut(local.x);
-        vertices[2 * i + 1] = QelLengthOut(local.y);
-    }
     QelWriteFramePose(target, frame);
-    target->AddOrReplaceParam(QelParam::Create("vertices", vertices, 10));
+    QelWriteOutline(target, frame, {start, end, end + up, start + up});
     return true;
 }

@@ -2,6 +2,8 @@
 // arc, Vertex3d from a point and from a text.
 #pragma once
 
+#include "writers/entity_writer.h"
+
 #include <arx/arx.h>
 #include <qel/qel.h>
 
@@ -9,17 +11,13 @@
 
 // A polygon mesh or a polyface mesh as triangles. False for another class or a mesh whose
 // vertices can't be read.
-bool QelWriteTriMesh(const AcGeMatrix3d& m, QelObject* target, QelWriter& writer,
-                     const AcDbObjectId& id);
+QelEntityWriterFn QelWriteTriMesh;
 // An arc with thickness as a band of 48 triangles between the arc and its top.
-bool QelWriteArcPatch(const AcGeMatrix3d& m, QelObject* target, QelWriter& writer,
-                      const AcDbObjectId& id);
+QelEntityWriterFn QelWriteArcPatch;
 // A point's position.
-bool QelWriteVertex3d(const AcGeMatrix3d& m, QelObject* target, QelWriter& writer,
-                      const AcDbObjectId& id);
+QelEntityWriterFn QelWriteVertex3d;
 // A text as a point at its position, its string as an annotation under the next text number.
-bool QelWriteText(const AcGeMatrix3d& m, QelObject* target, QelWriter& writer,
-                  const AcDbObjectId& id);
+QelEntityWriterFn QelWriteText;
 
 // The triangles of an m by n grid of vertices, row by row, wrapping round where the grid is
 // closed; a triangle whose two edges from its first corner are zero, equal or parallel is left

@@ -1,6 +1,8 @@
 // The writers of planar patches, polyline extrusions, boxes, steel and thick flat entities.
 #pragma once
 
+#include "writers/entity_writer.h"
+
 #include <arx/arx.h>
 #include <qel/qel.h>
 
@@ -15,8 +17,7 @@ resbuf* QelAskCompanion(const wchar_t* function, const AcDbObjectId& id,
 
 // PlanarPatch of a polyface mesh, a 3-D face or a region (a region's outline from the face list,
 // asked for here when none is given). False when nothing could be placed.
-bool QelWritePlanarPatch(const AcGeMatrix3d& m, QelObject* target, QelWriter& writer,
-                         const AcDbObjectId& id);
+QelEntityWriterFn QelWritePlanarPatch;
 bool QelWritePlanarPatchFrom(QelObject* target, const AcDbObjectId& id, const resbuf* faceList);
 
 // PlanarPolylineExtrusion from the face list of a solid; false when it is no extrusion.
@@ -27,11 +28,9 @@ bool QelWritePlanarPolylineExtrusion(QelObject* target, const AcDbObjectId& id,
 bool QelWriteRectangularBox(QelObject* target, const AcDbObjectId& id, const resbuf* faceList);
 
 // A thick line as a PlanarPatch of its four corners.
-bool QelWriteLinePatch(const AcGeMatrix3d& m, QelObject* target, QelWriter& writer,
-                       const AcDbObjectId& id);
+QelEntityWriterFn QelWriteLinePatch;
 // A trace as a PlanarPatch, or with thickness a PlanarPolylineExtrusion; taken through m.
-bool QelWriteTrace(const AcGeMatrix3d& m, QelObject* target, QelWriter& writer,
-                   const AcDbObjectId& id);
+QelEntityWriterFn QelWriteTrace;
 
 // A thick polyline: one "PlanarPatch" per segment, each written at once; the numbers written.
 std::vector<int> QelWritePolylinePatches(QelOutObject& out, QelWriter& writer,
@@ -41,7 +40,5 @@ std::vector<int> QelWritePolylinePatches(QelOutObject& out, QelWriter& writer,
 bool QelWriteSolid2d(QelOutObject& out, QelWriter& writer, const AcDbObjectId& id);
 
 // StdShape from a closed outline, StdShapeExtrusion from a member's tag and centre lines.
-bool QelWriteStdShape(const AcGeMatrix3d& m, QelObject* target, QelWriter& writer,
-                      const AcDbObjectId& id);
-bool QelWriteStdShapeExtrusion(const AcGeMatrix3d& m, QelObject* target, QelWriter& writer,
-                               const AcDbObjectId& id);
+QelEntityWriterFn QelWriteStdShape;
+QelEntityWriterFn QelWriteStdShapeExtrusion;

@@ -1,6 +1,7 @@
 // PlanarPatch from flat entities: polyface meshes, 3-D faces and regions; thick polylines as
 // one patch per segment; 2-D solids as a patch or, with thickness, an extrusion.
 #include "writers/face_list.h"
+#include "writers/opened_entity.h"
 #include "writers/patch_writers.h"
 #include "writers/pose.h"
 
@@ -22,19 +23,6 @@ namespace {
 
 using Points = std::vector<AcGePoint3d>;
 
-// The entity open for read while the holder lives.
-struct Opened {
-    explicit Opened(const AcDbObjectId& id) {
-        if (acdbOpenAcDbEntity(entity, id, AcDb::kForRead) != Acad::eOk) entity = nullptr;
-    }
-    ~Opened() {
-        if (entity) entity->close();
-    }
-    Opened(const Opened&) = delete;
-    Opened& operator=(const Opened&) = delete;
-    AcDbEntity* entity = nullptr;
-};
-
 void addUnlessRepeated(Points& points, const AcGePoint3d& point) {
     if (points.empty() || !points.back().isEqualTo(point)) points.push_back(point);
 }
@@ -54,31 +42,13 @@ void polyfaceVertices(const AcDbPolyFaceMesh& mesh, Points& points) {
     delete it;
 }
 
-// Local x y pairs of the points in metres, closed on the first.
-std::vector<double> outlineIn(const QelFrame& frame, const Points& points) {
-    std::vector<double> values;
-    for (const AcGePoint3d& p : points) {
-        const AcGePoint3d local = frame.toLocal(p);
-        values.push_back(QelLengthOut(local.x));
-        values.push_back(QelLengthOut(local.y));
-    }
-    values.push_back(values[0]);
-    values.push_back(values[1]);
-    return values;
-}
-
-void setVertices(QelObject* object, const std::vector<double>& values) {
-    object->AddOrReplaceParam(
-        QelParam::Create("vertices", values.data(), static_cast<unsigned>(values.size())));
-}
-
 // A patch of the points in the frame, written at once with the entity's colour.
 int writeChild(QelOutObject& out, QelWriter& writer, const AcDbObjectId& id, const char* className,
                const QelFrame& frame, const Points& corners, double height) {
     QelObject* child = QelObject::Create(className);
     writeAppearance(out, child, id);
     QelWriteFramePose(child, frame);
-    setVertices(child, outlineIn(frame, corners));
+    QelWriteOutline(child, frame, corners);
     if (height > 0.0) QelSetReal(child, "height", QelLengthOut(height));
     QelWriteCounted(writer, child);
     child->UnRef();
@@ -131,7 +101,7 @@ bool QelWritePlanarPatchFrom(QelObject* target, const AcDbObjectId& id, const re
     Points points;
     bool region = false;
     {
-        Opened opened(id);
+        QelOpenedEntity opened(id);
         if (!opened.entity) return false;
         if (auto* mesh = AcDbPolyFaceMesh::cast(opened.entity)) {
             polyfaceVertices(*mesh, points);
@@ -169,7 +139,7 @@ bool QelWritePlanarPatchFrom(QelObject* target, const AcDbObjectId& id, const re
         return false;
     }
     QelWriteFramePose(target, frame);
-    setVertices(target, outlineIn(frame, points));
+    QelWriteOutline(target, frame, points);
     if (region) {
         // The outline runs round the holes already: holes read back with the object would be
         // cut a second time.
@@ -186,7 +156,7 @@ std::vector<int> QelWritePolylinePatches(QelOutObject& out, QelWriter& writer,
     AcGeVector3d normal;
     double thickness = 0.0;
     {
-        Opened opened(id);
+        QelOpenedEntity opened(id);
         if (!opened.entity) return written;
         if (!segmentsOf(opened.entity, segments, normal, thickness)) {
             acutPrintf(L"\n Error finding Polyline type");
@@ -212,7 +182,7 @@ bool QelWriteSolid2d(QelOutObject& out, QelWriter& writer, const AcDbObjectId& i
     double thickness = 0.0;
     AcGeVector3d normal;
     {
-        Opened opened(id);
+        QelOpenedEntity opened(id);
         auto* solid = AcDbSolid::cast(opened.entity);
         if (!solid) return false;
         for (Adesk::UInt16 i = 0; i < 4; ++i)

@@ -64,7 +64,7 @@ bool QelWritePipeFlange(const AcGeMatrix3d&, QelObject* target, QelWriter&,
     int type = int(parts.size());
     // The creator keeps the flange's type in the tag.
     QelMemberRecord tag;
-    if (QelTagOf(parts[0].id, tag) && tag.radius1 > 0.0) type = int(std::trunc(tag.radius1));
+    if (tag.Load(parts[0].id) && tag.radius1 > 0.0) type = int(std::trunc(tag.radius1));
     double rotation[4];
     QelRotationFromAxes(origin, (end - origin).normal(), disc.xAxis, rotation);
     QelWritePose(target, rotation, origin);

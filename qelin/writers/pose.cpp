@@ -61,18 +61,6 @@ void QelWritePose(QelObject* object, const double rotation[4], const AcGePoint3d
     pose->UnRef();
 }
 
-bool QelPoseFromThreePoints(const AcGePoint3d& origin, const AcGePoint3d& onX,
-                            const AcGePoint3d& onY, double rotation[4]) {
-    constexpr double kShortest = 1e-5;
-    const AcGeVector3d first = onX - origin, second = onY - origin;
-    if (first.length() < kShortest || second.length() < kShortest) return false;
-    AcGeVector3d normal = first.crossProduct(second);
-    if (normal.length() < kShortest) return false;
-    normal.normalize();
-    QelRotationFromAxes(origin, normal, first.normal(), rotation);
-    return true;
-}
-
 double QelAngleBetween(const AcGeVector3d& a, const AcGeVector3d& b, const AcGeVector3d& ref) {
     if (a.isZeroLength() || b.isZeroLength() || a.isEqualTo(b)) return 0.0;
     if (a.isEqualTo(-b)) return QelPiSingle;

@@ -9,6 +9,9 @@ class QelObject;
 inline constexpr double QelPiSingle = 3.1415927410125732;
 inline constexpr double QelTwoPiSingle = 6.2831854820251465;
 inline constexpr double QelHalfPiSingle = 1.5707963705062866;
+// 4 pi and 4 pi squared likewise: a sphere's and a torus's area over their radii.
+inline constexpr double QelFourPiSingle = 12.566370964050293;
+inline constexpr double QelFourPiSquaredSingle = 39.47842025756836;
 
 // A drawing length in metres by the export units.
 double QelLengthOut(double drawing);
@@ -29,10 +32,6 @@ void QelSetReal(QelObject* object, const char* name, double value);
 // "pose" at all when it neither turns nor moves.
 void QelWritePose(QelObject* object, const double rotation[4], const AcGePoint3d& translation);
 
-// The rotation of the frame at origin whose X axis points to onX and whose XY plane holds onY:
-// false when either offset or their cross product is shorter than 1e-5.
-bool QelPoseFromThreePoints(const AcGePoint3d& origin, const AcGePoint3d& onX,
-                            const AcGePoint3d& onY, double rotation[4]);
 // The angle from a to b, 0 to a full turn, counted positive about ref; 0 for a zero or equal
 // vector, the file's single-precision pi for opposite ones.
 double QelAngleBetween(const AcGeVector3d& a, const AcGeVector3d& b, const AcGeVector3d& ref);

@@ -79,7 +79,7 @@ bool axisLine(const AcDbObjectId& id, AcGePoint3d& from, AcGePoint3d& to) {
 
 bool reducerFromMesh(const AcDbObjectId& id, const AcDbPolygonMesh& mesh, QelObject* target) {
     QelMemberRecord tag;
-    if (!QelTagOf(id, tag) || tag.radius0 == 0.0) {
+    if (!tag.Load(id) || tag.radius0 == 0.0) {
         acutPrintf(L"\nError getting Reducer Top Radius");
         return false;
     }

@@ -56,7 +56,7 @@ AcGeVector3d ringNormal(const std::vector<AcGePoint3d>& points, int first,
 bool QelWriteReducingElbow(const AcGeMatrix3d&, QelObject* target, QelWriter&,
                            const AcDbObjectId& id) {
     QelMemberRecord tag;
-    const bool tagged = QelTagOf(id, tag);
+    const bool tagged = tag.Load(id);
     if (tagged && (tag.majorRadius == 0.0 || tag.minorRadius == 0.0 ||
                    tag.memberType != QelCode::ReducingElbow))
         return false;

@@ -1,4 +1,5 @@
 #include "writers/solid_analysis.h"
+#include "writers/opened_entity.h"
 
 #include "export/group_members.h"
 #include "records/member_record.h"
@@ -14,19 +15,6 @@
 #include <cmath>
 
 namespace {
-
-// The entity opened for reading, closed when the holder goes.
-struct OpenedEntity {
-    explicit OpenedEntity(const AcDbObjectId& id) {
-        if (acdbOpenAcDbEntity(entity, id, AcDb::kForRead) != Acad::eOk) entity = nullptr;
-    }
-    ~OpenedEntity() {
-        if (entity) entity->close();
-    }
-    OpenedEntity(const OpenedEntity&) = delete;
-    OpenedEntity& operator=(const OpenedEntity&) = delete;
-    AcDbEntity* entity = nullptr;
-};
 
 void addCircle(QelSolidEdges& edges, const AcDbEntity* piece) {
     const AcDbCircle* circle = AcDbCircle::cast(piece);
@@ -44,7 +32,7 @@ void surfaceCircles(QelSolidEdges& edges, const AcDbEntity& surface) {
 
 // A block reference holding a circle with thickness: the cylinder of the block form.
 bool cylinderInBlock(const AcDbObjectId& id, QelConeFit& fit) {
-    OpenedEntity opened(id);
+    QelOpenedEntity opened(id);
     if (!opened.entity || opened.entity->isA() != AcDbBlockReference::desc()) return false;
     const QelExploded pieces(*opened.entity);
     if (!pieces.ok() || pieces.size() < 1 || pieces[0]->isA() != AcDbCircle::desc()) return false;
@@ -62,7 +50,7 @@ bool cylinderInBlock(const AcDbObjectId& id, QelConeFit& fit) {
 
 bool solidEdgeInfo(const AcDbObjectId& id, QelSolidEdges& edges) {
     edges = QelSolidEdges();
-    OpenedEntity opened(id);
+    QelOpenedEntity opened(id);
     if (!AcDb3dSolid::cast(opened.entity)) return false;
     const QelExploded pieces(*opened.entity);
     if (!pieces.ok()) return false;
@@ -98,19 +86,12 @@ bool coneFromSolid(const AcDbObjectId& id, QelConeFit& fit) {
         fit.axis = axis;
     } else if (edges.regions == 1 && edges.circles == 1) {
         // The point of a full cone has no rim: its height follows from the volume.
-        OpenedEntity opened(id);
-        const AcDb3dSolid* solid = AcDb3dSolid::cast(opened.entity);
-        double volume = 0.0, moments[3], products[3], principal[3], gyration[3];
-        AcGePoint3d centroid;
-        AcGeVector3d axes[3];
-        AcDbExtents extents;
-        if (!solid || solid->getMassProp(volume, centroid, moments, products, principal, axes,
-                                         gyration, extents) != Acad::eOk)
-            return false;
+        QelSolidMeasure measure;
+        if (!QelMeasureSolid(id, measure) || !measure.hasMass) return false;
         const QelEdgeCircle& rim = edges.circle[0];
         fit.radius0 = rim.radius;
         fit.radius1 = 0.0;
-        fit.height = volume * 3.0 / QelPiSingle / rim.radius / rim.radius;
+        fit.height = measure.volume * 3.0 / QelPiSingle / rim.radius / rim.radius;
         fit.base = rim.centre;
         fit.axis = -rim.normal.normal();
     } else {
@@ -130,34 +111,30 @@ bool cylinderFromEntity(const AcDbObjectId& id, QelConeFit& fit, double equalWit
     return true;
 }
 
-bool QelTagOf(const AcDbObjectId& id, QelMemberRecord& tag) {
-    ads_name name;
-    return acdbGetAdsName(name, id) == Acad::eOk && tag.Load(name);
-}
-
 std::vector<QelFittingPart> QelFittingParts(const AcDbObjectId& id, int code) {
     std::vector<QelFittingPart> parts;
     AcDbObjectIdArray members;
     const int count = groupMembers(id, members);
     for (int i = 0; i < count; ++i) {
         QelMemberRecord tag;
-        if (QelTagOf(members[i], tag) && tag.memberType == code)
+        if (tag.Load(members[i]) && tag.memberType == code)
             parts.push_back({members[i], tag.partIndex});
     }
     return parts;
 }
 
+bool QelMeasureSolid(const AcDb3dSolid& solid, QelSolidMeasure& out) {
+    out.hasArea = solid.getArea(out.area) == Acad::eOk;
+    double moments[3], products[3], principal[3], gyration[3];
+    AcDbExtents extents;
+    out.hasMass = solid.getMassProp(out.volume, out.centroid, moments, products, principal,
+                                    out.axes, gyration, extents) == Acad::eOk;
+    return out.hasArea && out.hasMass;
+}
+
 bool QelMeasureSolid(const AcDbObjectId& id, QelSolidMeasure& out) {
-    AcDbEntity* entity = nullptr;
-    if (acdbOpenAcDbEntity(entity, id, AcDb::kForRead) != Acad::eOk) return false;
-    const AcDb3dSolid* solid = AcDb3dSolid::cast(entity);
-    if (solid) {
-        out.hasArea = solid->getArea(out.area) == Acad::eOk;
-        double moments[3], products[3], principal[3], gyration[3];
-        AcDbExtents extents;
-        out.hasMass = solid->getMassProp(out.volume, out.centroid, moments, products, principal,
-                                         out.axes, gyration, extents) == Acad::eOk;
-    }
-    entity->close();
+    QelOpenedEntity opened(id);
+    const AcDb3dSolid* solid = AcDb3dSolid::cast(opened.entity);
+    if (solid) QelMeasureSolid(*solid, out);
     return solid != nullptr;
 }

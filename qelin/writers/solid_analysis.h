@@ -1,12 +1,12 @@
 // What the solid writers read off the host's geometry: the circles that bound a solid of
-// revolution, the cone or cylinder they make, and the tag and group members of an entity.
+// revolution, the cone or cylinder they make, and the tagged members of a fitting's group.
 #pragma once
 
 #include <arx/arx.h>
 
 #include <vector>
 
-class QelMemberRecord;
+class AcDb3dSolid;
 
 // A circle found on the solid's edges.
 struct QelEdgeCircle {
@@ -58,11 +58,10 @@ struct QelSolidMeasure {
     AcGeVector3d axes[3];
 };
 
-// Measures the entity; false when it is no solid.
+// Measures the solid, flagging what the host gives; true when it gives both.
+bool QelMeasureSolid(const AcDb3dSolid& solid, QelSolidMeasure& out);
+// Measures the entity as above; false only when it is no solid.
 bool QelMeasureSolid(const AcDbObjectId& id, QelSolidMeasure& out);
-
-// The entity's member record; false without one.
-bool QelTagOf(const AcDbObjectId& id, QelMemberRecord& tag);
 
 // A piece of an assembled fitting: its entity and its record.
 struct QelFittingPart {

@@ -9,12 +9,6 @@
 
 #include <cmath>
 
-namespace {
-
-constexpr double kFourPi = 12.566370964050293;
-
-} // namespace
-
 bool QelWriteSphere(const AcGeMatrix3d& m, QelObject* target, QelWriter&, const AcDbObjectId& id) {
     QelSolidMeasure solid;
     if (!QelMeasureSolid(id, solid)) {
@@ -22,11 +16,11 @@ bool QelWriteSphere(const AcGeMatrix3d& m, QelObject* target, QelWriter&, const 
         acutPrintf(L"\n Error getting Sphere Info");
         return false;
     }
-    double radius = solid.hasArea ? std::sqrt(solid.area / kFourPi) : 0.0;
+    double radius = solid.hasArea ? std::sqrt(solid.area / QelFourPiSingle) : 0.0;
     if (radius == 0.0) {
         // Without an area the tag's radius stands in.
         QelMemberRecord tag;
-        if (QelTagOf(id, tag)) radius = tag.length;
+        if (tag.Load(id)) radius = tag.length;
     }
     radius *= m.scale();
     const AcGePoint3d centre = m * solid.centroid;

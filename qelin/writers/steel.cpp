@@ -58,11 +58,6 @@ void setLength(QelObject* target, const char* name, double drawing) {
     QelSetReal(target, name, QelLengthOut(drawing));
 }
 
-bool loadTag(const AcDbObjectId& id, QelMemberRecord& tag) {
-    ads_name name;
-    return acdbGetAdsName(name, id) == Acad::eOk && tag.Load(name);
-}
-
 // A centre line of the member: its ends, when the handle names a line tagged for this member.
 bool centreLine(const AcDbHandle& handle, int objectIndex, int memberType, AcGePoint3d& start,
                 AcGePoint3d& end) {
@@ -132,7 +127,7 @@ bool QelWriteStdShape(const AcGeMatrix3d&, QelObject* target, QelWriter&, const 
         outline->close();
     }
     QelMemberRecord tag;
-    const int index = loadTag(id, tag) ? tag.partIndex : sectionByCount(p.size());
+    const int index = tag.Load(id) ? tag.partIndex : sectionByCount(p.size());
     // A tag may name a section that the outline hasn't the points for.
     if (p.size() < pointsNeeded(index)) return false;
     const AcGePoint3d& last = p[p.size() - 2];
@@ -180,7 +175,7 @@ bool QelWriteStdShape(const AcGeMatrix3d&, QelObject* target, QelWriter&, const 
 bool QelWriteStdShapeExtrusion(const AcGeMatrix3d&, QelObject* target, QelWriter&,
                                const AcDbObjectId& id) {
     QelMemberRecord tag;
-    if (!loadTag(id, tag)) return false;
+    if (!tag.Load(id)) return false;
     QelFrame frame;
     if (memberFrame(tag, frame)) {
         double rotation[4];

@@ -4,19 +4,13 @@
 #include "writers/solid_analysis.h"
 #include "writers/solid_writers.h"
 
-namespace {
-
-constexpr double kFourPiSquared = 39.47842025756836;
-
-} // namespace
-
 bool QelWriteTorus(const AcGeMatrix3d&, QelObject* target, QelWriter&, const AcDbObjectId& id) {
     QelSolidMeasure solid;
     if (!QelMeasureSolid(id, solid) || !solid.hasArea || !solid.hasMass || !(solid.area > 0.0))
         return false;
     const double minor = solid.volume * 2.0 / solid.area;
     if (!(minor > 0.0)) return false;
-    const double major = solid.area / (minor * kFourPiSquared);
+    const double major = solid.area / (minor * QelFourPiSquaredSingle);
     // The axis of the ring is the third principal axis.
     double rotation[4];
     QelRotationFromAxes(solid.centroid, solid.axes[2].normal(), solid.axes[0].normal(), rotation);

@@ -25,7 +25,7 @@ struct ValveRead {
 
 void readPart(const QelFittingPart& part, ValveRead& v) {
     QelMemberRecord tag;
-    if (!QelTagOf(part.id, tag)) return;
+    if (!tag.Load(part.id)) return;
     switch (part.partIndex) {
     case 0:
     case 1: {
@@ -34,7 +34,7 @@ void readPart(const QelFittingPart& part, ValveRead& v) {
         QelConeFit cone;
         if (coneFromSolid(part.id, cone)) {
             // The cones meet at their points, the valve's centre.
-            v.origin = cone.base + cone.axis * cone.height;
+            v.origin = cone.farEnd();
             v.coneAxis = cone.axis;
         }
         break;

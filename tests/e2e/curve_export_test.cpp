@@ -8,6 +8,7 @@
 
 #include <qel/qel.h>
 
+#include "export_params.h"
 #include "qelcad_fixture.h"
 
 #include <cmath>
@@ -15,6 +16,8 @@
 #include <set>
 
 namespace {
+
+using namespace qelintest;
 
 // One curve of each kind, turned and moved off the origin, with a param no writer knows and
 // connection points that only hold in this file.
@@ -84,13 +87,6 @@ std::vector<std::string> curveDifferences(const qeltool::DiffReport& report,
         }
     }
     return faults;
-}
-
-std::vector<double> reals(QelObject* object, const char* name) {
-    double* values = nullptr;
-    unsigned count = 0;
-    object->GetParam(name, 0)->GetValue(values, count, false);
-    return std::vector<double>(values, values + count);
 }
 
 } // namespace

@@ -6,6 +6,7 @@
 #include <arx/gevec.h>
 #include <qel/qel.h>
 
+#include "export_params.h"
 #include "qelcad_fixture.h"
 
 #include <algorithm>
@@ -15,6 +16,8 @@
 #include <vector>
 
 namespace {
+
+using namespace qelintest;
 
 // The big mesh: two rows of this many vertices, more than one host mesh can hold.
 constexpr int kColumns = 16500;
@@ -78,16 +81,6 @@ std::string model() {
   { "class": "Header", "params": [["rootLocation", "uint", 14]] } ] })";
 }
 
-template <class T>
-std::vector<T> array(QelObject* object, const char* name) {
-    QelParam* param = object ? object->GetParam(name, 0) : nullptr;
-    if (!param) return {};
-    T* values = nullptr;
-    unsigned count = 0;
-    param->GetValue(values, count, false);
-    return std::vector<T>(values, values + count);
-}
-
 // A mesh's triangles as corner coordinates in tenths of a millimetre, each turned to start at its
 // smallest corner and the whole sorted: the same surface whatever the numbering.
 using Corner = std::array<long, 3>;
@@ -128,12 +121,6 @@ struct FileObjects {
     }
     std::vector<QelObjectRef> objects;
 };
-
-double real(QelObject* object, const char* name) {
-    double value = 0;
-    if (QelParam* param = object ? object->GetParam(name, 0) : nullptr) param->GetValue(value);
-    return value;
-}
 
 QelObject* nested(QelObject* object, const char* name) {
     QelObject* value = nullptr;

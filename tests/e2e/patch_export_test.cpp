@@ -6,6 +6,7 @@
 
 #include <qel/qel.h>
 
+#include "export_params.h"
 #include "qelcad_fixture.h"
 
 #include <algorithm>
@@ -15,6 +16,8 @@
 #include <vector>
 
 namespace {
+
+using namespace qelintest;
 
 // Each kind posed off the origin; the steel of every section of both builders.
 constexpr const char* kModel = R"({ "format": "qel-json-1", "objects": [
@@ -122,33 +125,6 @@ struct Placement {
                 r[6] * x + r[7] * y + r[8] * z + t[2]};
     }
 };
-
-std::vector<double> reals(QelObject* object, const char* name) {
-    QelParam* param = object->GetParam(name, 0);
-    if (!param) return {};
-    if (param->GetArraySize() == 0) {
-        double value = 0;
-        param->GetValue(value);
-        return {value};
-    }
-    double* values = nullptr;
-    unsigned count = 0;
-    param->GetValue(values, count, false);
-    return std::vector<double>(values, values + count);
-}
-
-double real(QelObject* object, const char* name) {
-    const std::vector<double> values = reals(object, name);
-    return values.empty() ? std::nan("") : values[0];
-}
-
-std::string text(QelObject* object, const char* name) {
-    QelParam* param = object->GetParam(name, 0);
-    if (!param) return "<none>";
-    const char* value = "";
-    param->GetValue(value);
-    return value;
-}
 
 Placement placementOf(QelObject* object) {
     Placement placement;

@@ -104,16 +104,8 @@ TEST_F(Classify, AValveLeavesOnceAndItsExplodedPiecesByTheirRoles) {
 
     // The group removed, as EXPLODE of the group leaves the pieces: cones, stem, hand wheel.
     for (const AcDbObjectId& id : ids) {
-        AcDbEntity* entity = nullptr;
-        ASSERT_EQ(acdbOpenAcDbEntity(entity, id, AcDb::kForRead), Acad::eOk);
-        const AcDbVoidPtrArray* reactors = entity->reactors();
-        AcDbObjectId groupId;
-        for (int i = 0; reactors && i < reactors->length(); ++i)
-            if (acdbIsPersistentReactor(reactors->at(i)))
-                groupId = acdbPersistentReactorObjectId(reactors->at(i));
-        entity->close();
         AcDbGroup* group = nullptr;
-        if (acdbOpenObject(group, groupId, AcDb::kForWrite) != Acad::eOk) continue;
+        if (acdbOpenObject(group, groupOf(id), AcDb::kForWrite) != Acad::eOk) continue;
         EXPECT_EQ(group->remove(id), Acad::eOk);
         group->close();
     }
@@ -261,27 +253,11 @@ TEST_F(Classify, PointsOfASetLeaveOnceFromTheMarkedPoint) {
 // Whether a block reference is worth telling about hangs on the drawing's last block, whatever
 // block the reference inserts.
 TEST_F(Classify, ABlockReferenceAsksTheLastBlockOfTheDrawing) {
-    auto block = [&](const wchar_t* name, bool withLine) {
-        AcDbBlockTable* table = nullptr;
-        EXPECT_EQ(database()->getBlockTable(table, AcDb::kForWrite), Acad::eOk);
-        auto* record = new AcDbBlockTableRecord;
-        record->setName(name);
-        AcDbObjectId id;
-        EXPECT_EQ(table->add(id, record), Acad::eOk);
-        table->close();
-        if (withLine) {
-            AcDbLine* line = new AcDbLine(AcGePoint3d(), AcGePoint3d(1, 0, 0));
-            EXPECT_EQ(record->appendAcDbEntity(line), Acad::eOk);
-            line->close();
-        }
-        record->close();
-        return id;
-    };
-    const AcDbObjectId full = block(L"FULL", true);
+    const AcDbObjectId full = block(L"FULL", {new AcDbLine(AcGePoint3d(), AcGePoint3d(1, 0, 0))});
     const AcDbObjectId insert = add(new AcDbBlockReference(AcGePoint3d(), full));
     const std::size_t mark = win::Transcript::instance().size();
     EXPECT_EQ(code(insert), QelCode::BlockRef);
-    block(L"EMPTY", false);
+    block(L"EMPTY");
     const Classified c = classify(insert);
     EXPECT_FALSE(c.exportable);
     EXPECT_EQ(c.type, -1);

@@ -113,16 +113,8 @@ TEST_F(ObjectExtras, AnnotationTextsComeBackByTheirRecords) {
     // The user's own texts in the group.
     AcDbObjectIdArray members;
     {
-        AcDbEntity* entity = nullptr;
-        ASSERT_EQ(acdbOpenAcDbEntity(entity, id, AcDb::kForRead), Acad::eOk);
-        const AcDbVoidPtrArray* reactors = entity->reactors();
-        AcDbObjectId groupId;
-        for (int i = 0; reactors && i < reactors->length(); ++i)
-            if (acdbIsPersistentReactor(reactors->at(i)))
-                groupId = acdbPersistentReactorObjectId(reactors->at(i));
-        entity->close();
         AcDbGroup* group = nullptr;
-        ASSERT_EQ(acdbOpenObject(group, groupId, AcDb::kForWrite), Acad::eOk);
+        ASSERT_EQ(acdbOpenObject(group, groupOf(id), AcDb::kForWrite), Acad::eOk);
         group->append(add(new AcDbText(AcGePoint3d(), L"no colon here")));
         group->append(add(new AcDbText(AcGePoint3d(), L"Owner: plant team")));
         group->close();

@@ -44,6 +44,37 @@ protected:
     }
     static AcDbDatabase* database() { return acdbHostApplicationServices()->workingDatabase(); }
 
+    // A new block of that name holding the entities, which it takes and closes.
+    static AcDbObjectId block(const wchar_t* name, const std::vector<AcDbEntity*>& entities = {}) {
+        AcDbBlockTable* table = nullptr;
+        EXPECT_EQ(database()->getBlockTable(table, AcDb::kForWrite), Acad::eOk);
+        auto* record = new AcDbBlockTableRecord;
+        record->setName(name);
+        AcDbObjectId id;
+        EXPECT_EQ(table->add(id, record), Acad::eOk);
+        table->close();
+        for (AcDbEntity* entity : entities) {
+            EXPECT_EQ(record->appendAcDbEntity(entity), Acad::eOk);
+            entity->close();
+        }
+        record->close();
+        return id;
+    }
+
+    // The group the entity is in: the last of its persistent reactors, null without one.
+    static AcDbObjectId groupOf(AcDbObjectId id) {
+        AcDbObjectId group;
+        AcDbEntity* entity = nullptr;
+        EXPECT_EQ(acdbOpenAcDbEntity(entity, id, AcDb::kForRead), Acad::eOk);
+        if (!entity) return group;
+        const AcDbVoidPtrArray* reactors = entity->reactors();
+        for (int i = 0; reactors && i < reactors->length(); ++i)
+            if (acdbIsPersistentReactor(reactors->at(i)))
+                group = acdbPersistentReactorObjectId(reactors->at(i));
+        entity->close();
+        return group;
+    }
+
     static void tag(AcDbObjectId id, int code, int role = 0) {
         AcDbEntity* entity = nullptr;
         ASSERT_EQ(acdbOpenAcDbEntity(entity, id, AcDb::kForRead), Acad::eOk);

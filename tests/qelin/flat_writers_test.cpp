@@ -1,6 +1,7 @@
 // The writers of steel outlines and of flat entities with thickness, on entities made in a host
 // drawing: what each leaves in its object, and what the self-writing ones write.
 #include "export/qel_out_object.h"
+#include "export_params.h"
 #include "host_fixture.h"
 #include "objectfile/param_read.h"
 #include "records/member_record.h"
@@ -18,27 +19,7 @@ using qelintest::HostTest;
 
 namespace {
 
-std::vector<double> reals(QelObject* object, const char* name) {
-    QelParam* param = object->GetParam(name, 0);
-    if (!param) return {};
-    if (param->GetArraySize() == 0) {
-        double value = 0;
-        param->GetValue(value);
-        return {value};
-    }
-    double* values = nullptr;
-    unsigned count = 0;
-    param->GetValue(values, count, false);
-    return std::vector<double>(values, values + count);
-}
-
-std::string text(QelObject* object, const char* name) {
-    QelParam* param = object->GetParam(name, 0);
-    if (!param) return "<none>";
-    const char* value = "";
-    param->GetValue(value);
-    return value;
-}
+using namespace qelintest;
 
 // Twice the signed area of the x y pairs, closing point included.
 double twiceArea(const std::vector<double>& v) {

@@ -1,8 +1,10 @@
 // The solid writers at their edges: what makes a cylinder, a cone to a point, the block form of
 // a cylinder, and the pose helpers' degenerate cases. Solids are built in the host directly.
 #include "export_fixture.h"
+#include "export_params.h"
 
 #include "objectfile/param_read.h"
+#include "writers/frame.h"
 #include "writers/pose.h"
 #include "writers/solid_analysis.h"
 #include "writers/solid_writers.h"
@@ -14,42 +16,24 @@
 
 namespace {
 
+using namespace qelintest;
+
 // The file's pi is a float's: a height read back through it is off by its relative error.
 const double kSinglePi = std::fabs(QelPiSingle - std::numbers::pi) / std::numbers::pi;
 
 class SolidWriters : public qelintest::ExportTest {
 protected:
-    // The writer's object after one call; null params read as NaN.
-    static double param(QelObject* object, const char* name) {
-        QelParam* p = object->GetParam(name, 0);
-        if (!p) return std::nan("");
-        double value = 0;
-        p->GetValue(value);
-        return value;
-    }
-    static bool write(bool (*writer)(const AcGeMatrix3d&, QelObject*, QelWriter&,
-                                     const AcDbObjectId&),
-                      const AcDbObjectId& id, QelObjectRef& object, const char* cls) {
+    static bool write(QelEntityWriterFn* writer, const AcDbObjectId& id, QelObjectRef& object,
+                      const char* cls) {
         object.reset(QelObject::Create(cls));
         QelWriter unused;
         return writer(AcGeMatrix3d::kIdentity, object.get(), unused, id);
     }
     // A reference to a block of one circle of that thickness.
     static AcDbObjectId thickCircleBlock(const wchar_t* name, double thickness) {
-        AcDbBlockTable* table = nullptr;
-        EXPECT_EQ(database()->getBlockTable(table, AcDb::kForWrite), Acad::eOk);
-        auto* record = new AcDbBlockTableRecord;
-        record->setName(name);
-        AcDbObjectId block;
-        EXPECT_EQ(table->add(block, record), Acad::eOk);
-        table->close();
         auto* circle = new AcDbCircle(AcGePoint3d::kOrigin, AcGeVector3d::kZAxis, 0.5);
         circle->setThickness(thickness);
-        EXPECT_EQ(record->appendAcDbEntity(circle), Acad::eOk);
-        circle->close();
-        record->close();
-        auto* reference = new AcDbBlockReference(AcGePoint3d(3, 4, 5), block);
-        return add(reference);
+        return add(new AcDbBlockReference(AcGePoint3d(3, 4, 5), block(name, {circle})));
     }
 };
 
@@ -72,7 +56,7 @@ TEST_F(SolidWriters, AConeToAPointTakesItsHeightFromItsVolume) {
     EXPECT_NEAR(fit.xAxis.dotProduct(fit.axis), 0.0, 1e-12);
     QelObjectRef object;
     ASSERT_TRUE(write(QelWriteCone, cone, object, "Cone"));
-    EXPECT_EQ(param(object.get(), "radius1"), 0.0);
+    EXPECT_EQ(real(object.get(), "radius1"), 0.0);
 }
 
 // Radii a whole percent apart make no cylinder, so the object keeps no size; half a percent does.
@@ -87,8 +71,8 @@ TEST_F(SolidWriters, RadiiOnePercentApartAreNoCylinder) {
 
     const AcDbObjectId near = frustum(1.0, 12.5, 12.4375);
     ASSERT_TRUE(write(QelWriteCylinder, near, object, "Cylinder"));
-    EXPECT_NEAR(param(object.get(), "height"), 1.0, 1e-12);
-    EXPECT_NEAR(param(object.get(), "radius"), 12.5, 1e-12) << "the base's radius";
+    EXPECT_NEAR(real(object.get(), "height"), 1.0, 1e-12);
+    EXPECT_NEAR(real(object.get(), "radius"), 12.5, 1e-12) << "the base's radius";
 }
 
 // The block form reads the circle as the insert places it; a circle of no thickness is no
@@ -96,8 +80,8 @@ TEST_F(SolidWriters, RadiiOnePercentApartAreNoCylinder) {
 TEST_F(SolidWriters, AThickCircleInABlockIsACylinderUnlessItHasNoHeight) {
     QelObjectRef object;
     ASSERT_TRUE(write(QelWriteCylinder, thickCircleBlock(L"THICK", 2.0), object, "Cylinder"));
-    EXPECT_NEAR(param(object.get(), "radius"), 0.5, 1e-12);
-    EXPECT_NEAR(param(object.get(), "height"), 2.0, 1e-12);
+    EXPECT_NEAR(real(object.get(), "radius"), 0.5, 1e-12);
+    EXPECT_NEAR(real(object.get(), "height"), 2.0, 1e-12);
     EXPECT_NE(object->GetParam("pose", 0), nullptr) << "placed at (3, 4, 5)";
 
     EXPECT_FALSE(write(QelWriteCylinder, thickCircleBlock(L"FLAT", 0.0), object, "Cylinder"));
@@ -127,11 +111,13 @@ TEST_F(SolidWriters, PoseHelpersAtTheirEdges) {
     EXPECT_NEAR(QelAngleBetween(x, y, z), std::numbers::pi / 2, 1e-12);
     EXPECT_NEAR(QelAngleBetween(x, y, -z), QelTwoPiSingle - std::numbers::pi / 2, 1e-12);
 
-    double rotation[4];
+    QelFrame frame;
     const AcGePoint3d o(1, 1, 1);
-    EXPECT_FALSE(QelPoseFromThreePoints(o, o + x * 1e-6, o + y, rotation));
-    EXPECT_FALSE(QelPoseFromThreePoints(o, o + x, o + x * 2.0, rotation)) << "in one line";
-    ASSERT_TRUE(QelPoseFromThreePoints(o, o + y, o - x, rotation));
+    EXPECT_FALSE(QelFrameFromThreePoints(o, o + x * 1e-6, o + y, frame));
+    EXPECT_FALSE(QelFrameFromThreePoints(o, o + x, o + x * 2.0, frame)) << "in one line";
+    ASSERT_TRUE(QelFrameFromThreePoints(o, o + y, o - x, frame));
+    double rotation[4];
+    frame.rotation(rotation);
     // X onto Y with the plane's normal still Z: a quarter turn about Z.
     EXPECT_NEAR(rotation[2] * rotation[3], std::numbers::pi / 2, 1e-12);
 }
@@ -144,9 +130,9 @@ TEST_F(SolidWriters, AFrustumReadAsAReducerStandsOnItsAxis) {
         solid([](AcDb3dSolid& s) { return s.createFrustum(3.0, 1.0, 1.0, 0.5); }, tilt);
     QelObjectRef object;
     ASSERT_TRUE(write(QelWriteReducer, id, object, "Reducer"));
-    EXPECT_NEAR(param(object.get(), "radius0"), 1.0, 1e-12);
-    EXPECT_NEAR(param(object.get(), "radius1"), 0.5, 1e-12);
-    EXPECT_NEAR(param(object.get(), "height"), 3.0, 1e-12);
+    EXPECT_NEAR(real(object.get(), "radius0"), 1.0, 1e-12);
+    EXPECT_NEAR(real(object.get(), "radius1"), 0.5, 1e-12);
+    EXPECT_NEAR(real(object.get(), "height"), 3.0, 1e-12);
     int subtype = -1;
     object->GetParam("subtype", 0)->GetValue(subtype);
     EXPECT_EQ(subtype, 0);
