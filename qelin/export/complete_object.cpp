@@ -7,9 +7,20 @@
 
 #include <arx/aced.h>
 
+#include <cstring>
 #include <string>
 
 namespace {
+
+// Classes that need one of two params, either form will do.
+constexpr struct {
+    const char* className;
+    const char* one;
+    const char* other;
+} kOneOf[] = {
+    {"BSplineCurve3d", "fitPoints", "poles"},
+    {"Pointset", "points", "pointList"},
+};
 
 // The path to the first required param missing ("radius0", "pose.translation"); empty when
 // nothing is missing.
@@ -19,6 +30,10 @@ std::string firstMissing(QelObject& object) {
     for (const QelParamDef& def : cls->params)
         if (def.status == QelParamStatus::Required && !object.GetParam(def.name, 0))
             return def.name;
+    for (const auto& rule : kOneOf)
+        if (std::strcmp(rule.className, object.GetName()) == 0 && !object.GetParam(rule.one, 0) &&
+            !object.GetParam(rule.other, 0))
+            return rule.one;
     for (unsigned i = 0; i < object.GetParamCount(); ++i) {
         QelParam* param = object.GetParam(i);
         if (!param || param->GetType() != QelObjectType) continue;

@@ -6,6 +6,7 @@
 
 #include "qelcad_fixture.h"
 
+#include <algorithm>
 #include <functional>
 #include <set>
 #include <vector>
@@ -98,6 +99,23 @@ std::string editEntity(const std::string& dxf, const std::string& handle, const 
     }
     ADD_FAILURE() << "no group " << code << " in entity " << handle;
     return dxf;
+}
+
+// The entity of that handle without its pairs of those codes.
+std::string dropGroups(const std::string& dxf, const std::string& handle,
+                       const std::set<std::string>& codes) {
+    Pairs pairs = parseDxf(dxf);
+    for (std::size_t i = 0; i + 1 < pairs.size(); ++i) {
+        if (pairs[i].first != "0" || pairs[i + 1] != Pairs::value_type{"5", handle}) continue;
+        std::size_t end = i + 1;
+        while (end < pairs.size() && pairs[end].first != "0")
+            ++end;
+        pairs.erase(std::remove_if(pairs.begin() + long(i) + 1, pairs.begin() + long(end),
+                                   [&](const auto& pair) { return codes.count(pair.first) > 0; }),
+                    pairs.begin() + long(end));
+        break;
+    }
+    return printDxf(pairs);
 }
 
 // The objects of a written file that nothing lists: neither ModelSpace, nor a Layer, nor a group.
@@ -217,26 +235,32 @@ TEST_F(HostileExport, DamagedMemberRecordsCostNoOtherObject) {
 TEST_F(HostileExport, DegenerateGeometryIsToldAndLeftOut) {
     const std::string drawing = drawn("SETVAR THICKNESS 2\nLINE 20,0,0 21,0,0\n\n"
                                       "SETVAR THICKNESS 0\n3DFACE 60,0,0 61,0,0 61,1,0 60,1,0\n\n"
-                                      "SPHERE 90,0,0 1\n");
+                                      "SPHERE 90,0,0 1\nSPLINE\n50,0,0\n51,1,0\n52,0,0\n\n\n\n");
     // The handles of a new drawing's first entities.
-    const std::string line = "B", face = "C";
-    exportEach(drawing,
-               {
-                   {"a thick line of no length",
-                    [&](const std::string& d) { return editEntity(d, line, "11", "20.0"); },
-                    "--no-reference", "Error exporting entity B: the PlanarPatch has no",
-                    "Objects (7): PlanarPatch x1 Sphere x1"},
-                   {"a 3-D face shrunk to a point",
-                    [&](const std::string& d) {
-                        std::string text = editEntity(d, face, "11", "60.0");
-                        text = editEntity(text, face, "12", "60.0");
-                        text = editEntity(text, face, "22", "0.0");
-                        text = editEntity(text, face, "13", "60.0");
-                        return editEntity(text, face, "23", "0.0");
-                    },
-                    "--no-reference", "skipping degenerate object",
-                    "Objects (7): PlanarPatch x1 Sphere x1"},
-               });
+    const std::string line = "B", face = "C", spline = "E";
+    const std::string fewer = "Objects (8): PlanarPatch x1 Sphere x1 BSplineCurve3d x1";
+    exportEach(
+        drawing,
+        {
+            {"a thick line of no length",
+             [&](const std::string& d) { return editEntity(d, line, "11", "20.0"); },
+             "--no-reference", "Error exporting entity B: the PlanarPatch has no", fewer},
+            {"a 3-D face shrunk to a point",
+             [&](const std::string& d) {
+                 std::string text = editEntity(d, face, "11", "60.0");
+                 text = editEntity(text, face, "12", "60.0");
+                 text = editEntity(text, face, "22", "0.0");
+                 text = editEntity(text, face, "13", "60.0");
+                 return editEntity(text, face, "23", "0.0");
+             },
+             "--no-reference", "skipping degenerate object", fewer},
+            {"a spline without its fit points",
+             [&](const std::string& d) {
+                 return editEntity(dropGroups(d, spline, {"11", "21", "31"}), spline, "74", "0");
+             },
+             "--no-reference", "the BSplineCurve3d has no \"fitPoints\"; it is left out.",
+             "Objects (8): PlanarPatch x2 Sphere x1"},
+        });
 }
 
 // A cylinder turned at the origin keeps its turn: the pose carries its translation as well, or
