@@ -23,6 +23,7 @@
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
+#include <cctype>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -295,7 +296,13 @@ std::string exportWithDialogs(const Options& o) {
         picks += win::fromUtf8(word) + L"\n";
     if (!choices.select.empty()) picks += L"\n";
     runAnswered(o, answers, picks, o.drawing, L"QELOUT", qelcad::exportCancellation);
-    return choices.output;
+    // The dialog adds ".qel" (in any case) to a name without it, and writes that file.
+    const std::string& name = choices.output;
+    const bool suffixed = name.size() >= 4 && name[name.size() - 4] == '.' &&
+                          std::tolower(static_cast<unsigned char>(name[name.size() - 3])) == 'q' &&
+                          std::tolower(static_cast<unsigned char>(name[name.size() - 2])) == 'e' &&
+                          std::tolower(static_cast<unsigned char>(name[name.size() - 1])) == 'l';
+    return suffixed ? name : name + ".qel";
 }
 
 // Exports a drawing to an object file through the module's own dialog, answered from the

@@ -43,7 +43,7 @@ void sortEntity(QelOutObject& out, ads_name name) {
         record->sourceObject = static_cast<unsigned>(tag.objectIndex);
         record->objectType = tag.memberType;
         record->entityId = id;
-        record->groupNumber = static_cast<unsigned>(tag.groupSerial);
+        record->groupNumber = QelExportGroupNumber(tag);
         out.addTagged(std::move(record));
     } else if (acdbGetObjectId(id, name) == Acad::eOk && id.isValid()) {
         auto record = std::make_unique<UntaggedEntityRec>();

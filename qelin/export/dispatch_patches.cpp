@@ -56,7 +56,7 @@ bool writePatch(QelOutObject& out, QelWriter& writer, QelObject* object, AcDbObj
 void recordSeveral(QelOutObject& out, AcDbObjectId id, const std::vector<int>& written) {
     if (written.empty()) return;
     QelMemberRecord tag;
-    const bool grouped = tag.Load(id) && tag.groupSerial != 0;
+    const bool grouped = tag.Load(id) && QelExportGroupNumber(tag) != 0;
     UntaggedEntityRec* untagged = out.findUntagged(id);
     if (written.size() > 1 && untagged)
         for (int number : written)

@@ -1,6 +1,7 @@
 #include "export/entity_dispatch.h"
 
 #include "export/appearance.h"
+#include "export/complete_object.h"
 #include "export/dispatch_meshes.h"
 #include "export/dispatch_patches.h"
 #include "export/entity_annotations.h"
@@ -26,7 +27,7 @@ unsigned groupNumberOf(const AcDbObjectId& id) {
     ads_name name;
     QelMemberRecord tag;
     if (acdbGetAdsName(name, id) != Acad::eOk || !tag.Load(name)) return 0;
-    return static_cast<unsigned>(tag.groupSerial);
+    return QelExportGroupNumber(tag);
 }
 
 // The object of the entity's own tag, read from the file it names.
@@ -41,8 +42,10 @@ QelObject* readFromSource(QelOutObject& out, const AcDbObjectId& id) {
     }
     if (tag.filePath != out.openReferenceFile) {
         if (out.reader.IsOpen()) out.reader.Close();
-        out.openReferenceFile = tag.filePath;
+        // Taken as open only once it is: a file that fails is tried again, and fails alike.
+        out.openReferenceFile.Empty();
         out.reader.Open(QelNarrowFromWide(tag.filePath));
+        out.openReferenceFile = tag.filePath;
     }
     QelObject* object = out.reader.ReadObject(static_cast<unsigned>(tag.objectIndex));
     // Connection points number other objects of the old file.
@@ -78,6 +81,10 @@ void QelWriteCounted(QelWriter& writer, QelObject* object) {
 }
 
 bool writeAndRecord(QelOutObject& out, QelWriter& writer, QelObject* object, AcDbObjectId id) {
+    if (!QelObjectComplete(object, id)) {
+        object->UnRef();
+        return false;
+    }
     QelWriteCounted(writer, object);
     object->UnRef();
     recordWritten(out, id);
@@ -103,7 +110,12 @@ QelObject* openFileObject(QelOutObject& out, AcDbObjectId id, int type, bool& fr
                 object->UnRef();
             }
         } catch (const QelException& e) {
-            AfxMessageBox(QelWideFromNarrow(e.GetReason()), MB_ICONEXCLAMATION);
+            // A damaged source file fails every entity from it alike: one box says it, the log
+            // has each object.
+            const CString reason = QelWideFromNarrow(e.GetReason());
+            QelLogAppend(L"\n " + reason);
+            if (out.readFailuresTold.insert(reason.GetString()).second)
+                AfxMessageBox(reason, MB_ICONEXCLAMATION);
         } catch (...) {
         }
     }

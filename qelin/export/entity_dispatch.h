@@ -27,5 +27,6 @@ void recordWritten(QelOutObject& out, AcDbObjectId id);
 // The next number, then the write: the counter stays in step with the library's.
 void QelWriteCounted(QelWriter& writer, QelObject* object);
 
-// The entity's own object: written counted, let go and recorded as the entity's; true.
+// The entity's own object: written counted, let go and recorded as the entity's; true. False,
+// with nothing written or counted, when it lacks a param its class requires (said so).
 bool writeAndRecord(QelOutObject& out, QelWriter& writer, QelObject* object, AcDbObjectId id);

@@ -10,9 +10,11 @@
 #include "writers/pose.h"
 #include "writers/solid_analysis.h"
 
+#include <arx/aced.h>
 #include <arx/dbsol3d.h>
 
 #include <cstring>
+#include <map>
 #include <set>
 #include <vector>
 
@@ -28,11 +30,24 @@ void setObjectList(QelObject* object, const std::vector<unsigned>& list) {
         QelParam::Create("objectList", list.data(), static_cast<unsigned>(list.size())));
 }
 
-// The numbers on the way from the root to the object in hand: a file whose lists lead back to
-// an object being copied would otherwise be copied without end.
-int copyTree(QelObject* object, QelReader& reader, QelWriter& writer, std::set<unsigned>& onPath) {
+// Deeper than any model nests its groups; a file that goes on is damaged, and following it would
+// use up the stack.
+constexpr std::size_t kDeepestTree = 1000;
+
+// What one copy of a reference tree carries along: the numbers on the way from the root to the
+// object in hand (a list leading back to one of them would be copied without end), and what each
+// object copied so far was written as (an object listed twice is written once, so lists that
+// share their members don't multiply the copies).
+struct TreeCopy {
+    QelReader& reader;
+    QelWriter& writer;
+    std::set<unsigned> onPath;
+    std::map<unsigned, int> written;
+};
+
+int copyTree(QelObject* object, TreeCopy& copy) {
     if (!holdsObjects(object->GetName())) {
-        QelWriteCounted(writer, object);
+        QelWriteCounted(copy.writer, object);
         return QelDocData().lastObjectRef;
     }
     QelParam* listed = object->GetParam("objectList", 0);
@@ -48,26 +63,40 @@ int copyTree(QelObject* object, QelReader& reader, QelWriter& writer, std::set<u
     delete[] numbers;
     std::vector<unsigned> copied;
     for (const unsigned number : children) {
-        if (!onPath.insert(number).second) {
+        if (const auto done = copy.written.find(number); done != copy.written.end()) {
+            copied.push_back(static_cast<unsigned>(done->second));
+            continue;
+        }
+        if (copy.onPath.size() >= kDeepestTree) {
+            const wchar_t* text =
+                L"\n Object lists nested too deep in the reference tree: left out.";
+            acutPrintf(L"%s", text);
+            QelLogAppend(text);
+            break;
+        }
+        if (!copy.onPath.insert(number).second) {
             QelLogAppend(L"\n Object list leads back to an object being copied: left out.");
             continue;
         }
         QelObject* child = nullptr;
         try {
-            child = reader.ReadObject(number);
+            child = copy.reader.ReadObject(number);
         } catch (const QelException& e) {
             QelLogAppend(CString(L"\n Error reading object of the reference tree: ") +
                          QelWideFromNarrow(e.GetReason()));
         }
         if (child) {
-            const int written = copyTree(child, reader, writer, onPath);
-            if (written >= 0) copied.push_back(static_cast<unsigned>(written));
+            const int written = copyTree(child, copy);
+            if (written >= 0) {
+                copied.push_back(static_cast<unsigned>(written));
+                copy.written.emplace(number, written);
+            }
             child->UnRef();
         }
-        onPath.erase(number);
+        copy.onPath.erase(number);
     }
     setObjectList(object, copied);
-    QelWriteCounted(writer, object);
+    QelWriteCounted(copy.writer, object);
     return QelDocData().lastObjectRef;
 }
 
@@ -101,8 +130,8 @@ bool writeExclusionVolume(const AcGeMatrix3d&, QelObject* object, QelWriter& wri
         return false;
     }
     // A volume whose list is missing in the reference is written by the caller, with none.
-    std::set<unsigned> onPath;
-    if (copyTree(object, out.reader, writer, onPath) >= 0) return true;
+    TreeCopy copy{out.reader, writer, {}, {}};
+    if (copyTree(object, copy) >= 0) return true;
     setObjectList(object, {});
     return false;
 }

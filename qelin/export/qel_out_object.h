@@ -12,6 +12,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <set>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -74,6 +75,8 @@ public:
     // The Layers of the reference file by their names in lower case, read at the first look.
     std::unordered_map<std::wstring, unsigned> referenceLayers;
     bool referenceLayersRead = false;
+    // The reasons already shown of source files that could not be read, each told once.
+    std::set<std::wstring> readFailuresTold;
     // The groups written, by the names in lower case of their layers.
     std::unordered_map<std::wstring, std::vector<unsigned>> groupsByLayer;
 

@@ -59,7 +59,9 @@ QelObject* readReference(QelOutObject& out, Key key) {
         else
             return reader.ReadObject(key, 0);
     } catch (const QelException& e) {
-        AfxMessageBox(QelWideFromNarrow(e.GetReason()), MB_ICONEXCLAMATION);
+        const CString reason = QelWideFromNarrow(e.GetReason());
+        if (out.readFailuresTold.insert(reason.GetString()).second)
+            AfxMessageBox(reason, MB_ICONEXCLAMATION);
     } catch (...) {
     }
     return nullptr;

@@ -70,6 +70,13 @@ public:
     double direction[3] = {0.0, 0.0, 0.0};
 };
 
+// The group the export files the tagged entity under, 0 for none. A serial of 0 or below (one
+// above 32767 reads back negative) names no group that will be written, so its object is listed
+// under model space instead of nowhere.
+inline unsigned QelExportGroupNumber(const QelMemberRecord& tag) {
+    return tag.groupSerial > 0 ? static_cast<unsigned>(tag.groupSerial) : 0u;
+}
+
 // The chain of the tag as it is stored, for the caller to free with acutRelRb.
 resbuf* QelMemberRecordChain(const QelMemberRecord& record);
 

@@ -132,11 +132,10 @@ bool QelWritePlanarPatchFrom(QelObject* target, const AcDbObjectId& id, const re
         }
     }
     if (points.size() > 1 && points.back().isEqualTo(points.front())) points.pop_back();
-    if (points.size() < 2) return false;
     QelFrame frame;
-    if (!QelPolygonFrame(points, frame)) {
-        // Two points, or all on one line: a line, not a patch.
-        if (points.size() > 2) acutPrintf(L"\n Warning: skipping degenerate object");
+    if (points.size() < 2 || !QelPolygonFrame(points, frame)) {
+        // One point, two, or all on one line: no patch, and the user hears why it is missing.
+        acutPrintf(L"\n Warning: skipping degenerate object");
         return false;
     }
     QelWriteFramePose(target, frame);

@@ -53,11 +53,10 @@ void QelWritePose(QelObject* object, const double rotation[4], const AcGePoint3d
                 axis[i] /= length;
         pose->AddOrReplaceParam(QelParam::Create("rotation", axis, 4));
     }
-    if (moves) {
-        double metres[3];
-        QelPointOut(translation, metres);
-        pose->AddOrReplaceParam(QelParam::Create("translation", metres, 3));
-    }
+    // A pose without its translation is no pose to a reader: a turn at the origin keeps both.
+    double metres[3];
+    QelPointOut(translation, metres);
+    pose->AddOrReplaceParam(QelParam::Create("translation", metres, 3));
     object->AddOrReplaceParam(QelParam::Create("pose", pose));
     pose->UnRef();
 }

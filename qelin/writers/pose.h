@@ -28,8 +28,8 @@ AcGeVector3d QelPlaneXAxis(const AcGeVector3d& normal);
 // A real param, replaced when the object has it.
 void QelSetReal(QelObject* object, const char* name, double value);
 
-// Sets "pose" of the object: rotation only when it turns, translation only off the origin, and
-// no "pose" at all when there is neither.
+// Sets "pose" of the object: rotation only when it turns, translation always with it, and no
+// "pose" at all when it neither turns nor moves.
 void QelWritePose(QelObject* object, const double rotation[4], const AcGePoint3d& translation);
 
 // The angle from a to b, 0 to a full turn, counted positive about ref; 0 for a zero or equal

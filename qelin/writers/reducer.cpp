@@ -26,7 +26,7 @@ void writeSizes(QelObject* target, double radius0, double radius1, double height
     QelSetReal(target, "height", QelLengthOut(std::fabs(height)));
     const double d[3] = {direction.x, direction.y, direction.z};
     target->AddOrReplaceParam(QelParam::Create("direction", d, 3));
-    target->AddOrReplaceParam(QelParam::Create("subtype", subtype));
+    target->AddOrReplaceParam(QelParam::Create("subtype", static_cast<short>(subtype)));
 }
 
 // The mesh's vertices row by row, a closed direction repeating its first vertex.

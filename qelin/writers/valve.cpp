@@ -76,7 +76,8 @@ bool QelWriteValve(const AcGeMatrix3d&, QelObject* target, QelWriter&, const AcD
         readPart(part, v);
     double rotation[4];
     QelRotationFromAxes(v.origin, v.coneAxis.normal(), v.side.normal(), rotation);
-    QelWritePose(target, rotation, v.origin);
+    // A valve's pose is never left out, not even at the origin: readers require it.
+    QelWriteWholePose(target, rotation, v.origin);
     QelSetReal(target, "coneRadius", QelLengthOut(v.coneRadius));
     QelSetReal(target, "valveLength", QelLengthOut(v.valveLength));
     QelSetReal(target, "stemLength", QelLengthOut(v.stemLength));
