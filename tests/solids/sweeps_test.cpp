@@ -131,9 +131,9 @@ TEST(SweepAlongPath, PolylineCornersAreMitredExactly) {
     EXPECT_EQ(1, crank.topology().solids);
 }
 
-// The segmented elbow at every small count and a spread of large ones: the path runs one segment beyond the
-// end, and a slice through the bend axis and the end vertex trims the overshoot. What stays is
-// one round pipe along the chords, its section square to each of them.
+// The segmented elbow at every small count and a spread of large ones: the path runs one segment
+// beyond the end, and a slice through the bend axis and the end vertex trims the overshoot. What
+// stays is one round pipe along the chords, its section square to each of them.
 TEST(SweepAlongPath, SegmentedElbowsOfAnyCountAreRoundPipesAlongTheChords) {
     const double R = 0.5, r = 0.1, angle = kPi / 2;
     for (int n : {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 16, 24, 31, 47, 64}) {
@@ -164,6 +164,23 @@ TEST(SweepAlongPath, SegmentedElbowsOfAnyCountAreRoundPipesAlongTheChords) {
         EXPECT_NEAR(0.0, e.min.y, r * 1e-6);
         EXPECT_NEAR(reach, e.max.x, r * 1e-6);
         EXPECT_NEAR(reach, e.max.y, r * 1e-6);
+    }
+}
+
+// A path of more straight pieces than the fuse can take in reasonable time is refused at once,
+// and the solid stays as it was.
+TEST(SweepAlongPath, APathOfTooManySegmentsIsRefusedAtOnce) {
+    const double R = 0.5, r = 0.01;
+    for (const int n : {257, 32767}) {
+        SCOPED_TRACE(n);
+        const double step = 0.5 * kPi / n;
+        PolylineCurve path;
+        for (int i = 0; i <= n; ++i)
+            path.vertices.push_back({R * std::cos(i * step), R * std::sin(i * step), 0});
+        Solid pipe;
+        EXPECT_EQ(Status::eInvalidInput,
+                  pipe.extrudeAlongPath(circleRegion({R, 0, 0}, {0, 1, 0}, r), path, 0.0));
+        EXPECT_EQ(0, pipe.topology().solids);
     }
 }
 

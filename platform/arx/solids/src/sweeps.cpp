@@ -315,6 +315,10 @@ Status Solid::extrude(const Region& region, double height, double taperAngle) {
     });
 }
 
+// Each straight segment is a piece fused with all the others: beyond this many the fuse runs for
+// minutes, so a path that long is refused rather than left to look like a hang.
+constexpr std::size_t kMostMitredSegments = 256;
+
 Status Solid::extrudeAlongPath(const Region& region, const Curve& path, double taperAngle) {
     return guarded([&] {
         const TopoDS_Shape& profile = Access::shape(region);
@@ -333,6 +337,7 @@ Status Solid::extrudeAlongPath(const Region& region, const Curve& path, double t
             body = BRepPrimAPI_MakePrism(profile, gp_Vec(toPnt(line->start), toPnt(line->end)))
                        .Shape();
         } else if (const auto corners = straightCorners(path); !corners.empty()) {
+            if (corners.size() > kMostMitredSegments + 1) return Status::eInvalidInput;
             body = mitredPipe(profile, *normal, corners);
             if (body.IsNull()) return Status::eGeneralModelingFailure;
             check = Check::kValidity;
