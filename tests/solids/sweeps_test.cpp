@@ -171,7 +171,7 @@ TEST(SweepAlongPath, SegmentedElbowsOfAnyCountAreRoundPipesAlongTheChords) {
 // and the solid stays as it was.
 TEST(SweepAlongPath, APathOfTooManySegmentsIsRefusedAtOnce) {
     const double R = 0.5, r = 0.01;
-    for (const int n : {257, 32767}) {
+    for (const int n : {257, 5000}) {
         SCOPED_TRACE(n);
         const double step = 0.5 * kPi / n;
         PolylineCurve path;

@@ -325,6 +325,8 @@ Status Solid::extrudeAlongPath(const Region& region, const Curve& path, double t
         const auto normal = regionNormal(profile);
         if (profile.IsNull() || !normal) return Status::eNotApplicable;
         if (taperAngle != 0.0) return Status::eInvalidInput;
+        const auto corners = straightCorners(path);
+        if (corners.size() > kMostMitredSegments + 1) return Status::eInvalidInput;
         TopoDS_Wire spine;
         if (Status s = buildPathWire(path, spine); s != Status::eOk) return s;
         const gp_Vec tangent = startTangent(spine);
@@ -336,8 +338,7 @@ Status Solid::extrudeAlongPath(const Region& region, const Curve& path, double t
         if (const auto* line = std::get_if<LineCurve>(&path)) {
             body = BRepPrimAPI_MakePrism(profile, gp_Vec(toPnt(line->start), toPnt(line->end)))
                        .Shape();
-        } else if (const auto corners = straightCorners(path); !corners.empty()) {
-            if (corners.size() > kMostMitredSegments + 1) return Status::eInvalidInput;
+        } else if (!corners.empty()) {
             body = mitredPipe(profile, *normal, corners);
             if (body.IsNull()) return Status::eGeneralModelingFailure;
             check = Check::kValidity;
