@@ -52,7 +52,7 @@ struct QelObjectTypeRow {
     const char* className;
     QelTagRule tagRule;
     QelExportHandling handling;
-    QelEntityWriter writer; // null: no writer in this build
+    QelEntityWriter writer; // null: the row's case writes it, or it leaves as unknown
 };
 
 inline constexpr int QelObjectTypeCount = QelCode::Count;
