@@ -307,11 +307,15 @@ Status Solid::createFromBrep(const Brep& brep) {
         TopoDS_Solid solid;
         builder.MakeSolid(solid);
         builder.Add(solid, shell);
-        ShapeFix_Shape fix(solid);
-        fix.Perform();
+        // A body that is valid as sewn (what the host itself writes) is taken as it is; only
+        // one that is not goes through the healing, which costs more than the rest together.
         TopoDS_Shape solids;
-        if (Status s = finishSolids(fix.Shape(), solids, Check::kValidity); s != Status::eOk)
-            return s;
+        if (finishSolids(solid, solids, Check::kValidity) != Status::eOk || solids.IsNull()) {
+            ShapeFix_Shape fix(solid);
+            fix.Perform();
+            if (Status s = finishSolids(fix.Shape(), solids, Check::kValidity); s != Status::eOk)
+                return s;
+        }
         if (solids.IsNull()) return Status::eGeneralModelingFailure;
         Access::shape(*this) = solids;
         return Status::eOk;
