@@ -32,18 +32,6 @@ protected:
         m_companion = true;
     }
 
-    // Appended to model space and closed.
-    static AcDbObjectId add(AcDbEntity* entity) {
-        AcDbBlockTableRecord* space = nullptr;
-        EXPECT_EQ(acdbOpenObject(space, database()->modelSpaceId(), AcDb::kForWrite), Acad::eOk);
-        AcDbObjectId id;
-        EXPECT_EQ(space->appendAcDbEntity(id, entity), Acad::eOk);
-        entity->close();
-        space->close();
-        return id;
-    }
-    static AcDbDatabase* database() { return acdbHostApplicationServices()->workingDatabase(); }
-
     // A new block of that name holding the entities, which it takes and closes.
     static AcDbObjectId block(const wchar_t* name, const std::vector<AcDbEntity*>& entities = {}) {
         AcDbBlockTable* table = nullptr;

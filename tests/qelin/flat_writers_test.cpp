@@ -37,23 +37,13 @@ protected:
         m_file = (m_folder / "written.qel").string();
         QelDocData().lastObjectRef = -1;
     }
-    AcDbObjectId append(AcDbEntity* entity) {
-        AcDbDatabase* db = acdbHostApplicationServices()->workingDatabase();
-        AcDbBlockTableRecord* space = nullptr;
-        EXPECT_EQ(acdbOpenObject(space, db->modelSpaceId(), AcDb::kForWrite), Acad::eOk);
-        AcDbObjectId id;
-        EXPECT_EQ(space->appendAcDbEntity(id, entity), Acad::eOk);
-        entity->close();
-        space->close();
-        return id;
-    }
     AcDbObjectId outline(std::initializer_list<AcGePoint2d> points, int taggedSection = -1) {
         auto* polyline = new AcDbPolyline();
         unsigned i = 0;
         for (const AcGePoint2d& p : points)
             polyline->addVertexAt(i++, p);
         polyline->setClosed(true);
-        const AcDbObjectId id = append(polyline);
+        const AcDbObjectId id = add(polyline);
         if (taggedSection >= 0) {
             QelMemberRecord tag; // stored on the closed entity, as the creators do
             tag.memberType = 4;
@@ -138,7 +128,7 @@ TEST_F(FlatWriters, TracesRunRoundTheirCornersThroughTheMatrix) {
     auto* thick = new AcDbTrace(AcGePoint3d(0, 0, 0), AcGePoint3d(4, 0, 0), AcGePoint3d(0, 1, 0),
                                 AcGePoint3d(4, 1, 0));
     thick->setThickness(0.5);
-    const AcDbObjectId ids[] = {append(thin), append(thick)};
+    const AcDbObjectId ids[] = {add(thin), add(thick)};
     const AcGeMatrix3d moved = AcGeMatrix3d::translation(AcGeVector3d(10, 0, 0));
     for (const AcDbObjectId& id : ids) {
         QelObjectRef patch(QelObject::Create("PlanarPatch"));
@@ -156,7 +146,7 @@ TEST_F(FlatWriters, TracesRunRoundTheirCornersThroughTheMatrix) {
     auto* flat = new AcDbTrace(AcGePoint3d(0, 0, 0), AcGePoint3d(1, 0, 0), AcGePoint3d(2, 0, 0),
                                AcGePoint3d(3, 0, 0));
     QelObjectRef patch(QelObject::Create("PlanarPatch"));
-    EXPECT_FALSE(QelWriteTrace(m_identity, patch.get(), writer(), append(flat)));
+    EXPECT_FALSE(QelWriteTrace(m_identity, patch.get(), writer(), add(flat)));
     EXPECT_NE(win::Transcript::instance().printed().find(L"skipping degenerate object"),
               std::wstring::npos);
 }
@@ -169,8 +159,8 @@ TEST_F(FlatWriters, TwoDimensionalSolidsWriteTheirOwnObjects) {
     auto* quad = new AcDbSolid(AcGePoint3d(0, 0, 1), AcGePoint3d(3, 0, 1), AcGePoint3d(0, 2, 1),
                                AcGePoint3d(3, 2, 1));
     quad->setThickness(0.25);
-    EXPECT_TRUE(QelWriteSolid2d(m_out, writer(), append(triangle)));
-    EXPECT_TRUE(QelWriteSolid2d(m_out, writer(), append(quad)));
+    EXPECT_TRUE(QelWriteSolid2d(m_out, writer(), add(triangle)));
+    EXPECT_TRUE(QelWriteSolid2d(m_out, writer(), add(quad)));
     EXPECT_EQ(QelDocData().lastObjectRef, 1);
     const std::vector<QelObjectRef> objects = written();
     ASSERT_EQ(objects.size(), 2u);
@@ -192,7 +182,7 @@ TEST_F(FlatWriters, TwoDimensionalPolylinesLeaveInTheWorldWithoutTheirSplineFram
         polyline->setNormal(AcGeVector3d::kXAxis);
         polyline->setElevation(2.0);
         polyline->setThickness(thickness);
-        const AcDbObjectId id = append(polyline);
+        const AcDbObjectId id = add(polyline);
         AcDb2dPolyline* open = nullptr;
         EXPECT_EQ(acdbOpenObject(open, id, AcDb::kForWrite), Acad::eOk);
         const double corners[][2] = {{0, 0}, {1, 0}, {5, 5}, {1, 1}};

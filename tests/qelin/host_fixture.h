@@ -35,6 +35,18 @@ protected:
         std::filesystem::remove_all(m_folder);
     }
 
+    // Appended to model space and closed.
+    static AcDbObjectId add(AcDbEntity* entity) {
+        AcDbBlockTableRecord* space = nullptr;
+        EXPECT_EQ(acdbOpenObject(space, database()->modelSpaceId(), AcDb::kForWrite), Acad::eOk);
+        AcDbObjectId id;
+        EXPECT_EQ(space->appendAcDbEntity(id, entity), Acad::eOk);
+        entity->close();
+        space->close();
+        return id;
+    }
+    static AcDbDatabase* database() { return acdbHostApplicationServices()->workingDatabase(); }
+
     // Answers for the message boxes to come, in order.
     void answer(const std::string& answers) {
         auto presenter = std::make_shared<win::ScriptedPresenter>();
