@@ -1,5 +1,5 @@
 // Bodies rebuilt from a boundary description: the way back from a stored drawing.
-#include "internal.h"
+#include "frombrep.h"
 
 #include <BRepBuilderAPI_MakeEdge.hxx>
 #include <BRepBuilderAPI_MakeFace.hxx>
@@ -97,27 +97,6 @@ Handle(Geom_Surface) splineSurfaceOf(const SplineSurfaceDesc& d) {
                                    d.vDegree);
 }
 
-Handle(Geom_Surface) surfaceOf(const SurfaceDesc& d) {
-    if (d.kind == SurfaceKind::kOther) return splineSurfaceOf(d.spline);
-    const auto frame = frameOf(d);
-    if (!frame) return {};
-    switch (d.kind) {
-    case SurfaceKind::kPlane:
-        return new Geom_Plane(*frame);
-    case SurfaceKind::kCylinder:
-        return new Geom_CylindricalSurface(*frame, d.radius);
-    case SurfaceKind::kCone:
-        return new Geom_ConicalSurface(*frame, d.halfAngle, d.radius);
-    case SurfaceKind::kSphere:
-        return new Geom_SphericalSurface(*frame, d.radius);
-    case SurfaceKind::kTorus:
-        return new Geom_ToroidalSurface(*frame, d.radius, d.minorRadius);
-    case SurfaceKind::kOther:
-        return {};
-    }
-    return {};
-}
-
 // The circle an edge index names, run as the face (on its surface's own side) runs it.
 std::optional<gp_Circ> loopCircle(const BrepFace& f, const BrepLoop& loop, const Brep& brep) {
     if (loop.coedges.size() != 1) return std::nullopt;
@@ -198,38 +177,8 @@ bool wholeSurfaceFace(const BrepFace& f, const Handle(Geom_Surface) & surface, c
 Status buildFaces(const Brep& brep, std::vector<TopoDS_Face>& faces) {
     BRep_Builder builder;
     std::vector<TopoDS_Vertex> vertices;
-    for (const BrepVertex& v : brep.vertices) {
-        if (!isFinite(v.point)) return Status::eInvalidInput;
-        TopoDS_Vertex vertex;
-        builder.MakeVertex(vertex, toPnt(v.point), Precision::Confusion());
-        vertices.push_back(vertex);
-    }
-    const int nVertices = static_cast<int>(vertices.size());
     std::vector<TopoDS_Edge> edges;
-    for (const BrepEdge& e : brep.edges) {
-        std::vector<Segment> segments;
-        if (Status s = toSegments(e.curve, segments); s != Status::eOk) return s;
-        if (segments.size() != 1 || e.startVertex < 0 || e.startVertex >= nVertices ||
-            e.endVertex < 0 || e.endVertex >= nVertices)
-            return Status::eInvalidInput;
-        const Segment& seg = segments.front();
-        double first = seg.first, last = seg.last;
-        if (seg.closed) {
-            // A closed edge starts at its vertex, wherever the description puts angle zero.
-            const gp_Pnt at = BRep_Tool::Pnt(vertices[e.startVertex]);
-            double u = 0.0;
-            if (!GeomLib_Tool::Parameter(
-                    seg.curve, at,
-                    1e-6 * std::max(1.0, roughSizeOf(vertices[e.startVertex])) + 1e-7, u))
-                return Status::eInvalidInput;
-            first = u;
-            last = u + (seg.last - seg.first);
-        }
-        BRepBuilderAPI_MakeEdge maker(seg.curve, vertices[e.startVertex], vertices[e.endVertex],
-                                      first, last);
-        if (!maker.IsDone()) return Status::eInvalidInput;
-        edges.push_back(maker.Edge());
-    }
+    if (Status s = buildEdges(brep, vertices, edges); s != Status::eOk) return s;
     const int nEdges = static_cast<int>(edges.size());
     for (const BrepFace& f : brep.faces) {
         if (f.surface.kind == SurfaceKind::kOther && f.surface.spline.poles.empty())
@@ -281,8 +230,84 @@ Status buildFaces(const Brep& brep, std::vector<TopoDS_Face>& faces) {
 
 } // namespace
 
+Handle(Geom_Surface) surfaceOf(const SurfaceDesc& d) {
+    if (d.kind == SurfaceKind::kOther) return splineSurfaceOf(d.spline);
+    const auto frame = frameOf(d);
+    if (!frame) return {};
+    switch (d.kind) {
+    case SurfaceKind::kPlane:
+        return new Geom_Plane(*frame);
+    case SurfaceKind::kCylinder:
+        return new Geom_CylindricalSurface(*frame, d.radius);
+    case SurfaceKind::kCone:
+        return new Geom_ConicalSurface(*frame, d.halfAngle, d.radius);
+    case SurfaceKind::kSphere:
+        return new Geom_SphericalSurface(*frame, d.radius);
+    case SurfaceKind::kTorus:
+        return new Geom_ToroidalSurface(*frame, d.radius, d.minorRadius);
+    case SurfaceKind::kOther:
+        return {};
+    }
+    return {};
+}
+
+Status buildEdges(const Brep& brep, std::vector<TopoDS_Vertex>& vertices,
+                  std::vector<TopoDS_Edge>& edges) {
+    BRep_Builder builder;
+    for (const BrepVertex& v : brep.vertices) {
+        if (!isFinite(v.point)) return Status::eInvalidInput;
+        TopoDS_Vertex vertex;
+        builder.MakeVertex(vertex, toPnt(v.point), Precision::Confusion());
+        vertices.push_back(vertex);
+    }
+    const int nVertices = static_cast<int>(vertices.size());
+    for (const BrepEdge& e : brep.edges) {
+        std::vector<Segment> segments;
+        if (Status s = toSegments(e.curve, segments); s != Status::eOk) return s;
+        if (segments.size() != 1 || e.startVertex < 0 || e.startVertex >= nVertices ||
+            e.endVertex < 0 || e.endVertex >= nVertices)
+            return Status::eInvalidInput;
+        const Segment& seg = segments.front();
+        double first = seg.first, last = seg.last;
+        if (seg.closed) {
+            // A closed edge starts at its vertex, wherever the description puts angle zero.
+            const gp_Pnt at = BRep_Tool::Pnt(vertices[e.startVertex]);
+            double u = 0.0;
+            if (!GeomLib_Tool::Parameter(
+                    seg.curve, at,
+                    1e-6 * std::max(1.0, roughSizeOf(vertices[e.startVertex])) + 1e-7, u))
+                return Status::eInvalidInput;
+            first = u;
+            last = u + (seg.last - seg.first);
+        }
+        BRepBuilderAPI_MakeEdge maker(seg.curve, vertices[e.startVertex], vertices[e.endVertex],
+                                      first, last);
+        if (!maker.IsDone()) return Status::eInvalidInput;
+        edges.push_back(maker.Edge());
+    }
+    return Status::eOk;
+}
+
 Status Solid::createFromBrep(const Brep& brep) {
     return guarded([&] {
+        // What the host writes itself (and most of what others write) needs none of the work
+        // below: sewing, the validity check and the healing cost many times the making.
+        if (TopoDS_Shape direct = directSolidOf(brep); !direct.IsNull()) {
+            // Its volume turns it outward, and is kept: the export asks for it again.
+            GProp_GProps props;
+            volumeProperties(direct, props);
+            if (props.Mass() < 0.0) {
+                direct.Reverse();
+                props = GProp_GProps();
+                volumeProperties(direct, props);
+            }
+            const double size = roughSizeOf(direct);
+            if (props.Mass() > 1e-12 * size * size * size) {
+                Access::shape(*this) = direct;
+                Access::measures(*this)->volume = props;
+                return Status::eOk;
+            }
+        }
         std::vector<TopoDS_Face> faces;
         if (Status s = buildFaces(brep, faces); s != Status::eOk) return s;
         if (faces.empty()) return Status::eInvalidInput;

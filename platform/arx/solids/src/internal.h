@@ -5,6 +5,7 @@
 #include <arxsolids/picture.h>
 #include <arxsolids/solid.h>
 
+#include <Bnd_Box.hxx>
 #include <GProp_GProps.hxx>
 #include <Geom_Curve.hxx>
 #include <Standard_Failure.hxx>
@@ -22,41 +23,44 @@
 
 namespace arxsolids {
 
-// Boxes of a body, each worked out on first use and dropped whenever the shape may change.
-struct BoxCache {
-    std::optional<Extents> exact;     // the tightest box (a search over curved faces)
-    std::optional<Extents> enclosing; // from the bounds of each face's own geometry
+// Measures of a body, each worked out on first use and dropped whenever the shape may change:
+// the export asks each solid for them several times over.
+struct Measures {
+    std::optional<Extents> exact;       // the tightest box
+    std::optional<Extents> enclosing;   // from the bounds of each face's own geometry
+    std::optional<GProp_GProps> volume; // volume integrals at unit density
+    std::optional<double> area;
 };
 
 struct Solid::Impl {
     TopoDS_Shape shape; // a solid, a compound of solids, or null when empty
     bool history = false;
-    mutable BoxCache boxes;
+    mutable Measures measures;
 };
 
 struct Region::Impl {
     TopoDS_Shape shape; // a compound of coplanar faces, or null when empty
-    mutable BoxCache boxes;
+    mutable Measures measures;
 };
 
 struct Surface::Impl {
     TopoDS_Shape shape; // one face, or null
-    mutable BoxCache boxes;
+    mutable Measures measures;
 };
 
 // Reaches the shapes behind the public classes. Whoever reaches a shape for change drops its
-// cached boxes.
+// cached measures.
 struct Access {
     template <class T>
     static TopoDS_Shape& shape(T& object) {
         if (!object.impl_) object.impl_ = std::make_unique<typename T::Impl>();
-        object.impl_->boxes = {};
+        object.impl_->measures = {};
         return object.impl_->shape;
     }
-    // The cached boxes of a body, or null for one that was never given a shape.
+    // The cached measures of a body, or null for one that was never given a shape.
     template <class T>
-    static BoxCache* boxes(const T& object) {
-        return object.impl_ ? &object.impl_->boxes : nullptr;
+    static Measures* measures(const T& object) {
+        return object.impl_ ? &object.impl_->measures : nullptr;
     }
     template <class T>
     static const TopoDS_Shape& shape(const T& object) {
@@ -148,9 +152,13 @@ bool isBoundaryEdge(const TopoDS_Shape& edge, const TopoDS_Face& face);
 void volumeProperties(const TopoDS_Shape& shape, GProp_GProps& props);
 double volumeOf(const TopoDS_Shape& shape);
 double areaOf(const TopoDS_Shape& shape);
-// Tight box; false for an empty shape.
-// The tightest box: a search over curved faces, costly on tori and free-form faces.
+// The tightest box; false for an empty shape. Closed forms where the faces allow, else a search
+// over the face, costly on free-form faces.
 bool extentsOf(const TopoDS_Shape& shape, Extents& extents);
+// Adds a face's tightest box where its kind gives it in closed form (planes, cylinders, cones,
+// whole spheres and tori, bands of a torus); false, with the box unchanged, otherwise
+// (extents.cpp).
+bool addExactFaceBox(const TopoDS_Face& face, Bnd_Box& box);
 // A box that holds the shape, from the bounds of each face's and edge's own geometry; no search.
 bool enclosingExtentsOf(const TopoDS_Shape& shape, Extents& extents);
 double diagonalOf(const TopoDS_Shape& shape);
@@ -162,8 +170,10 @@ Brep walkBrep(const TopoDS_Shape& shape);
 // ---- Guarded operations shared by solids, regions and surfaces (shapes.cpp) ----
 Status transformShape(TopoDS_Shape& shape, const Matrix& matrix);
 // The exact or the enclosing box of a shape, kept in cache (when given) for the next call.
-Status shapeExtents(const TopoDS_Shape& shape, BoxCache* cache, bool exact, Extents& extents);
-Status shapeArea(const TopoDS_Shape& shape, double& area);
+Status shapeExtents(const TopoDS_Shape& shape, Measures* cache, bool exact, Extents& extents);
+Status shapeArea(const TopoDS_Shape& shape, Measures* cache, double& area);
+// The volume integrals of a solid, kept in cache (when given).
+const GProp_GProps& shapeVolume(const TopoDS_Shape& shape, Measures* cache, GProp_GProps& scratch);
 Brep shapeBrep(const TopoDS_Shape& shape);
 TopologyCounts shapeTopology(const TopoDS_Shape& shape);
 

@@ -16,8 +16,8 @@ Status Solid::getMassProp(MassProps& props) const {
     return guarded([&] {
         const TopoDS_Shape& shape = Access::shape(*this);
         if (shape.IsNull()) return Status::eNotApplicable;
-        GProp_GProps gprops;
-        volumeProperties(shape, gprops);
+        GProp_GProps scratch;
+        const GProp_GProps& gprops = shapeVolume(shape, Access::measures(*this), scratch);
         const double v = gprops.Mass();
         if (!(v > 0.0)) return Status::eGeneralModelingFailure;
         const gp_Pnt c = gprops.CentreOfMass();
@@ -60,7 +60,9 @@ Status Solid::getMassProp(MassProps& props) const {
         out.prinAxes[0] = fromVec(x);
         out.prinAxes[1] = fromVec(y);
         out.prinAxes[2] = fromVec(x.Crossed(y).Normalized());
-        if (!extentsOf(shape, out.extents)) return Status::eGeneralModelingFailure;
+        if (Status s = shapeExtents(shape, Access::measures(*this), true, out.extents);
+            s != Status::eOk)
+            return s == Status::eNotApplicable ? Status::eGeneralModelingFailure : s;
         props = out;
         return Status::eOk;
     });

@@ -19,7 +19,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <gp_Torus.hxx>
 
 namespace arxsolids {
 
@@ -91,7 +90,15 @@ double areaOf(const TopoDS_Shape& shape) {
 bool extentsOf(const TopoDS_Shape& shape, Extents& extents) {
     if (shape.IsNull()) return false;
     Bnd_Box box;
-    BRepBndLib::AddOptimal(shape, box, false, false);
+    // Faces with a closed form for their box take it; the others go through the kernel's
+    // search, which costs far more.
+    bool anyFace = false;
+    for (TopExp_Explorer it(shape, TopAbs_FACE); it.More(); it.Next()) {
+        const TopoDS_Face& face = TopoDS::Face(it.Current());
+        if (!addExactFaceBox(face, box)) BRepBndLib::AddOptimal(face, box, false, false);
+        anyFace = true;
+    }
+    if (!anyFace) BRepBndLib::AddOptimal(shape, box, false, false);
     if (box.IsVoid()) return false;
     double x0, y0, z0, x1, y1, z1;
     box.Get(x0, y0, z0, x1, y1, z1);
@@ -101,27 +108,15 @@ bool extentsOf(const TopoDS_Shape& shape, Extents& extents) {
 
 namespace {
 
-// The exact box of a whole torus face, in closed form: about its centre, along each world axis,
-// the major circle's half width there plus the minor radius. False for a part of a torus.
+// A whole torus, whose own bounds the kernel takes loosely, by its closed form.
 bool addWholeTorus(const TopoDS_Face& face, Bnd_Box& box) {
     // The kind first, without the face's bounds that the adaptor otherwise works out.
     if (BRepAdaptor_Surface(face, false).GetType() != GeomAbs_Torus) return false;
-    const BRepAdaptor_Surface surface(face, true);
     double u0, u1, v0, v1;
     BRepTools::UVBounds(face, u0, u1, v0, v1);
     constexpr double kWhole = 2 * M_PI - 1e-9;
-    if (u1 - u0 < kWhole || v1 - v0 < kWhole) return false;
-    const gp_Torus torus = surface.Torus();
-    const gp_XYZ c = torus.Location().XYZ();
-    const gp_XYZ n = torus.Axis().Direction().XYZ();
-    const double R = torus.MajorRadius(), r = torus.MinorRadius();
-    gp_XYZ half;
-    for (int i = 1; i <= 3; ++i)
-        half.SetCoord(i, R * std::sqrt(std::max(0.0, 1.0 - n.Coord(i) * n.Coord(i))) + r);
-    const double tol = BRep_Tool::Tolerance(face);
-    box.Add(gp_Pnt(c - half));
-    box.Add(gp_Pnt(c + half));
-    box.Enlarge(tol);
+    if (u1 - u0 < kWhole || v1 - v0 < kWhole || !addExactFaceBox(face, box)) return false;
+    box.Enlarge(BRep_Tool::Tolerance(face));
     return true;
 }
 

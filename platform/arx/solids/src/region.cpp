@@ -39,7 +39,7 @@ Status Region::createFromCurves(const std::vector<Curve>& curves, std::vector<Re
 }
 
 Status Region::getArea(double& area) const {
-    return shapeArea(Access::shape(*this), area);
+    return shapeArea(Access::shape(*this), Access::measures(*this), area);
 }
 
 Status Region::getCentroid(Vec3& centroid) const {
@@ -62,10 +62,10 @@ Status Region::getNormal(Vec3& normal) const {
 }
 
 Status Region::getGeomExtents(Extents& extents) const {
-    return shapeExtents(Access::shape(*this), Access::boxes(*this), true, extents);
+    return shapeExtents(Access::shape(*this), Access::measures(*this), true, extents);
 }
 Status Region::getBoundingBox(Extents& extents) const {
-    return shapeExtents(Access::shape(*this), Access::boxes(*this), false, extents);
+    return shapeExtents(Access::shape(*this), Access::measures(*this), false, extents);
 }
 
 Status Region::explode(std::vector<Curve>& curves) const {

@@ -12,7 +12,7 @@ Status transformShape(TopoDS_Shape& shape, const Matrix& matrix) {
     });
 }
 
-Status shapeExtents(const TopoDS_Shape& shape, BoxCache* cache, bool exact, Extents& extents) {
+Status shapeExtents(const TopoDS_Shape& shape, Measures* cache, bool exact, Extents& extents) {
     return guarded([&] {
         std::optional<Extents>* kept = nullptr;
         if (cache) kept = exact ? &cache->exact : &cache->enclosing;
@@ -29,12 +29,26 @@ Status shapeExtents(const TopoDS_Shape& shape, BoxCache* cache, bool exact, Exte
     });
 }
 
-Status shapeArea(const TopoDS_Shape& shape, double& area) {
+Status shapeArea(const TopoDS_Shape& shape, Measures* cache, double& area) {
     return guarded([&] {
         if (shape.IsNull()) return Status::eNotApplicable;
+        if (cache && cache->area) {
+            area = *cache->area;
+            return Status::eOk;
+        }
         area = areaOf(shape);
+        if (cache) cache->area = area;
         return Status::eOk;
     });
+}
+
+const GProp_GProps& shapeVolume(const TopoDS_Shape& shape, Measures* cache, GProp_GProps& scratch) {
+    if (cache && cache->volume) return *cache->volume;
+    scratch = GProp_GProps();
+    volumeProperties(shape, scratch); // into the cache only once whole
+    if (!cache) return scratch;
+    cache->volume = scratch;
+    return *cache->volume;
 }
 
 Brep shapeBrep(const TopoDS_Shape& shape) {

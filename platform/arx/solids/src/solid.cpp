@@ -118,14 +118,14 @@ Status Solid::transformBy(const Matrix& matrix) {
 }
 
 Status Solid::getGeomExtents(Extents& extents) const {
-    return shapeExtents(Access::shape(*this), Access::boxes(*this), true, extents);
+    return shapeExtents(Access::shape(*this), Access::measures(*this), true, extents);
 }
 Status Solid::getBoundingBox(Extents& extents) const {
-    return shapeExtents(Access::shape(*this), Access::boxes(*this), false, extents);
+    return shapeExtents(Access::shape(*this), Access::measures(*this), false, extents);
 }
 
 Status Solid::getArea(double& area) const {
-    return shapeArea(Access::shape(*this), area);
+    return shapeArea(Access::shape(*this), Access::measures(*this), area);
 }
 
 Status Solid::explode(std::vector<Piece>& pieces) const {

@@ -38,14 +38,14 @@ SurfaceDesc Surface::description() const {
 }
 
 Status Surface::getArea(double& area) const {
-    return shapeArea(Access::shape(*this), area);
+    return shapeArea(Access::shape(*this), Access::measures(*this), area);
 }
 
 Status Surface::getGeomExtents(Extents& extents) const {
-    return shapeExtents(Access::shape(*this), Access::boxes(*this), true, extents);
+    return shapeExtents(Access::shape(*this), Access::measures(*this), true, extents);
 }
 Status Surface::getBoundingBox(Extents& extents) const {
-    return shapeExtents(Access::shape(*this), Access::boxes(*this), false, extents);
+    return shapeExtents(Access::shape(*this), Access::measures(*this), false, extents);
 }
 
 Status Surface::explode(std::vector<Curve>& curves) const {

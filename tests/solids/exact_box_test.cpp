@@ -1,0 +1,61 @@
+// Tightest boxes in closed form agree with the kernel's search over the same faces.
+#include "checks.h"
+#include "internal.h"
+
+#include <BRepBndLib.hxx>
+#include <Bnd_Box.hxx>
+
+namespace solidstest {
+namespace {
+
+Extents searched(const Solid& solid) {
+    Bnd_Box box;
+    BRepBndLib::AddOptimal(Access::shape(solid), box, false, false);
+    Extents e;
+    box.Get(e.min.x, e.min.y, e.min.z, e.max.x, e.max.y, e.max.z);
+    return e;
+}
+
+TEST(ExactBox, ClosedFormsAgreeWithTheSearch) {
+    const Matrix turn = Matrix::rotation(0.7, {1, 2, 3}, {4, -1, 2});
+    Solid cylinder, cone, elbow, wideElbow, torus, sphere, tube, bore;
+    ASSERT_OK(cylinder.createFrustum(2.0, 0.5, 0.5, 0.5));
+    ASSERT_OK(cone.createFrustum(3.0, 1.0, 1.0, 0.0));
+    ASSERT_OK(elbow.extrudeAlongPath(circleRegion({3, 0, 0}, {0, 1, 0}, 0.5),
+                                     ArcCurve{{0, 0, 0}, {0, 0, 1}, {1, 0, 0}, 3.0, 0, kPi / 2},
+                                     0.0));
+    // An arc of 300 degrees: the tube's outermost points lie inside the face, not on its rims.
+    ASSERT_OK(wideElbow.extrudeAlongPath(
+        circleRegion({3, 0, 0}, {0, 1, 0}, 0.5),
+        ArcCurve{{0, 0, 0}, {0, 0, 1}, {1, 0, 0}, 3.0, 0, 5 * kPi / 3}, 0.0));
+    ASSERT_OK(torus.createTorus(3.0, 1.0));
+    ASSERT_OK(sphere.createSphere(1.5));
+    ASSERT_OK(tube.createFrustum(4.0, 1.0, 1.0, 1.0));
+    ASSERT_OK(bore.createFrustum(5.0, 0.6, 0.6, 0.6));
+    ASSERT_OK(tube.booleanOper(BoolOperType::kBoolSubtract, bore));
+    for (auto [name, solid, size] :
+         {std::tuple{"cylinder", &cylinder, 2.0}, std::tuple{"cone", &cone, 3.0},
+          std::tuple{"elbow", &elbow, 4.0}, std::tuple{"wide elbow", &wideElbow, 4.0},
+          std::tuple{"torus", &torus, 4.0}, std::tuple{"sphere", &sphere, 2.0},
+          std::tuple{"bored tube", &tube, 4.0}}) {
+        for (bool turned : {false, true}) {
+            SCOPED_TRACE(std::string(name) + (turned ? ", turned" : ""));
+            if (turned) {
+                ASSERT_OK(solid->transformBy(turn));
+            }
+            // Every face of these takes its closed form, not the search.
+            for (const TopoDS_Face& face : facesOf(Access::shape(*solid))) {
+                Bnd_Box scratch;
+                EXPECT_TRUE(addExactFaceBox(face, scratch));
+            }
+            Extents exact;
+            ASSERT_OK(solid->getGeomExtents(exact));
+            const Extents search = searched(*solid);
+            EXPECT_TRUE(samePoint(search.min, exact.min, size, 1e-7));
+            EXPECT_TRUE(samePoint(search.max, exact.max, size, 1e-7));
+        }
+    }
+}
+
+} // namespace
+} // namespace solidstest
