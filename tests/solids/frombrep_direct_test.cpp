@@ -11,8 +11,19 @@
 namespace solidstest {
 namespace {
 
-TopoDS_Shape direct(const Solid& solid) {
-    return directSolidOf(solid.brep());
+TopoDS_Shape direct(const Brep& brep) {
+    double volume = 0.0;
+    return directSolidOf(brep, volume);
+}
+
+// The volume the direct build works out in closed form is the kernel's integral of the body.
+void expectVolumeOf(const Brep& brep, const Solid& original, double size) {
+    double volume = 0.0;
+    const TopoDS_Shape shape = directSolidOf(brep, volume);
+    ASSERT_FALSE(shape.IsNull());
+    EXPECT_TRUE(BRepCheck_Analyzer(shape).IsValid());
+    EXPECT_TRUE(near(volumeOf(original), volume, size * size * size));
+    EXPECT_TRUE(near(arxsolids::volumeOf(shape), volume, size * size * size));
 }
 
 struct Sample {
@@ -64,16 +75,21 @@ std::vector<Sample> samples() {
 }
 
 TEST(FromBrepDirect, WhatTheHostWritesComesBackValidAndWhole) {
-    for (const Sample& s : samples()) {
-        SCOPED_TRACE(s.name);
-        const TopoDS_Shape shape = direct(s.solid);
-        ASSERT_FALSE(shape.IsNull());
-        EXPECT_TRUE(BRepCheck_Analyzer(shape).IsValid());
-        // The rebuilt solid measures as the original does, and turns the same way out.
-        Solid copy;
-        ASSERT_OK(copy.createFromBrep(s.solid.brep()));
-        expectSameBody(s.solid, copy, s.size);
-        EXPECT_GT(arxsolids::volumeOf(shape), 0.0);
+    // As made, and turned about an axis away from the origin (the closed forms of the volume
+    // have terms in the place of the surface).
+    const Matrix turn = Matrix::rotation(0.7, {1, 2, 3}, {4, -1, 2});
+    for (Sample& s : samples()) {
+        for (bool turned : {false, true}) {
+            SCOPED_TRACE(std::string(s.name) + (turned ? ", turned" : ""));
+            if (turned) {
+                ASSERT_OK(s.solid.transformBy(turn));
+            }
+            expectVolumeOf(s.solid.brep(), s.solid, s.size + 10);
+            // The rebuilt solid measures as the original does, and turns the same way out.
+            Solid copy;
+            ASSERT_OK(copy.createFromBrep(s.solid.brep()));
+            expectSameBody(s.solid, copy, s.size);
+        }
     }
 }
 
@@ -95,9 +111,7 @@ TEST(FromBrepDirect, EdgesDescribedTheOtherWayRoundGiveTheSameBody) {
             for (BrepLoop& loop : f.loops)
                 for (BrepCoedge& c : loop.coedges)
                     c.reversed ^= true;
-        const TopoDS_Shape shape = directSolidOf(brep);
-        ASSERT_FALSE(shape.IsNull());
-        EXPECT_TRUE(BRepCheck_Analyzer(shape).IsValid());
+        expectVolumeOf(brep, s.solid, s.size);
         Solid copy;
         ASSERT_OK(copy.createFromBrep(brep));
         expectSameBody(s.solid, copy, s.size);
@@ -149,9 +163,9 @@ TEST(FromBrepDirect, BoundariesThatDoNotHoldTogetherAreLeftToTheGeneralRebuild) 
     for (const auto& [name, solid, spoil] : spoilers) {
         SCOPED_TRACE(name);
         Brep brep = solid->brep();
-        ASSERT_FALSE(directSolidOf(brep).IsNull());
+        ASSERT_FALSE(direct(brep).IsNull());
         spoil(brep);
-        EXPECT_TRUE(directSolidOf(brep).IsNull());
+        EXPECT_TRUE(direct(brep).IsNull());
     }
 }
 

@@ -292,19 +292,13 @@ Status Solid::createFromBrep(const Brep& brep) {
     return guarded([&] {
         // What the host writes itself (and most of what others write) needs none of the work
         // below: sewing, the validity check and the healing cost many times the making.
-        if (TopoDS_Shape direct = directSolidOf(brep); !direct.IsNull()) {
-            // Its volume turns it outward, and is kept: the export asks for it again.
-            GProp_GProps props;
-            volumeProperties(direct, props);
-            if (props.Mass() < 0.0) {
-                direct.Reverse();
-                props = GProp_GProps();
-                volumeProperties(direct, props);
-            }
+        double volume = 0.0;
+        if (TopoDS_Shape direct = directSolidOf(brep, volume); !direct.IsNull()) {
+            // Its volume, from the faces' closed forms, turns it outward.
+            if (volume < 0.0) direct.Reverse();
             const double size = roughSizeOf(direct);
-            if (props.Mass() > 1e-12 * size * size * size) {
+            if (std::abs(volume) > 1e-12 * size * size * size) {
                 Access::shape(*this) = direct;
-                Access::measures(*this)->volume = props;
                 return Status::eOk;
             }
         }

@@ -19,6 +19,7 @@
 #include <Geom_CylindricalSurface.hxx>
 #include <Geom_Line.hxx>
 #include <Geom_Plane.hxx>
+#include <Geom_SphericalSurface.hxx>
 #include <Geom_ToroidalSurface.hxx>
 #include <Precision.hxx>
 #include <TopoDS.hxx>
@@ -56,6 +57,37 @@ bool parametersOn(const Handle(Geom_Surface) & surface, const gp_Pnt& p, double&
     else
         return false;
     return std::isfinite(u) && std::isfinite(v);
+}
+
+// The flux of the position vector out through a face of revolution, whole around its axis (or
+// tube) between parameters lo and hi, on the surface's own side. Summed over a closed shell it
+// is three times the volume (the divergence theorem); these are its closed forms.
+double revolvedFlux(const Handle(Geom_Surface) & surface, double lo, double hi) {
+    if (auto cylinder = Handle(Geom_CylindricalSurface)::DownCast(surface)) {
+        const double r = cylinder->Radius();
+        return kTwoPi * r * r * (hi - lo);
+    }
+    if (auto cone = Handle(Geom_ConicalSurface)::DownCast(surface)) {
+        // Over a whole turn the flux at height v is 2 pi rho(v) (R cos a - sin a (O . Z)), with
+        // rho(v) = R + v sin a the radius there.
+        const gp_Cone c = cone->Cone();
+        const double R = c.RefRadius(), sa = std::sin(c.SemiAngle()), ca = std::cos(c.SemiAngle());
+        const double oz = c.Position().Location().XYZ().Dot(c.Position().Direction().XYZ());
+        return kTwoPi * (R * ca - sa * oz) * (R * (hi - lo) + sa * (hi * hi - lo * lo) / 2);
+    }
+    if (auto torus = Handle(Geom_ToroidalSurface)::DownCast(surface)) {
+        // Around the tube: pi r^2 (C . e(u)) + 3 pi R r^2 at angle u; e(u) integrates to
+        // sin u X - cos u Y.
+        const gp_Ax3 pos = torus->Position();
+        const double R = torus->MajorRadius(), r = torus->MinorRadius();
+        const auto integral = [&](double u) {
+            return pos.XDirection().XYZ() * std::sin(u) - pos.YDirection().XYZ() * std::cos(u);
+        };
+        const gp_XYZ centre = pos.Location().XYZ();
+        return M_PI * r * r * centre.Dot(integral(hi) - integral(lo)) +
+               3 * M_PI * R * r * r * (hi - lo);
+    }
+    return std::nan("");
 }
 
 // Each edge bounds two faces, run once each way: the shell is closed, and its faces turn the
@@ -112,21 +144,26 @@ class DirectBuilder {
 public:
     explicit DirectBuilder(const Brep& brep) : brep_(brep) {}
 
-    TopoDS_Shape build() {
+    // The solid, and its volume (negative when its faces turn inward) worked out as it is built.
+    TopoDS_Shape build(double& volume) {
         if (brep_.faces.empty() || !edgesRunOnceEachWay(brep_) || !connected(brep_)) return {};
         if (buildEdges(brep_, vertices_, edges_) != Status::eOk) return {};
         TopoDS_Shell shell;
         builder_.MakeShell(shell);
+        double flux = 0.0;
         for (const BrepFace& f : brep_.faces) {
             TopoDS_Face face;
-            if (!makeFace(f, face)) return {};
+            faceFlux_ = 0.0;
+            if (!makeFace(f, face) || !std::isfinite(faceFlux_)) return {};
             if (f.reversed) face.Reverse();
+            flux += f.reversed ? -faceFlux_ : faceFlux_;
             builder_.Add(shell, face);
         }
         shell.Closed(true);
         TopoDS_Solid solid;
         builder_.MakeSolid(solid);
         builder_.Add(solid, shell);
+        volume = flux / 3;
         return solid;
     }
 
@@ -142,6 +179,12 @@ private:
             BRepBuilderAPI_MakeFace maker(surface, Precision::Confusion());
             if (!maker.IsDone()) return false;
             face = maker.Face();
+            if (auto sphere = Handle(Geom_SphericalSurface)::DownCast(surface)) {
+                const double r = sphere->Radius();
+                faceFlux_ = 4 * M_PI * r * r * r;
+            } else {
+                faceFlux_ = revolvedFlux(surface, 0.0, kTwoPi);
+            }
             return true;
         }
         switch (f.surface.kind) {
@@ -199,6 +242,8 @@ private:
                 area /= 2;
             }
             if (loop.outer != (area > 0.0) || area == 0.0) return false;
+            // Through a plane the flux is its distance from the origin times its area.
+            faceFlux_ += area * pln.Location().XYZ().Dot(pln.Axis().Direction().XYZ());
             outers += loop.outer;
             wire.Closed(true);
             builder_.Add(face, wire);
@@ -320,6 +365,7 @@ private:
         } else if (!(hi > lo)) {
             return false;
         }
+        faceFlux_ = revolvedFlux(surface, lo, hi);
         const double seamAt = low.start;
         const TopoDS_Vertex vLow = vertexOf(low.edge), vHigh = vertexOf(high.edge);
         TopoDS_Edge seam;
@@ -361,6 +407,7 @@ private:
         builder_.MakeVertex(apex, c.Apex(), Precision::Confusion());
         const double seamAt = rim.start;
         const double lo = std::min(rim.fixed, apexV), hi = std::max(rim.fixed, apexV);
+        faceFlux_ = revolvedFlux(cone, lo, hi);
         const TopoDS_Vertex vRim = vertexOf(rim.edge);
         TopoDS_Edge seam;
         if (!seamEdge(cone, false, seamAt, lo, hi, rimLow ? vRim : apex, rimLow ? apex : vRim, face,
@@ -468,15 +515,16 @@ private:
 
     const Brep& brep_;
     BRep_Builder builder_;
+    double faceFlux_ = 0.0; // of the face being built, on its surface's own side
     std::vector<TopoDS_Vertex> vertices_;
     std::vector<TopoDS_Edge> edges_;
 };
 
 } // namespace
 
-TopoDS_Shape directSolidOf(const Brep& brep) {
+TopoDS_Shape directSolidOf(const Brep& brep, double& volume) {
     try {
-        return DirectBuilder(brep).build();
+        return DirectBuilder(brep).build(volume);
     } catch (const Standard_Failure&) {
         return {};
     }
