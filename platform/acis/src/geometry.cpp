@@ -120,9 +120,9 @@ struct SplineBlock {
 // singularity) this reader does not need.
 SplineBlock readSplineHead(Fields& f, int degrees, int* second) {
     SplineBlock b;
-    const std::string& form = f.token("spline form");
+    const std::string_view form = f.token("spline form");
     if (form != "nurbs" && form != "nubs")
-        f.fail("spline form must be nurbs or nubs, not '" + form + "'");
+        f.fail("spline form must be nurbs or nubs, not '" + std::string(form) + "'");
     b.rational = form == "nurbs";
     b.degree = f.count("degree", kMaxDegree);
     if (degrees == 2) *second = f.count("degree", kMaxDegree);
@@ -160,7 +160,7 @@ void readPoles(Fields& f, std::size_t count, bool rational, std::vector<Vec3>& p
 void skipSubtype(Fields& f) {
     int depth = 1;
     while (depth > 0) {
-        const std::string& t = f.token("closing brace");
+        const std::string_view t = f.token("closing brace");
         depth += (t == "{") - (t == "}");
     }
 }
@@ -169,8 +169,8 @@ SurfaceRead readSpline(Fields& f) {
     SurfaceRead out;
     out.flipped = f.word("sense", "reversed", "forward");
     if (f.token("subtype") != "{") f.fail("a spline surface's data must start with '{'");
-    const std::string& kind = f.token("subtype name");
-    if (kind != "exactsur") throw Unrepresentable("a spline surface of kind " + kind);
+    const std::string_view kind = f.token("subtype name");
+    if (kind != "exactsur") throw Unrepresentable("a spline surface of kind " + std::string(kind));
     f.skip("save level");
     arxsolids::SplineSurfaceDesc& d = out.desc.spline;
     out.desc.kind = SurfaceKind::kOther;
@@ -188,8 +188,8 @@ SurfaceRead readSpline(Fields& f) {
 }
 
 using SurfaceReader = SurfaceRead (*)(Fields&);
-const std::map<std::string, SurfaceReader>& surfaceReaders() {
-    static const std::map<std::string, SurfaceReader> table{
+const std::map<std::string, SurfaceReader, std::less<>>& surfaceReaders() {
+    static const std::map<std::string, SurfaceReader, std::less<>> table{
         {"plane-surface", readPlane},   {"cone-surface", readCone},
         {"sphere-surface", readSphere}, {"torus-surface", readTorus},
         {"spline-surface", readSpline},
@@ -231,8 +231,8 @@ Curve readIntcurve(Fields& f, const EdgeRun& run) {
     const bool curveReversed = f.word("sense", "reversed", "forward");
     const bool backwards = curveReversed != run.reversed;
     if (f.token("subtype") != "{") f.fail("an intcurve's data must start with '{'");
-    const std::string& kind = f.token("subtype name");
-    if (kind != "exactcur") throw Unrepresentable("an intcurve of kind " + kind);
+    const std::string_view kind = f.token("subtype name");
+    if (kind != "exactcur") throw Unrepresentable("an intcurve of kind " + std::string(kind));
     f.skip("save level");
     arxsolids::SplineCurve c;
     const SplineBlock head = readSplineHead(f, 1, nullptr);
@@ -258,8 +258,8 @@ Curve readIntcurve(Fields& f, const EdgeRun& run) {
 }
 
 using CurveReader = Curve (*)(Fields&, const EdgeRun&);
-const std::map<std::string, CurveReader>& curveReaders() {
-    static const std::map<std::string, CurveReader> table{
+const std::map<std::string, CurveReader, std::less<>>& curveReaders() {
+    static const std::map<std::string, CurveReader, std::less<>> table{
         {"straight-curve", readStraight},
         {"ellipse-curve", readEllipse},
         {"intcurve-curve", readIntcurve},
@@ -360,7 +360,8 @@ std::string formatNumber(double value) {
 SurfaceRead readSurface(const SatDocument& doc, int index) {
     Fields f(doc, index);
     const auto it = surfaceReaders().find(f.record().name);
-    if (it == surfaceReaders().end()) throw Unrepresentable("a face on a " + f.record().name);
+    if (it == surfaceReaders().end())
+        throw Unrepresentable("a face on a " + std::string(f.record().name));
     f.skipCommon();
     return it->second(f);
 }
@@ -368,7 +369,8 @@ SurfaceRead readSurface(const SatDocument& doc, int index) {
 Curve readCurve(const SatDocument& doc, int index, const EdgeRun& run) {
     Fields f(doc, index);
     const auto it = curveReaders().find(f.record().name);
-    if (it == curveReaders().end()) throw Unrepresentable("an edge on a " + f.record().name);
+    if (it == curveReaders().end())
+        throw Unrepresentable("an edge on a " + std::string(f.record().name));
     f.skipCommon();
     return it->second(f, run);
 }

@@ -1,8 +1,10 @@
 // SAT text as records: the header, then one record per entity with its fields as tokens.
 #pragma once
 
+#include <cstdint>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace acis {
@@ -13,10 +15,11 @@ struct SatError : std::runtime_error {
     int line;
 };
 
+// Names and fields are views into the text the document was parsed from.
 struct Record {
-    std::string name;
+    std::string_view name;
     int line = 0;
-    std::vector<std::string> fields; // after the name; strings without their length prefix
+    std::uint32_t first = 0, count = 0; // its fields in the document's tokens
 };
 
 struct SatDocument {
@@ -25,10 +28,13 @@ struct SatDocument {
     int declaredBodies = 0;
     double unitsInMm = 1.0;
     std::vector<Record> records;
+    std::vector<std::string_view> tokens; // the fields after each record's name, in order; strings
+                                          // without their length prefix
 };
 
-// Splits SAT text into records. Throws SatError for a missing or short header, a record that
-// does not end in '#', a string running past its line, or text without the end marker.
+// Splits SAT text into records, without copying it: the document reads the text, which must
+// outlive it. Throws SatError for a missing or short header, a record that does not end in '#',
+// a string running past its line, or text without the end marker.
 SatDocument parseSat(const std::string& text);
 
 // Reads the fields of one record in order; every read names the field in its error.
@@ -47,16 +53,16 @@ public:
     // An interval end: "I" (unbounded) or "F value".
     void bound(const char* field);
     void skip(const char* field) { next(field); }
-    const std::string& token(const char* field) { return next(field); }
+    std::string_view token(const char* field) { return next(field); }
     // Whether the next field reads as a number (false at the record's end).
     bool nextIsNumber() const;
-    std::size_t remaining() const { return record_->fields.size() - at_; }
+    std::size_t remaining() const { return record_->count - at_; }
     int count(const char* field, int max); // a whole number in [0, max]
     void skipCommon(); // attribute, history number and pattern, as every entity starts
     [[noreturn]] void fail(const std::string& what) const;
 
 private:
-    const std::string& next(const char* field);
+    std::string_view next(const char* field);
     const SatDocument* doc_;
     const Record* record_;
     int index_;
