@@ -1,6 +1,5 @@
 #include "text.h"
 
-#include <cctype>
 #include <charconv>
 #include <cmath>
 #include <cstdlib>
