@@ -37,10 +37,10 @@ Status shapeArea(const TopoDS_Shape& shape, double& area) {
     });
 }
 
-Brep shapeBrep(const TopoDS_Shape& shape) {
+Brep shapeBrep(const TopoDS_Shape& shape, Primitive kind) {
     Brep brep;
     guarded([&] {
-        brep = walkBrep(shape);
+        brep = kind == Primitive::kNone ? walkBrep(shape) : walkPrimitive(shape, kind);
         return Status::eOk;
     });
     return brep;
