@@ -8,6 +8,7 @@
 #include <arx/dbsol3d.h>
 #include <arx/dxfkind.h>
 
+#include <iterator>
 #include <stdexcept>
 #include <unordered_map>
 
@@ -95,9 +96,12 @@ void appendBody(Tags& out, const AcDbObject& object, const FileData& data) {
     body.reserve(3 * items.size()); // a point is three groups
     appendTags(body, items, flat);
     // The model text of a solid or region closes the modeller's part.
-    const Tags model = modelTags(object);
+    Tags model = modelTags(object);
     const auto endPart = [&] {
-        if (marker == "AcDbModelerGeometry") out.insert(out.end(), model.begin(), model.end());
+        // One modeller part a record: its text moves in rather than being copied.
+        if (marker == "AcDbModelerGeometry")
+            out.insert(out.end(), std::make_move_iterator(model.begin()),
+                       std::make_move_iterator(model.end()));
         appendExtras(out, extras, marker);
     };
     for (Tag& t : body) {
