@@ -80,13 +80,20 @@ std::string satFromTags(const Tags& tags) {
 
 Tags tagsFromSat(const std::string& sat) {
     Tags tags;
+    tags.reserve(size_t(std::count(sat.begin(), sat.end(), '\n')) + 1);
     size_t start = 0;
     while (start < sat.size()) {
         size_t end = sat.find('\n', start);
         if (end == std::string::npos) end = sat.size();
         std::string_view line(sat.data() + start, end - start);
         if (!line.empty() && line.back() == '\r') line.remove_suffix(1);
-        const std::string coded = encodeLine(line);
+        std::string coded = encodeLine(line);
+        start = end + 1;
+        // Most lines are one group: the coded line itself.
+        if (coded.size() <= kMaxLine) {
+            tags.push_back({1, std::move(coded)});
+            continue;
+        }
         // A coded 'A' is two characters: never split between them.
         size_t pos = 0;
         int code = 1;
@@ -99,7 +106,6 @@ Tags tagsFromSat(const std::string& sat) {
             pos += take;
             code = 3;
         } while (pos < coded.size());
-        start = end + 1;
     }
     return tags;
 }
