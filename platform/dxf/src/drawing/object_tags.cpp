@@ -73,8 +73,9 @@ void appendHead(Tags& out, const std::string& type, const AcDbObject& object, Ac
     out.push_back({330, handleText(owner)});
 }
 
-// Groups 1 and 3 of a solid's or region's body in SAT text; none for other objects. A body the
-// codec cannot write stops the save, which then leaves the old file as it was.
+// Groups 1 and 3 of a solid's or region's body in SAT text, already formatted; none for other
+// objects. A body the codec cannot write stops the save, which then leaves the old file as it
+// was.
 Tags modelTags(const AcDbObject& object) {
     if (!AcDb3dSolid::cast(&object) && !AcDbRegion::cast(&object)) return {};
     std::string sat, message;
@@ -82,7 +83,7 @@ Tags modelTags(const AcDbObject& object) {
         throw std::runtime_error("entity " + formatHandle(Adesk::UInt64(object.handle())) + " (" +
                                  toUtf8(object.isA()->name()) +
                                  "): its solid model cannot be written: " + message);
-    return tagsFromSat(sat);
+    return {{kFormattedGroups, formattedSatGroups(sat)}};
 }
 
 void appendBody(Tags& out, const AcDbObject& object, const FileData& data) {
