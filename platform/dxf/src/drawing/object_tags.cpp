@@ -83,7 +83,9 @@ Tags modelTags(const AcDbObject& object) {
         throw std::runtime_error("entity " + formatHandle(Adesk::UInt64(object.handle())) + " (" +
                                  toUtf8(object.isA()->name()) +
                                  "): its solid model cannot be written: " + message);
-    return {{kFormattedGroups, formattedSatGroups(sat)}};
+    Tags model(1); // not from a list, which would copy the text
+    model[0] = {kFormattedGroups, formattedSatGroups(sat)};
+    return model;
 }
 
 void appendBody(Tags& out, const AcDbObject& object, const FileData& data) {
