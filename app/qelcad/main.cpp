@@ -128,8 +128,9 @@ void startHost(const Options& o) {
             throw Failure{2, "cannot load module " + name};
 }
 
-void stopHost() {
-    qelhost::closeAllDocuments();
+// With `atExit` the process ends next: the drawings' memory is not freed object by object.
+void stopHost(bool atExit = false) {
+    qelhost::closeAllDocuments(atExit);
     qelhost::unloadAllModules();
     win::Transcript::instance().setFile("");
 }
@@ -278,7 +279,7 @@ int importCommand(const Options& o) {
         stopHost();
         throw;
     }
-    stopHost();
+    stopHost(true);
     return 0;
 }
 

@@ -11,6 +11,8 @@ namespace {
 
 constexpr std::size_t kTextBuffer = 1000;
 
+unsigned g_countedHere = 0;
+
 void offerSuppression(const wchar_t* text) {
     if (QelErrorsSuppressed()) return;
     CString question(text);
@@ -51,10 +53,15 @@ void QelReportErrorNoLog(LPCWSTR text) {
 }
 
 bool QelCountError() {
+    ++g_countedHere;
     DWORD count = 0;
     ReadNumber(QEL_SETTINGS_KEY, L"ImportErrorCount", count);
     WriteNumber(QEL_SETTINGS_KEY, L"ImportErrorCount", count + 1);
     return true;
+}
+
+unsigned QelErrorsCountedHere() {
+    return g_countedHere;
 }
 
 bool QelGetErrorCount(unsigned& count) {

@@ -18,6 +18,9 @@ bool QelErrorsSuppressed();
 // Adds one to "ImportErrorCount" of the settings store. Always true.
 bool QelCountError();
 bool QelGetErrorCount(unsigned& count);
+// How many times this process called QelCountError: whether a step counted an error of its own,
+// without reading the settings store around every step.
+unsigned QelErrorsCountedHere();
 
 // Alerts with the status text: "%s\n(ERROR:<%s>" of the text and the status, or the text alone.
 void QelAlertStatus(Acad::ErrorStatus status, LPCWSTR text);

@@ -41,8 +41,7 @@ std::wstring NarrowAsWide(const char* name) {
 // only; it is counted once, unless the creator counted an error of its own meanwhile.
 QelCreated createGuarded(QelCreator creator, QelObject* object, void* parent,
                          unsigned char asAcisSolids, unsigned reference, const CString* fileName) {
-    unsigned before = 0;
-    QelGetErrorCount(before);
+    const unsigned before = QelErrorsCountedHere();
     QelReadingObject reading(object->GetName(), reference);
     QelCreated created = QelCreated::Done;
     try {
@@ -53,11 +52,8 @@ QelCreated createGuarded(QelCreator creator, QelObject* object, void* parent,
         QelReportError(text);
         created = QelCreated::Failed;
     }
-    if (created != QelCreated::Failed && reading.Refused()) {
-        unsigned after = 0;
-        QelGetErrorCount(after);
-        if (after == before) QelCountError();
-    }
+    if (created != QelCreated::Failed && reading.Refused() && QelErrorsCountedHere() == before)
+        QelCountError();
     return created;
 }
 

@@ -132,6 +132,16 @@ TEST_F(Helpers, PoseTurnsAboutTheObjectsOriginAndTheImportTransformUndoesTheChos
     expectPoint(line->startPoint(), 0, 0, 0);
     expectPoint(line->endPoint(), 1, 0, 0);
     delete line;
+    // Each import applies the system chosen for it, not one seen before.
+    doc.selectedTranslation[0] = 0.0;
+    doc.selectedRotation[3] = 0.0;
+    AcDbLine still(AcGePoint3d(10, 0, 0), AcGePoint3d(10, 1, 0));
+    ApplyImportTransform(&still);
+    expectPoint(still.startPoint(), 10, 0, 0);
+    doc.selectedTranslation[1] = -2.0;
+    ApplyImportTransform(&still);
+    expectPoint(still.startPoint(), 10, 2, 0);
+    doc.selectedTranslation[1] = 0.0;
 }
 
 TEST_F(Helpers, ColourComesFromTheAppearanceOrTheLayerAndExclusionMembersHide) {

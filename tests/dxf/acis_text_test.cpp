@@ -2,9 +2,12 @@
 #include "../../platform/dxf/src/drawing/acis_text.h"
 
 #include <dxf/raw_document.h>
+#include <dxf/tag_io.h>
 #include <gtest/gtest.h>
 
 #include "drawing_test.h"
+
+#include <sstream>
 
 namespace {
 
@@ -39,6 +42,12 @@ TEST(AcisText, CapitalALongLinesAndEveryPrintableCharacterComeBack) {
         EXPECT_LE(t.value.size(), 255u);
     EXPECT_EQ(tags[2].code, 3) << "a long line goes on in group 3";
     EXPECT_EQ(dxf::satFromTags(tags), sat);
+    // Written out at once, the groups are what the tags give one by one.
+    std::ostringstream one, each;
+    dxf::TagWriter(one).write(dxf::Tags{{dxf::kFormattedGroups, dxf::formattedSatGroups(sat)}});
+    dxf::TagWriter(each).write(tags);
+    EXPECT_EQ(one.str(), each.str());
+    EXPECT_NE(one.str().find("  3\n"), std::string::npos);
 }
 
 } // namespace

@@ -62,6 +62,20 @@ TEST_F(Documents, ReactorsHearCreationAndDestructionUntilRemoved) {
                                                         L"destroyed Drawing2.dwg with database"}));
 }
 
+TEST_F(Documents, ClosingAllAtTheProcesssEndTellsEveryoneAsAnyClosing) {
+    Recorder recorder;
+    acDocManagerPtr()->addReactor(&recorder);
+    qelhost::newDocument();
+    qelhost::closeAllDocuments(true);
+    acDocManagerPtr()->removeReactor(&recorder);
+    EXPECT_EQ(curDoc(), nullptr);
+    EXPECT_EQ(acDocManagerPtr()->documentCount(), 0);
+    EXPECT_EQ(recorder.seen, (std::vector<std::wstring>{L"created Drawing2.dwg",
+                                                        L"destroyed Drawing2.dwg with database",
+                                                        L"destroyed Drawing1.dwg with database"}));
+    EXPECT_EQ(qelhost::runCommand(L"NEW"), RTNORM);
+}
+
 TEST_F(Documents, CommandsNeedAnOpenDrawing) {
     qelhost::closeAllDocuments();
     EXPECT_EQ(curDoc(), nullptr);

@@ -19,6 +19,18 @@ QelCreated failedAndTold(QelObject*, void*, int, unsigned char, unsigned, const 
     return QelCreated::FailedReported;
 }
 
+// Refuses a value, as a creator whose param is out of range does; the second also counts an
+// error of its own.
+QelCreated refusing(QelObject*, void*, int, unsigned char, unsigned, const CString*) {
+    QelRefuseValue("radius", -1.0, "must be positive");
+    return QelCreated::Done;
+}
+QelCreated refusingAndCounting(QelObject*, void*, int, unsigned char, unsigned, const CString*) {
+    QelRefuseValue("radius", -1.0, "must be positive");
+    QelCountError();
+    return QelCreated::Done;
+}
+
 class DispatchTest : public ImportTest {
 protected:
     void dispatch(const char* className) {
@@ -74,6 +86,20 @@ TEST_F(DispatchTest, AFailingCreatorIsReportedCountedAndLogged) {
     EXPECT_EQ(errorCount(), 2u);
     EXPECT_EQ(logText(), "\n      Returned Error Processing Object!\n"
                          "\n      Returned Error Processing Object!\n");
+}
+
+TEST_F(DispatchTest, ARefusedValueIsCountedOnceWhoeverCountsIt) {
+    answer("");
+    ASSERT_TRUE(WriteNumber(QEL_SETTINGS_KEY, L"SurpressErrorMessages", 1)); // no boxes
+    {
+        const QelCreatorSwap swap(refusing, "Sphere");
+        dispatch("Sphere");
+        EXPECT_EQ(errorCount(), 1u) << "the dispatcher counts what the creator did not";
+    }
+    const QelCreatorSwap swap(refusingAndCounting, "Sphere");
+    dispatch("Sphere");
+    dispatch("Sphere");
+    EXPECT_EQ(errorCount(), 3u) << "a creator that counted its refusal is not counted again";
 }
 
 } // namespace

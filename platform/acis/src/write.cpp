@@ -12,48 +12,85 @@ namespace {
 
 using arxsolids::Brep;
 
-// Faces joined through shared edges, as lists of face indices.
-std::vector<std::vector<int>> lumpsOf(const Brep& brep) {
+// Lists of numbers kept from one body to the next, so that writing a body makes no room for
+// them anew: each list is a run of numbers per item, `start` telling where each run begins.
+struct Runs {
+    std::vector<int> start{0}, values;
+    std::size_t size() const { return start.size() - 1; }
+    int* begin(std::size_t i) { return values.data() + start[i]; }
+    int count(std::size_t i) const { return start[i + 1] - start[i]; }
+    int& at(std::size_t i, int k) { return values[std::size_t(start[i] + k)]; }
+};
+
+struct Workspace {
+    std::vector<int> parent, faceOfEdge, lumpOfRoot;
+    Runs lumps;
+    std::vector<int> faceId, surfaceId, shellOfFace, firstLoopOfFace, firstCoedgeOfLoop;
+    std::vector<int> loopIds, coedgeIds, ringPairs, edgeId, curveId;
+    std::vector<int> vertexId, pointId, edgeOfVertex, lumpId, shellId;
+    Runs rings;
+    std::vector<std::pair<std::size_t, std::size_t>> spans;
+    std::string pool;
+};
+
+// Faces joined through shared edges: the faces of each lump ascending, lumps in the order of
+// their first face.
+void lumpsOf(const Brep& brep, Workspace& w) {
     const int n = static_cast<int>(brep.faces.size());
-    std::vector<int> parent(n);
+    std::vector<int>& parent = w.parent;
+    parent.resize(std::size_t(n));
     std::iota(parent.begin(), parent.end(), 0);
     const auto root = [&](int i) {
         while (parent[i] != i)
             i = parent[i] = parent[parent[i]];
         return i;
     };
-    std::vector<int> faceOfEdge(brep.edges.size(), -1);
+    w.faceOfEdge.assign(brep.edges.size(), -1);
     for (int f = 0; f < n; ++f)
         for (const auto& loop : brep.faces[f].loops)
             for (const auto& c : loop.coedges) {
                 if (c.edge < 0 || c.edge >= static_cast<int>(brep.edges.size()))
                     throw Unrepresentable("a coedge names no edge");
-                int& other = faceOfEdge[c.edge];
+                int& other = w.faceOfEdge[c.edge];
                 if (other >= 0) parent[root(f)] = root(other);
                 other = f;
             }
-    std::vector<std::vector<int>> lumps;
-    std::vector<int> lumpOfRoot(n, -1);
+    // Lumps numbered as their first faces come; each lump's faces ascending.
+    w.lumpOfRoot.assign(std::size_t(n), -1);
+    std::vector<int>& count = w.lumps.start;
+    count.assign(1, 0);
     for (int f = 0; f < n; ++f) {
-        int& l = lumpOfRoot[root(f)];
-        if (l < 0) l = static_cast<int>(lumps.size()), lumps.emplace_back();
-        lumps[l].push_back(f);
+        int& l = w.lumpOfRoot[root(f)];
+        if (l < 0) l = static_cast<int>(count.size()) - 1, count.push_back(0);
+        ++count[std::size_t(l) + 1];
     }
-    return lumps;
+    for (std::size_t l = 1; l < count.size(); ++l)
+        count[l] += count[l - 1];
+    std::vector<int>& next = w.faceOfEdge;
+    next.assign(count.begin(), count.end() - 1);
+    w.lumps.values.resize(std::size_t(n));
+    for (int f = 0; f < n; ++f)
+        w.lumps.values[std::size_t(next[std::size_t(w.lumpOfRoot[root(f)])]++)] = f;
 }
 
-std::string dateLine() {
+const std::string& dateLine() {
     // A fixed moment when the build asks for reproducible output.
     std::time_t now = std::time(nullptr);
     if (const char* epoch = std::getenv("SOURCE_DATE_EPOCH")) now = std::atoll(epoch);
+    // Bodies written in the same second share the line.
+    static thread_local std::time_t lineTime = -1;
+    static thread_local std::string line;
+    if (now == lineTime && !line.empty()) return line;
     std::tm utc{};
     gmtime_r(&now, &utc);
     char date[64];
     std::strftime(date, sizeof date, "%a %b %d %H:%M:%S %Y", &utc);
     const std::string product = "qelcad", version = "ACIS 32.0 NT";
-    return "@" + std::to_string(product.size()) + " " + product + " @" +
+    line = "@" + std::to_string(product.size()) + " " + product + " @" +
            std::to_string(version.size()) + " " + version + " @" +
            std::to_string(std::char_traits<char>::length(date)) + " " + date + " ";
+    lineTime = now;
+    return line;
 }
 
 // Record numbers, handed out in the order the records are written.
@@ -66,7 +103,10 @@ struct Layout {
 
 std::string writeSat(const Brep& brep, bool region) {
     if (brep.faces.empty()) throw Unrepresentable("a body without faces");
-    const std::vector<std::vector<int>> lumps = lumpsOf(brep);
+    static thread_local Workspace w;
+    lumpsOf(brep, w);
+    Runs& lumps = w.lumps;
+    const std::size_t nLumps = lumps.size();
     const int nFaces = static_cast<int>(brep.faces.size());
     const int nEdges = static_cast<int>(brep.edges.size());
     const int nVertices = static_cast<int>(brep.vertices.size());
@@ -75,34 +115,74 @@ std::string writeSat(const Brep& brep, bool region) {
             e.endVertex >= nVertices)
             throw Unrepresentable("an edge names no vertex");
 
+    // Where each face's loops and each loop's coedges begin among all of them.
+    w.firstLoopOfFace.assign(1, 0);
+    w.firstCoedgeOfLoop.assign(1, 0);
+    for (const auto& face : brep.faces) {
+        for (const auto& loop : face.loops)
+            w.firstCoedgeOfLoop.push_back(w.firstCoedgeOfLoop.back() +
+                                          static_cast<int>(loop.coedges.size()));
+        w.firstLoopOfFace.push_back(w.firstLoopOfFace.back() + static_cast<int>(face.loops.size()));
+    }
+    const auto loopsOf = [&](int f) { return w.firstLoopOfFace[f + 1] - w.firstLoopOfFace[f]; };
+    const auto loopId = [&](int f, int k) {
+        return w.loopIds[std::size_t(w.firstLoopOfFace[f] + k)];
+    };
+    const auto coedgesOf = [&](int f, int k) {
+        const int loop = w.firstLoopOfFace[f] + k;
+        return std::pair(w.coedgeIds.data() + w.firstCoedgeOfLoop[loop],
+                         w.firstCoedgeOfLoop[loop + 1] - w.firstCoedgeOfLoop[loop]);
+    };
+
     // Numbers first, so that every record can point forwards.
     Layout at;
     const int body = at.take();
-    std::vector<int> lumpId, shellId;
-    for (std::size_t l = 0; l < lumps.size(); ++l)
+    std::vector<int>&lumpId = w.lumpId, &shellId = w.shellId;
+    lumpId.clear(), shellId.clear();
+    for (std::size_t l = 0; l < nLumps; ++l)
         lumpId.push_back(at.take()), shellId.push_back(at.take());
-    std::vector<int> faceId(nFaces), surfaceId(nFaces), shellOfFace(nFaces);
-    std::vector<std::vector<int>> loopId(nFaces);
-    std::vector<std::vector<std::vector<int>>> coedgeId(nFaces);
-    std::vector<std::vector<int>> coedgesOfEdge(nEdges);
-    for (std::size_t l = 0; l < lumps.size(); ++l)
-        for (int f : lumps[l]) {
-            shellOfFace[f] = shellId[l];
-            faceId[f] = at.take();
-            for (const auto& loop : brep.faces[f].loops) {
-                loopId[f].push_back(at.take());
-                coedgeId[f].emplace_back();
-                for (const auto& c : loop.coedges) {
-                    coedgeId[f].back().push_back(at.take());
-                    coedgesOfEdge[c.edge].push_back(coedgeId[f].back().back());
+    w.faceId.resize(std::size_t(nFaces));
+    w.surfaceId.resize(std::size_t(nFaces));
+    w.shellOfFace.resize(std::size_t(nFaces));
+    w.loopIds.resize(std::size_t(w.firstLoopOfFace.back()));
+    w.coedgeIds.resize(std::size_t(w.firstCoedgeOfLoop.back()));
+    w.ringPairs.clear();
+    for (std::size_t l = 0; l < nLumps; ++l)
+        for (int i = 0; i < lumps.count(l); ++i) {
+            const int f = lumps.at(l, i);
+            w.shellOfFace[f] = shellId[l];
+            w.faceId[f] = at.take();
+            const auto& loops = brep.faces[f].loops;
+            for (std::size_t k = 0; k < loops.size(); ++k) {
+                w.loopIds[std::size_t(w.firstLoopOfFace[f]) + k] = at.take();
+                int* ids = coedgesOf(f, int(k)).first;
+                for (const auto& c : loops[k].coedges) {
+                    *ids = at.take();
+                    w.ringPairs.push_back(c.edge);
+                    w.ringPairs.push_back(*ids++);
                 }
             }
-            surfaceId[f] = at.take();
+            w.surfaceId[f] = at.take();
         }
-    std::vector<int> edgeId(nEdges), curveId(nEdges);
+    // Coedges of each edge in the order they were numbered.
+    Runs& rings = w.rings;
+    rings.start.assign(std::size_t(nEdges) + 1, 0);
+    for (std::size_t i = 0; i < w.ringPairs.size(); i += 2)
+        ++rings.start[std::size_t(w.ringPairs[i]) + 1];
+    for (int e = 0; e < nEdges; ++e)
+        rings.start[std::size_t(e) + 1] += rings.start[std::size_t(e)];
+    rings.values.resize(w.ringPairs.size() / 2);
+    w.edgeOfVertex.assign(rings.start.begin(), rings.start.end() - 1); // the next place of each
+    for (std::size_t i = 0; i < w.ringPairs.size(); i += 2)
+        rings.values[std::size_t(w.edgeOfVertex[std::size_t(w.ringPairs[i])]++)] =
+            w.ringPairs[i + 1];
+    std::vector<int>&edgeId = w.edgeId, &curveId = w.curveId;
+    edgeId.resize(std::size_t(nEdges)), curveId.resize(std::size_t(nEdges));
     for (int e = 0; e < nEdges; ++e)
         edgeId[e] = at.take(), curveId[e] = at.take();
-    std::vector<int> vertexId(nVertices), pointId(nVertices), edgeOfVertex(nVertices, -1);
+    std::vector<int>&vertexId = w.vertexId, &pointId = w.pointId, &edgeOfVertex = w.edgeOfVertex;
+    vertexId.resize(std::size_t(nVertices)), pointId.resize(std::size_t(nVertices));
+    edgeOfVertex.assign(std::size_t(nVertices), -1);
     for (int v = 0; v < nVertices; ++v)
         vertexId[v] = at.take(), pointId[v] = at.take();
     for (int e = nEdges - 1; e >= 0; --e)
@@ -110,9 +190,11 @@ std::string writeSat(const Brep& brep, bool region) {
 
     // Records go into one pool in the order they are made and out in the order of their
     // numbers: no text of its own for each.
-    std::string pool;
+    std::string& pool = w.pool;
+    pool.clear();
     pool.reserve(std::size_t(at.next) * 64);
-    std::vector<std::pair<std::size_t, std::size_t>> spans(at.next);
+    auto& spans = w.spans;
+    spans.assign(std::size_t(at.next), {0, 0});
     int current = -1;
     const auto begin = [&](int index, const char* name) {
         current = index;
@@ -143,46 +225,48 @@ std::string writeSat(const Brep& brep, bool region) {
     };
     const auto number = [&pool](double value) { appendNumber(pool, value); };
 
+    const std::vector<int>&faceId = w.faceId, &surfaceId = w.surfaceId;
     begin(body, "body");
     refs({lumpId.front(), -1, -1});
     end();
-    for (std::size_t l = 0; l < lumps.size(); ++l) {
-        const int nextLump = l + 1 < lumps.size() ? lumpId[l + 1] : -1;
+    for (std::size_t l = 0; l < nLumps; ++l) {
+        const int nextLump = l + 1 < nLumps ? lumpId[l + 1] : -1;
         begin(lumpId[l], "lump");
         refs({nextLump, shellId[l], body});
         end();
         begin(shellId[l], "shell");
-        refs({-1, -1, faceId[lumps[l].front()], -1, lumpId[l]});
+        refs({-1, -1, faceId[lumps.at(l, 0)], -1, lumpId[l]});
         end();
-        for (std::size_t i = 0; i < lumps[l].size(); ++i) {
-            const int f = lumps[l][i];
+        for (int i = 0; i < lumps.count(l); ++i) {
+            const int f = lumps.at(l, i);
             const auto& face = brep.faces[f];
-            const int nextFace = i + 1 < lumps[l].size() ? faceId[lumps[l][i + 1]] : -1;
-            const int firstLoop = loopId[f].empty() ? -1 : loopId[f].front();
+            const int nextFace = i + 1 < lumps.count(l) ? faceId[lumps.at(l, i + 1)] : -1;
+            const int nLoops = loopsOf(f);
+            const int firstLoop = nLoops == 0 ? -1 : loopId(f, 0);
             begin(faceId[f], "face");
-            refs({nextFace, firstLoop, shellOfFace[f], -1, surfaceId[f]});
+            refs({nextFace, firstLoop, w.shellOfFace[f], -1, surfaceId[f]});
             pool += face.reversed ? " reversed" : " forward";
             end(region ? " double out #" : " single #");
             whole(surfaceId[f], surfaceRecord(face.surface));
-            for (std::size_t k = 0; k < face.loops.size(); ++k) {
-                const auto& ids = coedgeId[f][k];
-                const int nextLoop = k + 1 < face.loops.size() ? loopId[f][k + 1] : -1;
-                if (ids.empty()) throw Unrepresentable("a loop without coedges");
-                begin(loopId[f][k], "loop");
-                refs({nextLoop, ids.front(), faceId[f]});
+            for (int k = 0; k < nLoops; ++k) {
+                const auto [ids, n] = coedgesOf(f, k);
+                const int nextLoop = k + 1 < nLoops ? loopId(f, k + 1) : -1;
+                if (n == 0) throw Unrepresentable("a loop without coedges");
+                begin(loopId(f, k), "loop");
+                refs({nextLoop, ids[0], faceId[f]});
                 end();
-                const int n = static_cast<int>(ids.size());
                 for (int c = 0; c < n; ++c) {
-                    const auto& coedge = face.loops[k].coedges[c];
+                    const auto& coedge = face.loops[std::size_t(k)].coedges[std::size_t(c)];
                     // Coedges of one edge form a ring through their partner fields.
-                    const auto& ring = coedgesOfEdge[coedge.edge];
+                    const int* ring = rings.begin(std::size_t(coedge.edge));
+                    const int size = rings.count(std::size_t(coedge.edge));
                     int partner = -1;
-                    for (std::size_t r = 0; r < ring.size() && ring.size() > 1; ++r)
-                        if (ring[r] == ids[c]) partner = ring[(r + 1) % ring.size()];
+                    for (int r = 0; r < size && size > 1; ++r)
+                        if (ring[r] == ids[c]) partner = ring[(r + 1) % size];
                     begin(ids[c], "coedge");
                     refs({ids[(c + 1) % n], ids[(c + n - 1) % n], partner, edgeId[coedge.edge]});
                     pool += coedge.reversed ? " reversed " : " forward ";
-                    refs({loopId[f][k], -1});
+                    refs({loopId(f, k), -1});
                     end();
                 }
             }
@@ -191,7 +275,8 @@ std::string writeSat(const Brep& brep, bool region) {
     for (int e = 0; e < nEdges; ++e) {
         const auto& edge = brep.edges[e];
         const CurveRecord curve = curveRecord(edge.curve, brep.vertices[edge.startVertex].point);
-        const int firstCoedge = coedgesOfEdge[e].empty() ? -1 : coedgesOfEdge[e].front();
+        const int firstCoedge =
+            rings.count(std::size_t(e)) == 0 ? -1 : *rings.begin(std::size_t(e));
         begin(edgeId[e], "edge");
         ref(vertexId[edge.startVertex]);
         pool += ' ';
@@ -219,9 +304,14 @@ std::string writeSat(const Brep& brep, bool region) {
         end();
     }
 
-    std::string out = "700 " + std::to_string(at.next) + " 1 0 \n" + dateLine() + "\n" +
-                      "1 9.9999999999999995e-007 1e-010 \n";
-    out.reserve(out.size() + pool.size() + std::size_t(at.next) + 20);
+    const std::string& date = dateLine();
+    std::string out;
+    out.reserve(date.size() + pool.size() + std::size_t(at.next) + 80);
+    out += "700 ";
+    out += std::to_string(at.next);
+    out += " 1 0 \n";
+    out += date;
+    out += "\n1 9.9999999999999995e-007 1e-010 \n";
     for (const auto& [from, size] : spans) {
         out.append(pool, from, size);
         out += '\n';

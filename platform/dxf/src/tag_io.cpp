@@ -104,14 +104,20 @@ void appendTag(std::string& out, int code, std::string_view value) {
 
 void TagWriter::write(int code, const std::string& value) {
     m_buffer.clear();
-    appendTag(m_buffer, code, value);
+    if (code == kFormattedGroups)
+        m_buffer = value;
+    else
+        appendTag(m_buffer, code, value);
     m_out.write(m_buffer.data(), static_cast<std::streamsize>(m_buffer.size()));
 }
 
 void TagWriter::write(const Tags& tags) {
     m_buffer.clear();
     for (const Tag& t : tags)
-        appendTag(m_buffer, t.code, t.value);
+        if (t.code == kFormattedGroups)
+            m_buffer += t.value;
+        else
+            appendTag(m_buffer, t.code, t.value);
     m_out.write(m_buffer.data(), static_cast<std::streamsize>(m_buffer.size()));
 }
 

@@ -4,6 +4,8 @@
 #include "objectfile/param_read.h"
 #include "shell/doc_data.h"
 
+#include <cstring>
+
 namespace {
 
 // A rotation about an axis through center; a zero axis turns nothing.
@@ -31,20 +33,36 @@ void PoseMatrices(QelObject* object, AcGeMatrix3d& translation, AcGeMatrix3d& ro
 
 AcGeMatrix3d QelImportTransform() {
     const CDocData& doc = QelDocData();
-    const AcGePoint3d from(doc.selectedTranslation[0], doc.selectedTranslation[1],
-                           doc.selectedTranslation[2]);
+    // Asked for every object: the matrix is worked out again only when the settings change.
+    static double keyed[7] = {};
+    static AcGeMatrix3d kept;
+    static bool known = false;
+    const double key[7] = {doc.selectedTranslation[0], doc.selectedTranslation[1],
+                           doc.selectedTranslation[2], doc.selectedRotation[0],
+                           doc.selectedRotation[1],    doc.selectedRotation[2],
+                           doc.selectedRotation[3]};
+    if (known && std::memcmp(key, keyed, sizeof key) == 0) return kept;
+    const AcGePoint3d from(key[0], key[1], key[2]);
     const AcGeMatrix3d move = AcGeMatrix3d::alignCoordSys(
         from, AcGeVector3d::kXAxis, AcGeVector3d::kYAxis, AcGeVector3d::kZAxis,
         AcGePoint3d::kOrigin, AcGeVector3d::kXAxis, AcGeVector3d::kYAxis, AcGeVector3d::kZAxis);
-    const AcGeMatrix3d turn = rotationAbout(
-        -doc.selectedRotation[3],
-        AcGeVector3d(doc.selectedRotation[0], doc.selectedRotation[1], doc.selectedRotation[2]),
-        AcGePoint3d::kOrigin);
-    return turn * move;
+    const AcGeMatrix3d turn =
+        rotationAbout(-key[6], AcGeVector3d(key[3], key[4], key[5]), AcGePoint3d::kOrigin);
+    kept = turn * move;
+    std::memcpy(keyed, key, sizeof key);
+    known = true;
+    return kept;
 }
 
 void ApplyImportTransform(AcDbEntity* entity) {
-    entity->transformBy(QelImportTransform());
+    // The usual import places nothing: no transform to apply then.
+    const AcGeMatrix3d m = QelImportTransform();
+    for (unsigned i = 0; i < 4; ++i)
+        for (unsigned j = 0; j < 4; ++j)
+            if (m(i, j) != (i == j ? 1.0 : 0.0)) {
+                entity->transformBy(m);
+                return;
+            }
 }
 
 void ApplyColour(QelObject* object, AcDbEntity* entity) {

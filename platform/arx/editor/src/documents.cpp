@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <vector>
 
 ACRX_DEFINE_MEMBERS(AcApDocument, AcRxObject, nullptr)
 ACRX_DEFINE_MEMBERS(AcApDocumentIterator, AcRxObject, nullptr)
@@ -163,7 +164,9 @@ bool hasFile(const AcApDocument* document) {
     return document != nullptr && static_cast<const Document*>(document)->hasFile;
 }
 
-bool closeDocument(AcApDocument* document) {
+namespace {
+
+bool closeDocument(AcApDocument* document, bool atExit) {
     DocManager& m = manager();
     auto it = std::find_if(m.docs_.begin(), m.docs_.end(),
                            [document](const auto& d) { return d.get() == document; });
@@ -178,12 +181,23 @@ bool closeDocument(AcApDocument* document) {
     std::unique_ptr<Document> gone = std::move(*it);
     m.docs_.erase(it);
     makeCurrent(previous != doc ? previous : (m.docs_.empty() ? nullptr : m.docs_.back().get()));
+    if (atExit) {
+        // Held (never deleted) where the process's end finds them still reachable.
+        static auto* const kept = new std::vector<std::unique_ptr<Document>>;
+        kept->push_back(std::move(gone));
+    }
     return true;
 }
 
-void closeAllDocuments() {
+} // namespace
+
+bool closeDocument(AcApDocument* document) {
+    return closeDocument(document, false);
+}
+
+void closeAllDocuments(bool atExit) {
     while (!manager().docs_.empty())
-        closeDocument(manager().docs_.back().get());
+        closeDocument(manager().docs_.back().get(), atExit);
 }
 
 bool setCurrentDocument(AcApDocument* document) {

@@ -32,9 +32,15 @@ struct Measures {
     std::optional<double> area;
 };
 
+// Primitives the kernel builds with one and the same topology whatever their sizes (a cone to an
+// apex has other faces than one with a top, so it is a kind of its own).
+enum class Primitive : unsigned char { kNone, kCylinder, kCone, kApexCone, kBox, kSphere, kTorus };
+
 struct Solid::Impl {
     TopoDS_Shape shape; // a solid, a compound of solids, or null when empty
     bool history = false;
+    // The primitive the shape still is (built as one, then moved only), or kNone.
+    Primitive primitive = Primitive::kNone;
     mutable Measures measures;
 };
 
@@ -55,8 +61,12 @@ struct Access {
     static TopoDS_Shape& shape(T& object) {
         if (!object.impl_) object.impl_ = std::make_unique<typename T::Impl>();
         object.impl_->measures = {};
+        if constexpr (requires { object.impl_->primitive; })
+            object.impl_->primitive = Primitive::kNone;
         return object.impl_->shape;
     }
+    static Primitive& primitive(Solid& solid);
+    static Primitive primitive(const Solid& solid);
     // The cached measures of a body, or null for one that was never given a shape.
     template <class T>
     static Measures* measures(const T& object) {
@@ -166,6 +176,9 @@ double diagonalOf(const TopoDS_Shape& shape);
 double roughSizeOf(const TopoDS_Shape& shape);
 TopologyCounts countTopology(const TopoDS_Shape& shape);
 Brep walkBrep(const TopoDS_Shape& shape);
+// The walk of a primitive of the kind: the topology of the first one walked serves every later
+// one of the same build, whose geometry alone is read. Gives what walkBrep gives.
+Brep walkPrimitive(const TopoDS_Shape& shape, Primitive kind);
 
 // ---- Guarded operations shared by solids, regions and surfaces (shapes.cpp) ----
 Status transformShape(TopoDS_Shape& shape, const Matrix& matrix);
@@ -174,7 +187,7 @@ Status shapeExtents(const TopoDS_Shape& shape, Measures* cache, bool exact, Exte
 Status shapeArea(const TopoDS_Shape& shape, Measures* cache, double& area);
 // The volume integrals of a solid, kept in cache (when given).
 const GProp_GProps& shapeVolume(const TopoDS_Shape& shape, Measures* cache, GProp_GProps& scratch);
-Brep shapeBrep(const TopoDS_Shape& shape);
+Brep shapeBrep(const TopoDS_Shape& shape, Primitive kind = Primitive::kNone);
 TopologyCounts shapeTopology(const TopoDS_Shape& shape);
 
 // ---- Solids (solid.cpp) ----

@@ -74,13 +74,18 @@ Status Solid::createFrustum(double height, double xRadius, double yRadius, doubl
             return Status::eInvalidInput;
         const gp_Ax2 base(gp_Pnt(0, 0, -0.5 * height), gp::DZ());
         TopoDS_Shape shape;
-        if (xRadius != yRadius)
+        Primitive kind = Primitive::kNone;
+        if (xRadius != yRadius) {
             shape = ellipticFrustum(height, xRadius, yRadius, topXRadius);
-        else if (topXRadius == xRadius)
+        } else if (topXRadius == xRadius) {
             shape = BRepPrimAPI_MakeCylinder(base, xRadius, height).Shape();
-        else
+            kind = Primitive::kCylinder;
+        } else {
             shape = BRepPrimAPI_MakeCone(base, xRadius, topXRadius, height).Shape();
+            kind = topXRadius == 0.0 ? Primitive::kApexCone : Primitive::kCone;
+        }
         Access::shape(*this) = shape;
+        Access::primitive(*this) = kind;
         return Status::eOk;
     });
 }
@@ -90,6 +95,7 @@ Status Solid::createBox(double xLen, double yLen, double zLen) {
         if (!positive(xLen) || !positive(yLen) || !positive(zLen)) return Status::eInvalidInput;
         const gp_Pnt corner(-0.5 * xLen, -0.5 * yLen, -0.5 * zLen);
         Access::shape(*this) = BRepPrimAPI_MakeBox(corner, xLen, yLen, zLen).Shape();
+        Access::primitive(*this) = Primitive::kBox;
         return Status::eOk;
     });
 }
@@ -98,6 +104,7 @@ Status Solid::createSphere(double radius) {
     return guarded([&] {
         if (!positive(radius)) return Status::eInvalidInput;
         Access::shape(*this) = BRepPrimAPI_MakeSphere(radius).Shape();
+        Access::primitive(*this) = Primitive::kSphere;
         return Status::eOk;
     });
 }
@@ -109,6 +116,7 @@ Status Solid::createTorus(double majorRadius, double minorRadius) {
         // With equal radii the tube just closes the hole: the plain torus is right.
         if (majorRadius >= minorRadius) {
             Access::shape(*this) = BRepPrimAPI_MakeTorus(majorRadius, minorRadius).Shape();
+            Access::primitive(*this) = Primitive::kTorus;
             return Status::eOk;
         }
         TopoDS_Shape shape;

@@ -19,6 +19,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <map>
+#include <mutex>
 
 namespace arxsolids {
 
@@ -201,7 +203,14 @@ std::vector<BrepLoop> loopsOfRing(const std::vector<RingCoedge>& ring, bool oute
     return chains;
 }
 
-Brep walkBrep(const TopoDS_Shape& shape) {
+namespace {
+
+// The shapes behind a walk's faces (as the walk met them), edges (forward) and vertices.
+struct WalkedShapes {
+    std::vector<TopoDS_Shape> faces, edges, vertices;
+};
+
+Brep walkShapes(const TopoDS_Shape& shape, WalkedShapes* walked) {
     Brep brep;
     if (shape.IsNull()) return brep;
     TopTools_IndexedMapOfShape edges, vertices;
@@ -215,9 +224,12 @@ Brep walkBrep(const TopoDS_Shape& shape) {
             addWireLoops(wire, face, wire.IsSame(outerWire), edges, vertices, out.loops);
         }
         brep.faces.push_back(std::move(out));
+        if (walked) walked->faces.push_back(face);
     }
-    for (int i = 1; i <= vertices.Extent(); ++i)
+    for (int i = 1; i <= vertices.Extent(); ++i) {
         brep.vertices.push_back({fromPnt(BRep_Tool::Pnt(TopoDS::Vertex(vertices(i))))});
+        if (walked) walked->vertices.push_back(vertices(i));
+    }
     for (int i = 1; i <= edges.Extent(); ++i) {
         const TopoDS_Edge edge = TopoDS::Edge(edges(i).Oriented(TopAbs_FORWARD));
         BrepEdge out;
@@ -225,7 +237,121 @@ Brep walkBrep(const TopoDS_Shape& shape) {
         out.startVertex = vertices.Add(TopExp::FirstVertex(edge)) - 1;
         out.endVertex = vertices.Add(TopExp::LastVertex(edge)) - 1;
         brep.edges.push_back(std::move(out));
+        if (walked) walked->edges.push_back(edge);
     }
+    return brep;
+}
+
+// Every shape of a body in the order its iterators run, orientations composed, each at its own
+// location (not the body's).
+void depthFirst(const TopoDS_Shape& shape, std::vector<TopoDS_Shape>& nodes) {
+    nodes.push_back(shape);
+    for (TopoDS_Iterator it(shape, true, false); it.More(); it.Next())
+        depthFirst(it.Value(), nodes);
+}
+
+unsigned char nodeCode(const TopoDS_Shape& shape) {
+    return static_cast<unsigned char>(shape.ShapeType() * 4 + shape.Orientation());
+}
+
+// The walk of the first primitive of a kind, by the place of each face, edge and vertex in the
+// body's depth-first order. A later body whose nodes run the same types and orientations, none
+// placed within the body, is the same build: its walk is this topology with its own geometry.
+struct PrimitiveWalk {
+    bool usable = false;
+    std::vector<unsigned char> codes;
+    std::vector<int> slots; // of each node: its place in faces, edges, vertices; or -1
+    Brep topology;
+};
+
+// Where the shape is first met among the nodes (orientation too when `oriented`), or -1.
+int placeOf(const std::vector<TopoDS_Shape>& nodes, const TopoDS_Shape& shape, bool oriented) {
+    for (size_t i = 0; i < nodes.size(); ++i)
+        if (oriented ? nodes[i].IsEqual(shape) : nodes[i].IsSame(shape)) return int(i);
+    return -1;
+}
+
+PrimitiveWalk recordWalk(const TopoDS_Shape& shape, const Brep& brep, const WalkedShapes& walked) {
+    PrimitiveWalk walk;
+    std::vector<TopoDS_Shape> nodes;
+    depthFirst(shape, nodes);
+    walk.topology = brep;
+    walk.slots.assign(nodes.size(), -1);
+    // Every shape inside sits where the body does: then each one's location is the body's.
+    for (size_t i = 0; i < nodes.size(); ++i) {
+        walk.codes.push_back(nodeCode(nodes[i]));
+        if (i > 0 && !nodes[i].Location().IsIdentity()) return walk;
+        if (i > 0) nodes[i].Location(shape.Location());
+    }
+    int slot = 0;
+    auto place = [&](const std::vector<TopoDS_Shape>& shapes, bool oriented) {
+        for (const TopoDS_Shape& s : shapes) {
+            const int at = placeOf(nodes, s, oriented);
+            if (at < 0 || walk.slots[size_t(at)] >= 0) return false;
+            walk.slots[size_t(at)] = slot++;
+        }
+        return true;
+    };
+    walk.usable =
+        place(walked.faces, true) && place(walked.edges, false) && place(walked.vertices, false);
+    return walk;
+}
+
+// The shapes a recorded walk reads its geometry from, in its slots' order; false for a body of
+// another build.
+bool gatherSlots(const TopoDS_Shape& node, const PrimitiveWalk& walk, size_t& index,
+                 std::vector<TopoDS_Shape>& kept) {
+    if (index >= walk.codes.size() || walk.codes[index] != nodeCode(node)) return false;
+    if (index > 0 && !node.Location().IsIdentity()) return false;
+    if (const int slot = walk.slots[index]; slot >= 0) kept[size_t(slot)] = node;
+    ++index;
+    for (TopoDS_Iterator it(node, true, false); it.More(); it.Next())
+        if (!gatherSlots(it.Value(), walk, index, kept)) return false;
+    return true;
+}
+
+} // namespace
+
+Brep walkBrep(const TopoDS_Shape& shape) {
+    return walkShapes(shape, nullptr);
+}
+
+Brep walkPrimitive(const TopoDS_Shape& shape, Primitive kind) {
+    static std::mutex mutex;
+    static std::map<Primitive, PrimitiveWalk> walks;
+    if (shape.IsNull()) return {};
+    std::unique_lock lock(mutex);
+    auto found = walks.find(kind);
+    if (found == walks.end()) {
+        lock.unlock();
+        WalkedShapes walked;
+        Brep brep = walkShapes(shape, &walked);
+        PrimitiveWalk walk = recordWalk(shape, brep, walked);
+        lock.lock();
+        walks.emplace(kind, std::move(walk));
+        return brep;
+    }
+    const PrimitiveWalk& walk = found->second;
+    Brep brep = walk.topology;
+    lock.unlock();
+    const size_t faces = brep.faces.size(), edges = brep.edges.size();
+    std::vector<TopoDS_Shape> kept(faces + edges + brep.vertices.size());
+    size_t index = 0;
+    if (!walk.usable || !gatherSlots(shape, walk, index, kept) || index != walk.codes.size())
+        return walkBrep(shape);
+    // Each shape at the body's location, as the walk's explorers meet it.
+    const TopLoc_Location& location = shape.Location();
+    for (size_t i = 0; i < faces; ++i) {
+        BrepFace& face = brep.faces[i];
+        face.reversed = false;
+        face.surface = describeSurface(TopoDS::Face(kept[i].Located(location)), &face.reversed);
+    }
+    for (size_t i = 0; i < edges; ++i)
+        brep.edges[i].curve = describeEdge(
+            TopoDS::Edge(kept[faces + i].Located(location).Oriented(TopAbs_FORWARD)), false);
+    for (size_t i = 0; i < brep.vertices.size(); ++i)
+        brep.vertices[i].point =
+            fromPnt(BRep_Tool::Pnt(TopoDS::Vertex(kept[faces + edges + i].Located(location))));
     return brep;
 }
 

@@ -51,10 +51,10 @@ const GProp_GProps& shapeVolume(const TopoDS_Shape& shape, Measures* cache, GPro
     return *cache->volume;
 }
 
-Brep shapeBrep(const TopoDS_Shape& shape) {
+Brep shapeBrep(const TopoDS_Shape& shape, Primitive kind) {
     Brep brep;
     guarded([&] {
-        brep = walkBrep(shape);
+        brep = kind == Primitive::kNone ? walkBrep(shape) : walkPrimitive(shape, kind);
         return Status::eOk;
     });
     return brep;

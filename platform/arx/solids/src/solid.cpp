@@ -12,6 +12,7 @@
 #include <TopoDS_Solid.hxx>
 
 #include <cmath>
+#include <utility>
 
 namespace arxsolids {
 
@@ -24,6 +25,13 @@ bool& Access::history(Solid& solid) {
 }
 bool Access::history(const Solid& solid) {
     return solid.impl_ && solid.impl_->history;
+}
+Primitive& Access::primitive(Solid& solid) {
+    if (!solid.impl_) solid.impl_ = std::make_unique<Solid::Impl>();
+    return solid.impl_->primitive;
+}
+Primitive Access::primitive(const Solid& solid) {
+    return solid.impl_ ? solid.impl_->primitive : Primitive::kNone;
 }
 
 std::vector<TopoDS_Face> facesOf(const TopoDS_Shape& shape) {
@@ -114,7 +122,14 @@ bool Solid::recordHistory() const {
 }
 
 Status Solid::transformBy(const Matrix& matrix) {
-    return transformShape(Access::shape(*this), matrix);
+    // A rigid move keeps the shape's own topology (it only locates it): still the primitive.
+    const Primitive kind = Access::primitive(std::as_const(*this));
+    TopoDS_Shape& shape = Access::shape(*this);
+    const Handle(TopoDS_TShape) before = shape.TShape();
+    const Status status = transformShape(shape, matrix);
+    if (status == Status::eOk && !shape.IsNull() && shape.TShape() == before)
+        Access::primitive(*this) = kind;
+    return status;
 }
 
 Status Solid::getGeomExtents(Extents& extents) const {
@@ -153,7 +168,7 @@ TopologyCounts Solid::topology() const {
 }
 
 Brep Solid::brep() const {
-    return shapeBrep(Access::shape(*this));
+    return shapeBrep(Access::shape(*this), Access::primitive(*this));
 }
 
 } // namespace arxsolids

@@ -31,7 +31,9 @@ int AcDbDictionary::find(const ACHAR* key) const {
 }
 
 int AcDbDictionary::find(AcDbStub* value) const {
-    for (size_t i = 0; i < entries_.size(); ++i)
+    // From the newest entry back: the one asked for is most often a group named as it is made,
+    // and an object stands under one key only.
+    for (size_t i = entries_.size(); i-- > 0;)
         if (entries_[i].value == value) return int(i);
     return -1;
 }

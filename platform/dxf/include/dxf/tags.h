@@ -25,6 +25,10 @@ struct Tag {
 
 using Tags = std::vector<Tag>;
 
+// The code of a tag whose value is groups already in the file's layout, written as they stand
+// (a solid's model text: some hundred groups as one value instead of a tag each).
+constexpr int kFormattedGroups = -1;
+
 // A DXF text that can't be read, with the line where the fault was found (1-based; 0 when the
 // fault is the end of the text).
 class DxfError : public std::runtime_error {

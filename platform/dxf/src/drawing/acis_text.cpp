@@ -1,5 +1,7 @@
 #include "acis_text.h"
 
+#include <dxf/tag_io.h>
+
 #include <algorithm>
 
 namespace dxf {
@@ -44,14 +46,14 @@ void decodeLine(std::string_view line, std::string& out) {
     out.resize(size_t(to - out.data()));
 }
 
-std::string encodeLine(std::string_view line) {
-    std::string out(line.size() + size_t(std::count(line.begin(), line.end(), 'A')), ' ');
+// The line coded, in place of what out held.
+void encodeLine(std::string_view line, std::string& out) {
+    out.assign(line.size() + size_t(std::count(line.begin(), line.end(), 'A')), ' ');
     char* to = out.data();
     for (const char ch : line) {
         *to++ = kCodes.encoded[static_cast<unsigned char>(ch)];
         if (ch == 'A') ++to; // the blank after its '^' is already there
     }
-    return out;
 }
 
 } // namespace
@@ -78,15 +80,20 @@ std::string satFromTags(const Tags& tags) {
     return sat;
 }
 
-Tags tagsFromSat(const std::string& sat) {
-    Tags tags;
+namespace {
+
+// Each group of the model text in order: its code (1, or 3 for a continuation) and value.
+template <class F>
+void eachSatGroup(const std::string& sat, F group) {
+    std::string coded;
     size_t start = 0;
     while (start < sat.size()) {
         size_t end = sat.find('\n', start);
         if (end == std::string::npos) end = sat.size();
         std::string_view line(sat.data() + start, end - start);
         if (!line.empty() && line.back() == '\r') line.remove_suffix(1);
-        const std::string coded = encodeLine(line);
+        encodeLine(line, coded);
+        start = end + 1;
         // A coded 'A' is two characters: never split between them.
         size_t pos = 0;
         int code = 1;
@@ -95,13 +102,29 @@ Tags tagsFromSat(const std::string& sat) {
             if (take < coded.size() - pos && take > 0 && coded[pos + take - 1] == 0x5E &&
                 coded[pos + take] == ' ')
                 --take;
-            tags.push_back({code, coded.substr(pos, take)});
+            group(code, std::string_view(coded).substr(pos, take));
             pos += take;
             code = 3;
         } while (pos < coded.size());
-        start = end + 1;
     }
+}
+
+} // namespace
+
+Tags tagsFromSat(const std::string& sat) {
+    Tags tags;
+    tags.reserve(size_t(std::count(sat.begin(), sat.end(), '\n')) + 1);
+    eachSatGroup(sat, [&tags](int code, std::string_view value) {
+        tags.push_back({code, std::string(value)});
+    });
     return tags;
+}
+
+std::string formattedSatGroups(const std::string& sat) {
+    std::string out;
+    out.reserve(sat.size() + sat.size() / 8 + 64);
+    eachSatGroup(sat, [&out](int code, std::string_view value) { appendTag(out, code, value); });
+    return out;
 }
 
 } // namespace dxf

@@ -14,5 +14,7 @@ namespace dxf {
 std::string satFromTags(const Tags& tags);
 // The groups 1 and 3 that carry the model text.
 Tags tagsFromSat(const std::string& sat);
+// Those groups as the file holds them, written out (what TagWriter makes of tagsFromSat).
+std::string formattedSatGroups(const std::string& sat);
 
 } // namespace dxf

@@ -8,6 +8,7 @@
 #include <arx/dbsol3d.h>
 #include <arx/dxfkind.h>
 
+#include <iterator>
 #include <stdexcept>
 #include <unordered_map>
 
@@ -72,8 +73,9 @@ void appendHead(Tags& out, const std::string& type, const AcDbObject& object, Ac
     out.push_back({330, handleText(owner)});
 }
 
-// Groups 1 and 3 of a solid's or region's body in SAT text; none for other objects. A body the
-// codec cannot write stops the save, which then leaves the old file as it was.
+// Groups 1 and 3 of a solid's or region's body in SAT text, already formatted; none for other
+// objects. A body the codec cannot write stops the save, which then leaves the old file as it
+// was.
 Tags modelTags(const AcDbObject& object) {
     if (!AcDb3dSolid::cast(&object) && !AcDbRegion::cast(&object)) return {};
     std::string sat, message;
@@ -81,7 +83,9 @@ Tags modelTags(const AcDbObject& object) {
         throw std::runtime_error("entity " + formatHandle(Adesk::UInt64(object.handle())) + " (" +
                                  toUtf8(object.isA()->name()) +
                                  "): its solid model cannot be written: " + message);
-    return tagsFromSat(sat);
+    Tags model(1); // not from a list, which would copy the text
+    model[0] = {kFormattedGroups, formattedSatGroups(sat)};
+    return model;
 }
 
 void appendBody(Tags& out, const AcDbObject& object, const FileData& data) {
@@ -95,9 +99,12 @@ void appendBody(Tags& out, const AcDbObject& object, const FileData& data) {
     body.reserve(3 * items.size()); // a point is three groups
     appendTags(body, items, flat);
     // The model text of a solid or region closes the modeller's part.
-    const Tags model = modelTags(object);
+    Tags model = modelTags(object);
     const auto endPart = [&] {
-        if (marker == "AcDbModelerGeometry") out.insert(out.end(), model.begin(), model.end());
+        // One modeller part a record: its text moves in rather than being copied.
+        if (marker == "AcDbModelerGeometry")
+            out.insert(out.end(), std::make_move_iterator(model.begin()),
+                       std::make_move_iterator(model.end()));
         appendExtras(out, extras, marker);
     };
     for (Tag& t : body) {

@@ -13,7 +13,7 @@
 #include <map>
 #include <set>
 #include <stdexcept>
-#include <unordered_set>
+#include <vector>
 
 #include "item_tags.h"
 #include "object_tags.h"
@@ -38,8 +38,15 @@ public:
 
     void write() {
         m_data = fileDataOf(&m_db);
-        scan();
-        if (addStandardParts(m_db, *m_data, m_keptTables, m_unendedPolylines)) scan();
+        scan(1);
+        const Adesk::UInt64 scanned = m_db.handseed();
+        if (addStandardParts(m_db, *m_data, m_keptTables, m_unendedPolylines)) {
+            // The standard parts are objects after those scanned, and they end every polyline
+            // that had no end: only the new objects are scanned again.
+            std::erase_if(m_unendedPolylines,
+                          [this](std::uint64_t h) { return m_data->sequenceEnds.count(h) != 0; });
+            scan(scanned);
+        }
         header();
         classes();
         tables();
@@ -50,15 +57,11 @@ public:
     }
 
 private:
-    // Every live object by handle, and the kept ones by owner.
-    void scan() {
-        m_objects.clear();
-        m_written.clear();
-        m_keptByOwner.clear();
-        m_keptTables.clear();
-        m_unendedPolylines.clear();
+    // Every live object by handle from the first one given on, and the kept ones by owner.
+    void scan(Adesk::UInt64 first) {
         const Adesk::UInt64 seed = m_db.handseed();
-        for (Adesk::UInt64 h = 1; h < seed; ++h) {
+        m_written.resize(std::max<std::size_t>(m_written.size(), seed), false);
+        for (Adesk::UInt64 h = first; h < seed; ++h) {
             AcDbObjectId id;
             if (m_db.getAcDbObjectId(id, false, AcDbHandle(h)) != Acad::eOk) continue;
             AcDbObject* object = nullptr;
@@ -69,7 +72,7 @@ private:
                 object->close();
                 continue;
             }
-            m_written.insert(h);
+            m_written[h] = true;
             if (!AcDbEntity::cast(object)) {
                 m_objects.push_back(id);
                 if (const auto* kept = AcDbKeptObject::cast(object)) {
@@ -89,6 +92,10 @@ private:
             }
             object->close();
         }
+    }
+
+    bool written(std::uint64_t handle) const {
+        return handle < m_written.size() && m_written[handle];
     }
 
     static bool emptyAnonymousGroup(const AcDbObject& object) {
@@ -190,7 +197,7 @@ private:
                                  (t.code >= 480 && t.code <= 481);
             if (!pointer) return false;
             const std::uint64_t handle = std::strtoull(t.value.c_str(), nullptr, 16);
-            return handle != 0 && !m_written.count(handle);
+            return handle != 0 && !written(handle);
         };
         size_t end = 0;
         for (size_t i = 0; i < tags.size(); ++i) {
@@ -440,8 +447,8 @@ private:
     TagWriter m_out;
     std::shared_ptr<FileData> m_data;
     std::vector<AcDbObjectId> m_objects;
-    // Handles of every object the file gets.
-    std::unordered_set<std::uint64_t> m_written;
+    // Whether the file gets the object of each handle.
+    std::vector<bool> m_written;
     std::map<std::uint64_t, std::vector<AcDbObjectId>> m_keptByOwner;
     std::set<std::uint64_t> m_tableParts;
     std::map<std::string, AcDbObjectId> m_keptTables;

@@ -53,7 +53,10 @@ AcApDocument* newDocument();
 // Sends kUnloadDwgMsg to the modules (with the document current), tells the reactors, and
 // deletes it; another open document becomes current. False for a document that isn't open.
 bool closeDocument(AcApDocument* document);
-void closeAllDocuments();
+// Closes every document as closeDocument does. With `atExit` (the process ends next) each
+// drawing is told and put away but not deleted: its memory goes back with the process's, not by
+// one free for each of its objects, which for a large drawing is a good part of a command.
+void closeAllDocuments(bool atExit = false);
 bool setCurrentDocument(AcApDocument* document);
 // A new document holding the drawing of a DXF file, made current; the modules get kLoadDwgMsg.
 // Null, with the reason in message, when the file cannot be read; nothing changes then.
