@@ -310,7 +310,7 @@ std::string exportWithDialogs(const Options& o) {
 // options; the objects of the file written are counted by class.
 int exportCommand(const Options& o) {
     const std::string written = exportWithDialogs(o);
-    stopHost();
+    stopHost(true);
     std::cout << "\n";
     qelcad::printObjectFileSummary(std::cout, written);
     return 0;
