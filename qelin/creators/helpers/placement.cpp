@@ -5,6 +5,7 @@
 #include "shell/doc_data.h"
 
 #include <cstring>
+#include <unordered_map>
 
 namespace {
 
@@ -74,7 +75,13 @@ void ApplyColour(QelObject* object, AcDbEntity* entity) {
     unsigned char red = 255, green = 255, blue = 255;
     if (!QelReadColour(object, red, green, blue)) red = green = blue = 255;
     if (doc.importContext == 1) entity->setVisibility(AcDb::kInvisible, false);
-    entity->setColorIndex(AcCmEntityColor::lookUpACI(red, green, blue), true);
+    // A model has few colours and many objects: each colour's nearest index is looked up once.
+    static std::unordered_map<unsigned, Adesk::UInt8> nearest;
+    const unsigned rgb = unsigned(red) << 16 | unsigned(green) << 8 | blue;
+    auto it = nearest.find(rgb);
+    if (it == nearest.end())
+        it = nearest.emplace(rgb, AcCmEntityColor::lookUpACI(red, green, blue)).first;
+    entity->setColorIndex(it->second, true);
 }
 
 void ResetUcs() {
