@@ -3,12 +3,19 @@
 // a torus adds the points inside the face where its height along an axis peaks.
 #include "internal.h"
 
-#include <BRepAdaptor_Curve.hxx>
-#include <BRepAdaptor_Surface.hxx>
 #include <BRepTools.hxx>
 #include <BRep_Tool.hxx>
-#include <BndLib_Add3dCurve.hxx>
 #include <ElSLib.hxx>
+#include <Geom_Circle.hxx>
+#include <Geom_ConicalSurface.hxx>
+#include <Geom_CylindricalSurface.hxx>
+#include <Geom_Ellipse.hxx>
+#include <Geom_Line.hxx>
+#include <Geom_Plane.hxx>
+#include <Geom_RectangularTrimmedSurface.hxx>
+#include <Geom_SphericalSurface.hxx>
+#include <Geom_ToroidalSurface.hxx>
+#include <Geom_TrimmedCurve.hxx>
 #include <TopExp.hxx>
 #include <TopExp_Explorer.hxx>
 #include <TopoDS.hxx>
@@ -25,24 +32,65 @@ namespace {
 constexpr double kTwoPi = 2 * M_PI;
 constexpr double kWhole = kTwoPi - 1e-9;
 
-// The boxes of a face's edges, conics and lines only (their boxes are exact); a collapsed edge
-// gives its point. False when an edge is of another kind.
+// Where a conic centre + cos t ax + sin t ay, t from t0 to t1, reaches furthest along each world
+// axis: its ends, and the turning points inside the range.
+void addConic(const gp_Pnt& centre, const gp_Vec& ax, const gp_Vec& ay, double t0, double t1,
+              Bnd_Box& box) {
+    const auto at = [&](double t) {
+        return centre.Translated(ax * std::cos(t) + ay * std::sin(t));
+    };
+    box.Add(at(t0));
+    box.Add(at(t1));
+    for (int i = 1; i <= 3; ++i) {
+        const double turn = std::atan2(ay.Coord(i), ax.Coord(i));
+        for (double t : {turn, turn + M_PI}) {
+            const double inRange = t0 + std::fmod(std::fmod(t - t0, kTwoPi) + kTwoPi, kTwoPi);
+            if (inRange <= t1) box.Add(at(inRange));
+        }
+    }
+}
+
+// The exact box of an edge on a line, circle or ellipse, read from its curve as the body places
+// it; false for other curves.
+bool addEdge(const TopoDS_Edge& edge, Bnd_Box& box) {
+    TopLoc_Location location;
+    double first, last;
+    Handle(Geom_Curve) curve = BRep_Tool::Curve(edge, location, first, last);
+    if (auto trimmed = Handle(Geom_TrimmedCurve)::DownCast(curve)) curve = trimmed->BasisCurve();
+    if (curve.IsNull()) return false;
+    const gp_Trsf& place = location.Transformation();
+    if (Handle(Geom_Line)::DownCast(curve)) {
+        box.Add(curve->Value(first).Transformed(place));
+        box.Add(curve->Value(last).Transformed(place));
+        return true;
+    }
+    gp_Ax2 frame;
+    double rx = 0.0, ry = 0.0;
+    if (auto circle = Handle(Geom_Circle)::DownCast(curve)) {
+        frame = circle->Position();
+        rx = ry = circle->Radius();
+    } else if (auto ellipse = Handle(Geom_Ellipse)::DownCast(curve)) {
+        frame = ellipse->Position();
+        rx = ellipse->MajorRadius();
+        ry = ellipse->MinorRadius();
+    } else {
+        return false;
+    }
+    addConic(frame.Location().Transformed(place),
+             gp_Vec(frame.XDirection()).Multiplied(rx).Transformed(place),
+             gp_Vec(frame.YDirection()).Multiplied(ry).Transformed(place), first, last, box);
+    return true;
+}
+
+// The boxes of a face's edges, conics and lines only; a collapsed edge gives its point. False
+// when an edge is of another kind.
 bool addEdges(const TopoDS_Face& face, Bnd_Box& box) {
     Bnd_Box edges;
     for (TopExp_Explorer it(face, TopAbs_EDGE); it.More(); it.Next()) {
         const TopoDS_Edge& edge = TopoDS::Edge(it.Current());
         if (BRep_Tool::Degenerated(edge)) {
             edges.Add(BRep_Tool::Pnt(TopExp::FirstVertex(edge)));
-            continue;
-        }
-        const BRepAdaptor_Curve curve(edge);
-        switch (curve.GetType()) {
-        case GeomAbs_Line:
-        case GeomAbs_Circle:
-        case GeomAbs_Ellipse:
-            BndLib_Add3dCurve::Add(curve, 0.0, edges);
-            break;
-        default:
+        } else if (!addEdge(edge, edges)) {
             return false;
         }
     }
@@ -81,24 +129,29 @@ bool addTorusBand(const TopoDS_Face& face, const gp_Torus& torus, Bnd_Box& box) 
 } // namespace
 
 bool addExactFaceBox(const TopoDS_Face& face, Bnd_Box& box) {
-    const BRepAdaptor_Surface surface(face, false);
-    switch (surface.GetType()) {
-    case GeomAbs_Plane:
-    case GeomAbs_Cylinder:
-    case GeomAbs_Cone:
+    // The surface as stored, placed by its location: no adaptor, no moved copy.
+    TopLoc_Location location;
+    Handle(Geom_Surface) surface = BRep_Tool::Surface(face, location);
+    if (auto trimmed = Handle(Geom_RectangularTrimmedSurface)::DownCast(surface))
+        surface = trimmed->BasisSurface();
+    if (surface.IsNull()) return false;
+    const gp_Trsf& place = location.Transformation();
+    if (Handle(Geom_Plane)::DownCast(surface) ||
+        Handle(Geom_CylindricalSurface)::DownCast(surface) ||
+        Handle(Geom_ConicalSurface)::DownCast(surface))
         return addEdges(face, box);
-    case GeomAbs_Sphere: {
+    if (auto s = Handle(Geom_SphericalSurface)::DownCast(surface)) {
         double u0, u1, v0, v1;
         BRepTools::UVBounds(face, u0, u1, v0, v1);
         if (u1 - u0 < kWhole || v1 - v0 < M_PI - 1e-9) return false;
-        const gp_Sphere sphere = surface.Sphere();
+        const gp_Sphere sphere = s->Sphere().Transformed(place);
         const gp_XYZ half(sphere.Radius(), sphere.Radius(), sphere.Radius());
         box.Add(gp_Pnt(sphere.Location().XYZ() - half));
         box.Add(gp_Pnt(sphere.Location().XYZ() + half));
         return true;
     }
-    case GeomAbs_Torus: {
-        const gp_Torus torus = surface.Torus();
+    if (auto t = Handle(Geom_ToroidalSurface)::DownCast(surface)) {
+        const gp_Torus torus = t->Torus().Transformed(place);
         double u0, u1, v0, v1;
         BRepTools::UVBounds(face, u0, u1, v0, v1);
         if (u1 - u0 >= kWhole && v1 - v0 >= kWhole) {
@@ -113,9 +166,7 @@ bool addExactFaceBox(const TopoDS_Face& face, Bnd_Box& box) {
         }
         return addTorusBand(face, torus, box);
     }
-    default:
-        return false;
-    }
+    return false;
 }
 
 } // namespace arxsolids

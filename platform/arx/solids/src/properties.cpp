@@ -108,30 +108,14 @@ bool extentsOf(const TopoDS_Shape& shape, Extents& extents) {
     return true;
 }
 
-namespace {
-
-// A whole torus, whose own bounds the kernel takes loosely, by its closed form.
-bool addWholeTorus(const TopoDS_Face& face, Bnd_Box& box) {
-    // The kind first, without the face's bounds that the adaptor otherwise works out.
-    if (BRepAdaptor_Surface(face, false).GetType() != GeomAbs_Torus) return false;
-    double u0, u1, v0, v1;
-    BRepTools::UVBounds(face, u0, u1, v0, v1);
-    constexpr double kWhole = 2 * M_PI - 1e-9;
-    if (u1 - u0 < kWhole || v1 - v0 < kWhole || !addExactFaceBox(face, box)) return false;
-    box.Enlarge(BRep_Tool::Tolerance(face));
-    return true;
-}
-
-} // namespace
-
 bool enclosingExtentsOf(const TopoDS_Shape& shape, Extents& extents) {
     if (shape.IsNull()) return false;
-    // Each face from the bounds of its own geometry; a whole torus, which those bounds take
-    // loosely, in closed form.
+    // Faces with a closed form for their tightest box take it, which costs less than the bounds
+    // of their geometry (and a whole torus's bounds are loose); the others take those bounds.
     Bnd_Box box;
     for (TopExp_Explorer it(shape, TopAbs_FACE); it.More(); it.Next()) {
         const TopoDS_Face& face = TopoDS::Face(it.Current());
-        if (!addWholeTorus(face, box)) BRepBndLib::Add(face, box, false);
+        if (!addExactFaceBox(face, box)) BRepBndLib::Add(face, box, false);
     }
     if (box.IsVoid()) BRepBndLib::Add(shape, box, false);
     // The bounds grow by the tolerance of each face, edge and vertex as they are added; the
