@@ -16,7 +16,9 @@ struct AcDbDictionary::Index {
     std::unordered_map<std::wstring, size_t> byKey;
 };
 
-AcDbDictionary::AcDbDictionary() = default;
+AcDbDictionary::AcDbDictionary() {
+    AcDbImpl::setFoldKind(this, AcDbImpl::kFoldDictionary);
+}
 AcDbDictionary::~AcDbDictionary() = default;
 
 int AcDbDictionary::find(const ACHAR* key) const {
