@@ -120,7 +120,7 @@ Acad::ErrorStatus AcDbDictionary::setAt(const ACHAR* key, AcDbObject* object, Ac
         } else if (index_ != nullptr) {
             index_->byKey[acdbUpper(key)] = entries_.size() - 1;
         }
-        if (auto* group = AcDbGroup::cast(object))
+        if (auto* group = AcDbImpl::mayFold(object) ? nullptr : AcDbGroup::cast(object))
             AcDbImpl::setGroupName(group, entries_.back().key);
     }
     id = value;

@@ -69,8 +69,15 @@ Acad::ErrorStatus AcDbGroup::append(AcDbObjectId id) {
 
 Acad::ErrorStatus AcDbGroup::append(const AcDbObjectIdArray& ids) {
     members_.reserve(members_.size() + size_t(ids.length()));
-    for (const AcDbObjectId& id : ids)
-        if (Acad::ErrorStatus es = append(id); es != Acad::eOk) return es;
+    // Each member gets a reactor: asking memory for members a few ahead hides its latency when
+    // a whole cloud joins at once.
+    constexpr int kAhead = 8;
+    for (int i = 0; i < ids.length(); ++i) {
+        if (i + kAhead < ids.length())
+            if (const AcDbStub* ahead = acdbStubOf(ids[i + kAhead]))
+                __builtin_prefetch(ahead->object, 1);
+        if (Acad::ErrorStatus es = append(ids[i]); es != Acad::eOk) return es;
+    }
     return Acad::eOk;
 }
 

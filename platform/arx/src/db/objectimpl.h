@@ -96,6 +96,8 @@ struct AcDbDatabase::Impl {
 struct AcDbImpl {
     enum FoldKind : Adesk::UInt8 { kNoFold, kFoldDictionary, kFoldRecord };
     static void setFoldKind(AcDbObject* o, FoldKind kind) { o->foldKind_ = kind; }
+    // Dictionaries and X-records: no entity, no group.
+    static bool mayFold(const AcDbObject* o) { return o->foldKind_ != kNoFold; }
     static AcDbDatabase::Impl& of(AcDbDatabase* db) { return *db->impl_; }
     static AcDbStub* stub(const AcDbObject* o) { return o->stub_; }
     static AcDbStub* owner(const AcDbObject* o) { return o->owner_; }
