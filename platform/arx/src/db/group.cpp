@@ -56,11 +56,17 @@ Acad::ErrorStatus AcDbGroup::append(AcDbObjectId id) {
     if (AcDbImpl::stub(this) == nullptr) return Acad::eNotInDatabase;
     AcDbStub* s = acdbStubOf(id);
     if (s == nullptr) return Acad::eNullObjectId;
-    if (AcDbImpl::database(s) != database()) return Acad::eWrongDatabase;
+    AcDbStub* self = AcDbImpl::stub(this);
+    if (AcDbImpl::database(s) != AcDbImpl::database(self)) return Acad::eWrongDatabase;
     AcDbObject* member = AcDbImpl::peek(s);
     if (member == nullptr) return Acad::ePermanentlyErased;
     if (AcDbImpl::erased(s)) return Acad::eWasErased;
     if (!AcDbEntity::cast(member)) return Acad::eNotAnEntity;
+    // A member with no reactor yet is in no group: the common case of a fresh entity.
+    if (AcDbImpl::setFirstReactor(member, self)) {
+        members_.push_back(s);
+        return Acad::eOk;
+    }
     if (member->hasPersistentReactor(objectId())) return Acad::eAlreadyInGroup;
     members_.push_back(s);
     member->addPersistentReactor(objectId());

@@ -135,6 +135,13 @@ struct AcDbImpl {
     static AcDbDictionary* newDictionary(AcDbDatabase::Impl& impl);
     static AcDbStub* layer(const AcDbEntity* e) { return e->layer_; }
     static void setLayer(AcDbEntity* e, AcDbStub* layer) { e->layer_ = layer; }
+    // Makes r the object's only persistent reactor when it has none; false otherwise (a reactor
+    // beyond the first is never kept without a first).
+    static bool setFirstReactor(AcDbObject* o, AcDbStub* r) {
+        if (o->firstReactor_ != nullptr) return false;
+        o->firstReactor_ = r;
+        return true;
+    }
     static void setExtensionDictionary(AcDbObject* o, AcDbStub* d) { o->extensionDictionary_ = d; }
     static AcDbStub* extensionDictionaryOf(const AcDbObject* o) { return o->extensionDictionary_; }
     static std::vector<AcDbStub*> dictionaryEntries(const AcDbDictionary& d) {
