@@ -7,7 +7,9 @@
 
 #include <qel/qel.h>
 
+#include <bit>
 #include <cmath>
+#include <cstdint>
 #include <type_traits>
 
 template <typename T>
@@ -18,6 +20,26 @@ struct QelArrayView {
     bool empty() const { return count == 0; }
     const T& operator[](unsigned i) const { return data[i]; }
 };
+
+// The index of the first real that is not finite (all exponent bits set), count if none. Blocks
+// are tested by their bits without a branch per value, which the compiler can vectorise: a
+// cloud's millions of coordinates pass at the speed of memory.
+template <typename T>
+unsigned QelFirstNotFinite(const T* data, unsigned count) {
+    using Bits = std::conditional_t<sizeof(T) == 4, std::uint32_t, std::uint64_t>;
+    constexpr Bits exponent = sizeof(T) == 4 ? Bits(0x7F800000u) : Bits(0x7FF0000000000000ull);
+    constexpr unsigned kBlock = 256;
+    for (unsigned begin = 0; begin < count; begin += kBlock) {
+        const unsigned end = count - begin < kBlock ? count : begin + kBlock;
+        unsigned bad = 0;
+        for (unsigned i = begin; i < end; ++i)
+            bad |= (std::bit_cast<Bits>(data[i]) & exponent) == exponent;
+        if (bad)
+            for (unsigned i = begin; i < end; ++i)
+                if (!std::isfinite(data[i])) return i;
+    }
+    return count;
+}
 
 // False (and empty) when the param is absent, not of the array type given, or holds a real that
 // is not a number.
@@ -31,12 +53,11 @@ bool QelViewArray(QelObject* object, const char* name, QelParamType type, QelArr
     // Reals are checked where they are read: one that is not a number fails the object, and
     // the array reads as empty.
     if constexpr (std::is_floating_point_v<T>)
-        for (unsigned i = 0; i < out.count; ++i)
-            if (!std::isfinite(out.data[i])) {
-                const double bad = out.data[i];
-                out = QelArrayView<T>();
-                return QelRefuseValue(name, bad, "which is not a number");
-            }
+        if (const unsigned i = QelFirstNotFinite(out.data, out.count); i < out.count) {
+            const double bad = out.data[i];
+            out = QelArrayView<T>();
+            return QelRefuseValue(name, bad, "which is not a number");
+        }
     return true;
 }
 

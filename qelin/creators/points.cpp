@@ -21,6 +21,7 @@
 #include <cmath>
 #include <cwctype>
 #include <memory>
+#include <vector>
 
 namespace {
 
@@ -44,6 +45,29 @@ Adesk::UInt8 intensityColour(const TvMesh& ramp, short value, float minMapped, f
         ((float(value) + 32768.0f) / 65535.0f - minMapped) * 1023.0f * (1.0f / range);
     return ramp.RampColour(std::trunc(position));
 }
+
+// The colours of a cloud's intensities: looked up in a table of every intensity when the cloud
+// has more points than there are intensities, else computed point by point.
+class IntensityColours {
+public:
+    IntensityColours(const TvMesh& ramp, float minMapped, float range, unsigned points)
+        : m_ramp(ramp), m_minMapped(minMapped), m_range(range) {
+        if (points < kIntensities) return;
+        m_table.resize(kIntensities);
+        for (unsigned i = 0; i < kIntensities; ++i)
+            m_table[i] = intensityColour(ramp, short(int(i) - 32768), minMapped, range);
+    }
+    Adesk::UInt8 operator()(short value) const {
+        return m_table.empty() ? intensityColour(m_ramp, value, m_minMapped, m_range)
+                               : m_table[unsigned(int(value) + 32768)];
+    }
+
+private:
+    static constexpr unsigned kIntensities = 65536;
+    const TvMesh& m_ramp;
+    float m_minMapped, m_range;
+    std::vector<Adesk::UInt8> m_table;
+};
 
 // The run's progress dialog, stepped once per hundredth of the points.
 class CloudProgress {
@@ -168,6 +192,7 @@ bool ReadPoints(QelObject* object, const char* name, bool convert, unsigned objI
     const QelThinning thin = QelThinningFor(floats.count);
     const unsigned n = std::min(thin.limit, floats.count);
     CloudProgress progress(n / thin.step);
+    const IntensityColours colours(ramp, minMapped, range, coloured ? n / thin.step : 0);
 
     CString groupName;
     const QelClassRow& kind = QelClassOf(QelCode::Pointset);
@@ -190,8 +215,7 @@ bool ReadPoints(QelObject* object, const char* name, bool convert, unsigned objI
             return false;
         }
         if (coloured && intensity < intensities.count)
-            point->setColorIndex(intensityColour(ramp, intensities[intensity], minMapped, range),
-                                 true);
+            point->setColorIndex(colours(intensities[intensity]), true);
         intensity += thin.intensityStride;
         point->setPosition(
             AcGePoint3d(length(floats[i]), length(floats[i + 1]), length(floats[i + 2])));

@@ -2,6 +2,7 @@
 // split of a mesh at 32767 faces or vertices, and a cloud that survives a save and an open.
 #include "import_fixture.h"
 
+#include "bulk/param_view.h"
 #include "bulk/tv_mesh.h"
 #include "creators/points.h"
 #include "records/xrecords.h"
@@ -11,6 +12,8 @@
 #include <dxf/drawing.h>
 
 #include <functional>
+#include <limits>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -172,6 +175,41 @@ TEST_F(BulkImport, OneFloatMoreTakesEverySecondPointAndEverySecondIntensity) {
     for (AcDbPoint* p : points)
         red += p->colorIndex() == 1;
     EXPECT_EQ(red, 83334);
+}
+
+// Past 65536 points the colours come from a table of every intensity; below, point by point.
+// The two ways agree on every intensity.
+TEST_F(BulkImport, AColourTableGivesEachIntensityItsComputedColour) {
+    const auto scattered = [](std::size_t i) { return (long long)(i * 7919 % 65536) - 32768; };
+    import(cloud(3 * 65535, numbers(65535, scattered)));
+    import(cloud(3 * 65536, numbers(65536, scattered)));
+    const auto points = modelSpace<AcDbPoint>(working());
+    ASSERT_EQ(points.size(), 65535u + 65536u);
+    std::set<Adesk::UInt16> colours;
+    int differ = 0;
+    for (std::size_t i = 0; i < 65535; ++i) {
+        differ += points[i]->colorIndex() != points[65535 + i]->colorIndex();
+        colours.insert(points[i]->colorIndex());
+    }
+    EXPECT_EQ(differ, 0);
+    EXPECT_GT(colours.size(), 10u); // the ramp's steps, not one colour
+}
+
+TEST(ArrayView, TheFirstRealThatIsNotFiniteIsFoundWhereverItIs) {
+    std::vector<float> floats(1000, 1e38f);
+    EXPECT_EQ(QelFirstNotFinite(floats.data(), 1000u), 1000u);
+    EXPECT_EQ(QelFirstNotFinite(floats.data(), 0u), 0u);
+    for (unsigned at : {0u, 255u, 256u, 999u}) {
+        std::vector<float> spoilt = floats;
+        spoilt[at] = std::numeric_limits<float>::quiet_NaN();
+        spoilt[999] = -std::numeric_limits<float>::infinity();
+        EXPECT_EQ(QelFirstNotFinite(spoilt.data(), 1000u), at);
+    }
+    std::vector<double> reals = {std::numeric_limits<double>::max(),
+                                 std::numeric_limits<double>::denorm_min(), -0.0,
+                                 std::numeric_limits<double>::infinity()};
+    EXPECT_EQ(QelFirstNotFinite(reals.data(), 4u), 3u);
+    EXPECT_EQ(QelFirstNotFinite(reals.data(), 3u), 3u);
 }
 
 // Triangles that all use the first three vertices, in strips of 3.

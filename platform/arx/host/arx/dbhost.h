@@ -12,6 +12,10 @@ Adesk::UInt64 acdbHostOpenObjectCount(const AcDbDatabase* database);
 Adesk::UInt64 acdbHostWriteCloseCount(const AcDbDatabase* database);
 // The resident objects that are open, in handle order.
 AcDbObjectIdArray acdbHostOpenObjects(const AcDbDatabase* database);
+// True for an extension dictionary, or its one X-record, that the database keeps folded: no
+// object in memory, made anew from a record shared with others whenever it is reached. Nothing
+// else tells a folded pair from a resident one.
+bool acdbHostIsFolded(AcDbObjectId id);
 
 // Makes a new object resident under the given owner with the given handle, as a drawing
 // reader needs (a null handle takes the next free one). eHandleInUse when the handle is taken;

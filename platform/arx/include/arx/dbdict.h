@@ -63,7 +63,7 @@ private:
 class AcDbXrecord : public AcDbObject {
 public:
     ACRX_DECLARE_MEMBERS(AcDbXrecord);
-    AcDbXrecord() = default;
+    AcDbXrecord();
     AcDbXrecord(const AcDbXrecord& other);
     AcDbXrecord& operator=(const AcDbXrecord&) = delete;
     ~AcDbXrecord() override;

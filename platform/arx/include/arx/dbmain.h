@@ -139,6 +139,9 @@ private:
     mutable std::unique_ptr<Extras> extras_;
     Adesk::UInt16 readers_ = 0;
     bool writeOpen_ = true;
+    // Set by the two kinds that may fold when closed (dictionary, X-record): a closing asks
+    // nothing more of other objects. Fills what was padding.
+    Adesk::UInt8 foldKind_ = 0;
 };
 
 // Persistent reactors are object ids among the reactor pointers.

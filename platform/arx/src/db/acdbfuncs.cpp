@@ -60,7 +60,8 @@ Acad::ErrorStatus acdbOpenAcDbEntity(AcDbEntity*& entity, AcDbObjectId id, AcDb:
                                      bool openErased) {
     entity = nullptr;
     AcDbStub* s = acdbStubOf(id);
-    if (s != nullptr && s->object != nullptr && !AcDbEntity::cast(s->object))
+    if (s != nullptr && ((s->object != nullptr && !AcDbEntity::cast(s->object)) ||
+                         (s->object == nullptr && AcDbImpl::folded(s))))
         return Acad::eNotAnEntity;
     AcDbObject* object = nullptr;
     Acad::ErrorStatus es = AcDbImpl::open(s, mode, openErased, object);
@@ -259,6 +260,11 @@ std::unique_ptr<AcDbObjectIterator> acdbHostVertices(const AcDbObject* o) {
     if (const auto* p = AcDbPolygonMesh::cast(o))
         return std::unique_ptr<AcDbObjectIterator>(p->vertexIterator());
     return nullptr;
+}
+
+bool acdbHostIsFolded(AcDbObjectId id) {
+    const AcDbStub* s = acdbStubOf(id);
+    return s != nullptr && s->object == nullptr && AcDbImpl::folded(s);
 }
 
 Adesk::UInt64 acdbHostOpenObjectCount(const AcDbDatabase* database) {

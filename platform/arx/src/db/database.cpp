@@ -36,11 +36,8 @@ Acad::ErrorStatus openAs(AcDbStub* s, T*& object, AcDb::OpenMode mode) {
 
 } // namespace
 
-AcDbStub* AcDbDatabase::Impl::stubAt(Adesk::UInt64 handle, bool create) {
+AcDbStub* AcDbDatabase::Impl::stubOnOtherPage(Adesk::UInt64 handle, bool create) {
     const Adesk::UInt64 pageNumber = handle / AcDbStubPage::kCount;
-    // New objects take handles in order: most look-ups fall on the last page used.
-    if (lastPage != nullptr && lastPage->base == pageNumber * AcDbStubPage::kCount)
-        return &lastPage->stubs[handle - lastPage->base];
     auto it = pages.find(pageNumber);
     if (it == pages.end()) {
         if (!create) return nullptr;

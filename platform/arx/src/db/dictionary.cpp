@@ -16,7 +16,9 @@ struct AcDbDictionary::Index {
     std::unordered_map<std::wstring, size_t> byKey;
 };
 
-AcDbDictionary::AcDbDictionary() = default;
+AcDbDictionary::AcDbDictionary() {
+    AcDbImpl::setFoldKind(this, AcDbImpl::kFoldDictionary);
+}
 AcDbDictionary::~AcDbDictionary() = default;
 
 int AcDbDictionary::find(const ACHAR* key) const {
@@ -120,7 +122,7 @@ Acad::ErrorStatus AcDbDictionary::setAt(const ACHAR* key, AcDbObject* object, Ac
         } else if (index_ != nullptr) {
             index_->byKey[acdbUpper(key)] = entries_.size() - 1;
         }
-        if (auto* group = AcDbGroup::cast(object))
+        if (auto* group = AcDbImpl::mayFold(object) ? nullptr : AcDbGroup::cast(object))
             AcDbImpl::setGroupName(group, entries_.back().key);
     }
     id = value;

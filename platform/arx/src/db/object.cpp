@@ -108,14 +108,17 @@ Acad::ErrorStatus AcDbObject::assertWriteEnabled() const {
 
 Acad::ErrorStatus AcDbObject::close() {
     if (stub_ == nullptr) return Acad::eOk;
+    auto& impl = AcDbImpl::of(AcDbImpl::database(stub_));
     if (writeOpen_) {
         writeOpen_ = false;
-        ++AcDbImpl::of(database()).writeCloses;
+        ++impl.writeCloses;
     } else if (readers_ > 0)
         --readers_;
     else
         return Acad::eNotOpenForRead;
-    --AcDbImpl::of(database()).openCount;
+    --impl.openCount;
+    // The last of a folding pair to close may delete both: nothing after this touches the object.
+    if (foldKind_ != AcDbImpl::kNoFold && readers_ == 0 && !writeOpen_) AcDbImpl::fold(this);
     return Acad::eOk;
 }
 
@@ -181,8 +184,9 @@ Acad::ErrorStatus AcDbObject::createExtensionDictionary() {
     if (stub_ == nullptr) return Acad::eNotInDatabase;
     if (extensionDictionary_ != nullptr && !AcDbImpl::erased(extensionDictionary_))
         return Acad::eAlreadyInDb;
-    auto* dictionary = new AcDbDictionary;
-    AcDbImpl::add(database(), dictionary, stub_);
+    AcDbDatabase* db = AcDbImpl::database(stub_);
+    AcDbDictionary* dictionary = AcDbImpl::newDictionary(AcDbImpl::of(db));
+    AcDbImpl::add(db, dictionary, stub_);
     extensionDictionary_ = AcDbImpl::stub(dictionary);
     dictionary->close();
     return Acad::eOk;
@@ -320,15 +324,17 @@ Acad::ErrorStatus AcDbImpl::add(AcDbDatabase* db, AcDbObject* object, AcDbStub* 
     if (db == nullptr || object == nullptr) return Acad::eNullObjectPointer;
     if (object->stub_ != nullptr) return Acad::eAlreadyInDb;
     AcDbDatabase::Impl& impl = of(db);
+    AcDbStub* s = nullptr;
     if (handle == 0) {
-        while (impl.stubAt(impl.handseed, true)->flags & AcDbStub::kUsed)
+        while ((s = impl.stubAt(impl.handseed, true))->flags & AcDbStub::kUsed)
             ++impl.handseed;
         handle = impl.handseed++;
-    } else if (AcDbStub* s = impl.stubAt(handle, false); s && (s->flags & AcDbStub::kUsed)) {
-        return Acad::eHandleInUse;
+    } else {
+        if (s = impl.stubAt(handle, false); s && (s->flags & AcDbStub::kUsed))
+            return Acad::eHandleInUse;
+        if (handle >= impl.handseed) impl.handseed = handle + 1;
+        s = impl.stubAt(handle, true);
     }
-    if (handle >= impl.handseed) impl.handseed = handle + 1;
-    AcDbStub* s = impl.stubAt(handle, true);
     s->object = object;
     s->flags = AcDbStub::kUsed;
     object->stub_ = s;
@@ -342,13 +348,14 @@ Acad::ErrorStatus AcDbImpl::open(AcDbStub* s, AcDb::OpenMode mode, bool openEras
                                  AcDbObject*& object) {
     object = nullptr;
     if (s == nullptr) return Acad::eNullObjectId;
-    AcDbObject* o = s->object;
+    AcDbObject* o = s->object != nullptr || !folded(s) ? s->object : unfold(s);
     if (o == nullptr) return Acad::ePermanentlyErased;
     if (erased(s) && !openErased) return Acad::eWasErased;
     if (o->writeOpen_) return Acad::eWasOpenForWrite;
     if (mode == AcDb::kForWrite) {
         if (o->readers_ > 0) return Acad::eWasOpenForRead;
-        if (const auto* e = AcDbEntity::cast(o)) {
+        // Dictionaries and records are no entities: their opening skips the layer's look.
+        if (const auto* e = o->foldKind_ == kNoFold ? AcDbEntity::cast(o) : nullptr) {
             const auto* layer = AcDbLayerTableRecord::cast(peek(e->layer_));
             if (layer != nullptr && layer->isLocked()) return Acad::eOnLockedLayer;
         }
@@ -374,7 +381,7 @@ void AcDbImpl::copyRecords(const AcDbObject& from, AcDbObject& to) {
 const AcDbObjectId AcDbObjectId::kNull;
 
 bool AcDbObjectId::isValid() const {
-    return stub_ != nullptr && stub_->object != nullptr;
+    return stub_ != nullptr && (stub_->object != nullptr || AcDbImpl::folded(stub_));
 }
 bool AcDbObjectId::isErased() const {
     return stub_ != nullptr && AcDbImpl::erased(stub_);
@@ -386,6 +393,9 @@ AcDbHandle AcDbObjectId::handle() const {
     return stub_ ? AcDbHandle(AcDbImpl::handle(stub_)) : AcDbHandle();
 }
 AcRxClass* AcDbObjectId::objectClass() const {
+    if (stub_ != nullptr && stub_->object == nullptr && AcDbImpl::folded(stub_))
+        return stub_->flags & AcDbStub::kFoldedRecord ? AcDbXrecord::desc()
+                                                      : AcDbDictionary::desc();
     return isValid() ? stub_->object->isA() : nullptr;
 }
 
@@ -420,4 +430,108 @@ bool AcDbHandle::getIntoAsciiBuffer(ACHAR* buffer, size_t bufferLength) const {
         buffer[i] = digits[n - 1 - i];
     buffer[n] = 0;
     return true;
+}
+
+// Folding: an extension dictionary that holds nothing but one X-record, whose data other records
+// share, costs two objects per tagged entity (a cloud's points each carry one). Closed, the pair
+// gives its objects back and keeps its two handles; whoever reaches either handle again (opening,
+// a container's look, erasing the owner) gets the same two objects made anew, so nothing outside
+// can tell the difference.
+
+void AcDbImpl::fold(AcDbObject* closed) {
+    // Nothing rides on the object that a fold would lose (extended data, reactors, an extension
+    // dictionary of its own), nobody has it open, and it is not erased.
+    auto bare = [](const AcDbObject* o) {
+        return o->readers_ == 0 && !o->writeOpen_ && o->xdata_ == nullptr &&
+               o->firstReactor_ == nullptr &&
+               (o->extras_ == nullptr || o->extras_->moreReactors.empty()) &&
+               o->extensionDictionary_ == nullptr && o->stub_ != nullptr && !erased(o->stub_);
+    };
+    AcDbDictionary* dictionary = nullptr;
+    AcDbXrecord* record = nullptr;
+    if (closed->foldKind_ == kFoldRecord) {
+        AcDbObject* owner = closed->owner_ ? closed->owner_->object : nullptr;
+        if (owner == nullptr || owner->foldKind_ != kFoldDictionary) return;
+        record = static_cast<AcDbXrecord*>(closed);
+        dictionary = static_cast<AcDbDictionary*>(owner);
+    } else {
+        dictionary = static_cast<AcDbDictionary*>(closed);
+        if (dictionary->entries_.size() != 1) return;
+        AcDbObject* value = dictionary->entries_.front().value->object;
+        if (value == nullptr || value->foldKind_ != kFoldRecord) return;
+        record = static_cast<AcDbXrecord*>(value);
+    }
+    // The pair as createExtensionDictionary and setAt make it, and nothing more.
+    AcDbStub* d = dictionary->stub_;
+    AcDbStub* x = record->stub_;
+    if (!bare(dictionary) || !bare(record) || dictionary->entries_.size() != 1 ||
+        dictionary->entries_.front().value != x || dictionary->index_ != nullptr ||
+        record->owner_ != d || x != d + 1)
+        return;
+    // Exactly the two kinds, not kinds made from them.
+    if (dictionary->isA() != AcDbDictionary::desc() || record->isA() != AcDbXrecord::desc()) return;
+    // Only data that records share: a record of its own would need a fold of its own.
+    if (record->data_ != nullptr && !(reinterpret_cast<std::uintptr_t>(record->data_) & 1)) return;
+    AcDbStub* owner = dictionary->owner_;
+    if (owner == nullptr || owner->object == nullptr || owner->object->extensionDictionary_ != d ||
+        database(owner) != database(d))
+        return;
+    const Adesk::UInt64 distance = handle(d) - handle(owner);
+    if (handle(owner) >= handle(d) || distance > 0xFFFFFFFFu) return;
+
+    AcDbDatabase::Impl& impl = of(database(d));
+    const std::wstring* key = dictionary->entries_.front().key;
+    auto same = [&](const AcDbFold& f) { return f.key == key && f.record->data_ == record->data_; };
+    size_t n = impl.lastFold;
+    if (n >= impl.folds.size() || !same(impl.folds[n])) {
+        n = 0;
+        while (n < impl.folds.size() && !same(impl.folds[n]))
+            ++n;
+        if (n == impl.folds.size()) {
+            if (n == AcDbDatabase::Impl::kMaxFolds) return;
+            impl.folds.push_back({key, std::make_unique<AcDbXrecord>(*record)});
+        }
+        impl.lastFold = n;
+    }
+    delete record;
+    if (impl.spareDictionary == nullptr) {
+        // As new: out of the database, open for write by its maker-to-be.
+        d->object = nullptr;
+        dictionary->stub_ = nullptr;
+        dictionary->owner_ = nullptr;
+        dictionary->entries_.clear();
+        dictionary->writeOpen_ = true;
+        impl.spareDictionary.reset(dictionary);
+    } else {
+        delete dictionary;
+    }
+    d->flags |= AcDbStub::kFoldedDictionary;
+    d->reserved = Adesk::UInt32(n);
+    x->flags |= AcDbStub::kFoldedRecord;
+    x->reserved = Adesk::UInt32(distance);
+}
+
+AcDbObject* AcDbImpl::unfold(AcDbStub* s) {
+    AcDbStub* d = s->flags & AcDbStub::kFoldedRecord ? s - 1 : s;
+    AcDbStub* x = d + 1;
+    AcDbDatabase::Impl& impl = of(database(d));
+    const AcDbFold& fold = impl.folds[d->reserved];
+    AcDbDictionary* dictionary = newDictionary(impl);
+    auto* record = new AcDbXrecord(*fold.record);
+    dictionary->entries_.push_back({fold.key, x});
+    auto attach = [](AcDbObject* o, AcDbStub* stub, AcDbStub* owner) {
+        o->writeOpen_ = false;
+        o->stub_ = stub;
+        o->owner_ = owner;
+        stub->object = o;
+        stub->flags &= ~AcDbStub::kFolded;
+    };
+    attach(dictionary, d, impl.stubAt(handle(d) - x->reserved, false));
+    attach(record, x, d);
+    return s->object;
+}
+
+AcDbDictionary* AcDbImpl::newDictionary(AcDbDatabase::Impl& impl) {
+    if (impl.spareDictionary != nullptr) return impl.spareDictionary.release();
+    return new AcDbDictionary;
 }

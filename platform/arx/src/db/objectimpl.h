@@ -12,12 +12,30 @@
 
 // One per handle of a database; ids point here. The object may be gone (never made, or deleted
 // by its creator) while the stub stays.
+//
+// A folded stub has no object either, but stands for one the database makes again on demand: an
+// extension dictionary holding one X-record whose data many such records share (a cloud's
+// points each carry one). The pair takes two handles in a row; the dictionary's stub keeps the
+// number of the database's fold that holds the key and the data, the record's stub the distance
+// back to the dictionary's owner.
 class AcDbStub {
 public:
-    enum Flags : Adesk::UInt32 { kUsed = 1, kErased = 2 };
+    enum Flags : Adesk::UInt32 {
+        kUsed = 1,
+        kErased = 2,
+        kFoldedDictionary = 4,
+        kFoldedRecord = 8,
+        kFolded = kFoldedDictionary | kFoldedRecord
+    };
     AcDbObject* object = nullptr;
     Adesk::UInt32 flags = 0;
     Adesk::UInt32 reserved = 0;
+};
+
+// What a folded pair is made again from: the record's key and a record sharing its data.
+struct AcDbFold {
+    const std::wstring* key;
+    std::unique_ptr<AcDbXrecord> record;
 };
 
 // Stubs live in aligned pages, so that a stub finds its database and handle from its address.
@@ -55,14 +73,31 @@ struct AcDbDatabase::Impl {
     AcDbStub* layerZero = nullptr;
     AcDbStub* clayer = nullptr;
     Adesk::UInt64 nextAnonymousGroup = 1;
+    // Few: one per distinct shared record folded, and no more than kMaxFolds.
+    std::vector<AcDbFold> folds;
+    static constexpr size_t kMaxFolds = 256;
+    size_t lastFold = 0;
+    // A folded dictionary's object, kept for the next one made: tagging many entities in a row
+    // then reuses one object and its entry instead of asking the allocator each time.
+    std::unique_ptr<AcDbDictionary> spareDictionary;
     AcGePoint3d ucsOrigin;
     AcGeVector3d ucsXAxis = AcGeVector3d::kXAxis, ucsYAxis = AcGeVector3d::kYAxis;
     std::shared_ptr<void> fileData;
 
-    AcDbStub* stubAt(Adesk::UInt64 handle, bool create);
+    // New objects take handles in order: most look-ups fall on the last page used.
+    AcDbStub* stubAt(Adesk::UInt64 handle, bool create) {
+        if (lastPage != nullptr && handle - lastPage->base < AcDbStubPage::kCount)
+            return &lastPage->stubs[handle - lastPage->base];
+        return stubOnOtherPage(handle, create);
+    }
+    AcDbStub* stubOnOtherPage(Adesk::UInt64 handle, bool create);
 };
 
 struct AcDbImpl {
+    enum FoldKind : Adesk::UInt8 { kNoFold, kFoldDictionary, kFoldRecord };
+    static void setFoldKind(AcDbObject* o, FoldKind kind) { o->foldKind_ = kind; }
+    // Dictionaries and X-records: no entity, no group.
+    static bool mayFold(const AcDbObject* o) { return o->foldKind_ != kNoFold; }
     static AcDbDatabase::Impl& of(AcDbDatabase* db) { return *db->impl_; }
     static AcDbStub* stub(const AcDbObject* o) { return o->stub_; }
     static AcDbStub* owner(const AcDbObject* o) { return o->owner_; }
@@ -82,10 +117,31 @@ struct AcDbImpl {
                                  Adesk::UInt64 handle = 0);
     static Acad::ErrorStatus open(AcDbStub* stub, AcDb::OpenMode mode, bool openErased,
                                   AcDbObject*& object);
-    // For containers: the object behind a stub without opening it, null when gone.
-    static AcDbObject* peek(const AcDbStub* s) { return s ? s->object : nullptr; }
+    // For containers: the object behind a stub without opening it, null when gone. A folded
+    // pair is made again.
+    static AcDbObject* peek(const AcDbStub* s) {
+        if (s == nullptr) return nullptr;
+        return s->object != nullptr || !(s->flags & AcDbStub::kFolded)
+                   ? s->object
+                   : unfold(const_cast<AcDbStub*>(s));
+    }
+    static bool folded(const AcDbStub* s) { return s->flags & AcDbStub::kFolded; }
+    // The objects of a folded pair made again, closed; returns the one of s.
+    static AcDbObject* unfold(AcDbStub* s);
+    // An object just closed by its last opener: when it is the extension dictionary or the
+    // record of a pair that can fold, the pair folds and both objects are deleted.
+    static void fold(AcDbObject* closed);
+    // A new dictionary, not in any database: the spare one when there is one.
+    static AcDbDictionary* newDictionary(AcDbDatabase::Impl& impl);
     static AcDbStub* layer(const AcDbEntity* e) { return e->layer_; }
     static void setLayer(AcDbEntity* e, AcDbStub* layer) { e->layer_ = layer; }
+    // Makes r the object's only persistent reactor when it has none; false otherwise (a reactor
+    // beyond the first is never kept without a first).
+    static bool setFirstReactor(AcDbObject* o, AcDbStub* r) {
+        if (o->firstReactor_ != nullptr) return false;
+        o->firstReactor_ = r;
+        return true;
+    }
     static void setExtensionDictionary(AcDbObject* o, AcDbStub* d) { o->extensionDictionary_ = d; }
     static AcDbStub* extensionDictionaryOf(const AcDbObject* o) { return o->extensionDictionary_; }
     static std::vector<AcDbStub*> dictionaryEntries(const AcDbDictionary& d) {

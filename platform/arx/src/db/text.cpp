@@ -72,12 +72,13 @@ bool acdbEqualNoCase(std::wstring_view a, std::wstring_view b) {
 }
 
 const std::wstring* acdbInternKey(std::wstring_view text) {
+    // Records repeat their keys ("MemberRec" on every tagged entity): each thread remembers the
+    // last one it asked for, and keys once interned stay, so that needs no lock.
+    thread_local const std::wstring* last = nullptr;
+    if (last != nullptr && *last == text) return last;
     static std::mutex guard;
     static std::unordered_set<std::wstring> keys;
-    static const std::wstring* last = nullptr;
     std::lock_guard lock(guard);
-    // Records repeat their keys ("MemberRec" on every tagged entity).
-    if (last != nullptr && *last == text) return last;
     last = &*keys.emplace(text).first;
     return last;
 }

@@ -60,7 +60,12 @@ unsigned char* madeShared(unsigned char* own) {
 
 } // namespace
 
+AcDbXrecord::AcDbXrecord() {
+    AcDbImpl::setFoldKind(this, AcDbImpl::kFoldRecord);
+}
+
 AcDbXrecord::AcDbXrecord(const AcDbXrecord& other) : AcDbObject(other) {
+    AcDbImpl::setFoldKind(this, AcDbImpl::kFoldRecord);
     share(other);
 }
 

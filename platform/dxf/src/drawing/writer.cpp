@@ -64,6 +64,13 @@ private:
         for (Adesk::UInt64 h = first; h < seed; ++h) {
             AcDbObjectId id;
             if (m_db.getAcDbObjectId(id, false, AcDbHandle(h)) != Acad::eOk) continue;
+            // A folded tag is a dictionary or its record, never erased: written in its turn
+            // below, without being made twice for this look.
+            if (acdbHostIsFolded(id)) {
+                m_written.insert(h);
+                m_objects.push_back(id);
+                continue;
+            }
             AcDbObject* object = nullptr;
             if (acdbOpenAcDbObject(object, id, AcDb::kForRead) != Acad::eOk) continue;
             if (emptyAnonymousGroup(*object)) {
