@@ -17,9 +17,9 @@
 #include <Geom_ToroidalSurface.hxx>
 #include <Geom_TrimmedCurve.hxx>
 #include <TopExp.hxx>
-#include <TopExp_Explorer.hxx>
 #include <TopoDS.hxx>
 #include <TopoDS_Edge.hxx>
+#include <TopoDS_Iterator.hxx>
 #include <TopoDS_Vertex.hxx>
 #include <gp_Sphere.hxx>
 #include <gp_Torus.hxx>
@@ -86,14 +86,17 @@ bool addEdge(const TopoDS_Edge& edge, Bnd_Box& box) {
 // when an edge is of another kind.
 bool addEdges(const TopoDS_Face& face, Bnd_Box& box) {
     Bnd_Box edges;
-    for (TopExp_Explorer it(face, TopAbs_EDGE); it.More(); it.Next()) {
-        const TopoDS_Edge& edge = TopoDS::Edge(it.Current());
-        if (BRep_Tool::Degenerated(edge)) {
-            edges.Add(BRep_Tool::Pnt(TopExp::FirstVertex(edge)));
-        } else if (!addEdge(edge, edges)) {
-            return false;
+    // Wires, then their edges: iterators that allocate nothing, where an explorer keeps a stack.
+    for (TopoDS_Iterator wire(face); wire.More(); wire.Next())
+        for (TopoDS_Iterator it(wire.Value()); it.More(); it.Next()) {
+            if (it.Value().ShapeType() != TopAbs_EDGE) return false;
+            const TopoDS_Edge& edge = TopoDS::Edge(it.Value());
+            if (BRep_Tool::Degenerated(edge)) {
+                edges.Add(BRep_Tool::Pnt(TopExp::FirstVertex(edge)));
+            } else if (!addEdge(edge, edges)) {
+                return false;
+            }
         }
-    }
     if (edges.IsVoid()) return false;
     box.Add(edges);
     return true;

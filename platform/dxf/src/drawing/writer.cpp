@@ -67,7 +67,7 @@ private:
             // A folded tag is a dictionary or its record, never erased: written in its turn
             // below, without being made twice for this look.
             if (acdbHostIsFolded(id)) {
-                m_written.insert(h);
+                m_written[h] = true;
                 m_objects.push_back(id);
                 continue;
             }
