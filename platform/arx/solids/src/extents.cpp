@@ -102,6 +102,22 @@ bool addEdges(const TopoDS_Face& face, Bnd_Box& box) {
     return true;
 }
 
+// A whole torus about centre c, unit axis n: along each world axis, the major circle's half
+// width there plus the minor radius.
+void addWholeTorus(const gp_XYZ& c, const gp_XYZ& n, double R, double r, Bnd_Box& box) {
+    gp_XYZ half;
+    for (int i = 1; i <= 3; ++i)
+        half.SetCoord(i, R * std::sqrt(std::max(0.0, 1.0 - n.Coord(i) * n.Coord(i))) + r);
+    box.Add(gp_Pnt(c - half));
+    box.Add(gp_Pnt(c + half));
+}
+
+void addBall(const gp_XYZ& c, double r, Bnd_Box& box) {
+    const gp_XYZ half(r, r, r);
+    box.Add(gp_Pnt(c - half));
+    box.Add(gp_Pnt(c + half));
+}
+
 // A part of a torus whole around its tube (an elbow's wall): its boundary, and the points inside
 // where the height along a world axis is at its highest or lowest.
 bool addTorusBand(const TopoDS_Face& face, const gp_Torus& torus, Bnd_Box& box) {
@@ -148,9 +164,7 @@ bool addExactFaceBox(const TopoDS_Face& face, Bnd_Box& box) {
         BRepTools::UVBounds(face, u0, u1, v0, v1);
         if (u1 - u0 < kWhole || v1 - v0 < M_PI - 1e-9) return false;
         const gp_Sphere sphere = s->Sphere().Transformed(place);
-        const gp_XYZ half(sphere.Radius(), sphere.Radius(), sphere.Radius());
-        box.Add(gp_Pnt(sphere.Location().XYZ() - half));
-        box.Add(gp_Pnt(sphere.Location().XYZ() + half));
+        addBall(sphere.Location().XYZ(), sphere.Radius(), box);
         return true;
     }
     if (auto t = Handle(Geom_ToroidalSurface)::DownCast(surface)) {
@@ -158,18 +172,54 @@ bool addExactFaceBox(const TopoDS_Face& face, Bnd_Box& box) {
         double u0, u1, v0, v1;
         BRepTools::UVBounds(face, u0, u1, v0, v1);
         if (u1 - u0 >= kWhole && v1 - v0 >= kWhole) {
-            const gp_XYZ c = torus.Location().XYZ(), n = torus.Axis().Direction().XYZ();
-            const double R = torus.MajorRadius(), r = torus.MinorRadius();
-            gp_XYZ half;
-            for (int i = 1; i <= 3; ++i)
-                half.SetCoord(i, R * std::sqrt(std::max(0.0, 1.0 - n.Coord(i) * n.Coord(i))) + r);
-            box.Add(gp_Pnt(c - half));
-            box.Add(gp_Pnt(c + half));
+            addWholeTorus(torus.Location().XYZ(), torus.Axis().Direction().XYZ(),
+                          torus.MajorRadius(), torus.MinorRadius(), box);
             return true;
         }
         return addTorusBand(face, torus, box);
     }
     return false;
+}
+
+bool primitiveExtents(Primitive kind, const std::array<double, 3>& sizes, const gp_Trsf& place,
+                      Extents& extents) {
+    const auto at = [&](double x, double y, double z) {
+        return gp_Pnt(x, y, z).Transformed(place);
+    };
+    const gp_Vec x = gp_Vec(gp::DX()).Transformed(place), y = gp_Vec(gp::DY()).Transformed(place);
+    Bnd_Box box;
+    switch (kind) {
+    case Primitive::kCylinder:
+    case Primitive::kCone:
+    case Primitive::kApexCone: {
+        // Straight between its rims: those hold its extremes (an apex is a rim of no radius).
+        const double base = sizes[0], top = sizes[1], half = 0.5 * sizes[2];
+        addConic(at(0, 0, -half), x * base, y * base, 0.0, kTwoPi, box);
+        if (top > 0.0)
+            addConic(at(0, 0, half), x * top, y * top, 0.0, kTwoPi, box);
+        else
+            box.Add(at(0, 0, half));
+        break;
+    }
+    case Primitive::kBox:
+        for (int i = 0; i < 8; ++i)
+            box.Add(at((i & 1 ? 0.5 : -0.5) * sizes[0], (i & 2 ? 0.5 : -0.5) * sizes[1],
+                       (i & 4 ? 0.5 : -0.5) * sizes[2]));
+        break;
+    case Primitive::kSphere:
+        addBall(at(0, 0, 0).XYZ(), sizes[0], box);
+        break;
+    case Primitive::kTorus:
+        addWholeTorus(at(0, 0, 0).XYZ(), gp_Vec(gp::DZ()).Transformed(place).XYZ(), sizes[0],
+                      sizes[1], box);
+        break;
+    case Primitive::kNone:
+        return false;
+    }
+    double x0, y0, z0, x1, y1, z1;
+    box.Get(x0, y0, z0, x1, y1, z1);
+    extents = {{x0, y0, z0}, {x1, y1, z1}};
+    return true;
 }
 
 } // namespace arxsolids

@@ -17,6 +17,7 @@
 #include <gp_Trsf.hxx>
 #include <gp_Vec.hxx>
 
+#include <array>
 #include <new>
 #include <optional>
 #include <stdexcept>
@@ -41,6 +42,9 @@ struct Solid::Impl {
     bool history = false;
     // The primitive the shape still is (built as one, then moved only), or kNone.
     Primitive primitive = Primitive::kNone;
+    // Its sizes as made about the origin: a frustum's base radius, top radius and height; a box's
+    // lengths; a sphere's radius; a torus's major and minor radii.
+    std::array<double, 3> sizes{};
     mutable Measures measures;
 };
 
@@ -67,6 +71,9 @@ struct Access {
     }
     static Primitive& primitive(Solid& solid);
     static Primitive primitive(const Solid& solid);
+    // A primitive's sizes (see Solid::Impl).
+    static std::array<double, 3>& sizes(Solid& solid);
+    static std::array<double, 3> sizes(const Solid& solid);
     // The cached measures of a body, or null for one that was never given a shape.
     template <class T>
     static Measures* measures(const T& object) {
@@ -169,6 +176,10 @@ bool extentsOf(const TopoDS_Shape& shape, Extents& extents);
 // whole spheres and tori, bands of a torus); false, with the box unchanged, otherwise
 // (extents.cpp).
 bool addExactFaceBox(const TopoDS_Face& face, Bnd_Box& box);
+// The tightest box of a primitive of the sizes given, placed by `place`, in closed form without
+// reaching its shape; false for kNone.
+bool primitiveExtents(Primitive kind, const std::array<double, 3>& sizes, const gp_Trsf& place,
+                      Extents& extents);
 // A box that holds the shape, from the bounds of each face's and edge's own geometry; no search.
 bool enclosingExtentsOf(const TopoDS_Shape& shape, Extents& extents);
 double diagonalOf(const TopoDS_Shape& shape);

@@ -86,6 +86,7 @@ Status Solid::createFrustum(double height, double xRadius, double yRadius, doubl
         }
         Access::shape(*this) = shape;
         Access::primitive(*this) = kind;
+        Access::sizes(*this) = {xRadius, topXRadius, height};
         return Status::eOk;
     });
 }
@@ -96,6 +97,7 @@ Status Solid::createBox(double xLen, double yLen, double zLen) {
         const gp_Pnt corner(-0.5 * xLen, -0.5 * yLen, -0.5 * zLen);
         Access::shape(*this) = BRepPrimAPI_MakeBox(corner, xLen, yLen, zLen).Shape();
         Access::primitive(*this) = Primitive::kBox;
+        Access::sizes(*this) = {xLen, yLen, zLen};
         return Status::eOk;
     });
 }
@@ -105,6 +107,7 @@ Status Solid::createSphere(double radius) {
         if (!positive(radius)) return Status::eInvalidInput;
         Access::shape(*this) = BRepPrimAPI_MakeSphere(radius).Shape();
         Access::primitive(*this) = Primitive::kSphere;
+        Access::sizes(*this) = {radius, 0.0, 0.0};
         return Status::eOk;
     });
 }
@@ -117,6 +120,7 @@ Status Solid::createTorus(double majorRadius, double minorRadius) {
         if (majorRadius >= minorRadius) {
             Access::shape(*this) = BRepPrimAPI_MakeTorus(majorRadius, minorRadius).Shape();
             Access::primitive(*this) = Primitive::kTorus;
+            Access::sizes(*this) = {majorRadius, minorRadius, 0.0};
             return Status::eOk;
         }
         TopoDS_Shape shape;

@@ -33,6 +33,13 @@ Primitive& Access::primitive(Solid& solid) {
 Primitive Access::primitive(const Solid& solid) {
     return solid.impl_ ? solid.impl_->primitive : Primitive::kNone;
 }
+std::array<double, 3>& Access::sizes(Solid& solid) {
+    if (!solid.impl_) solid.impl_ = std::make_unique<Solid::Impl>();
+    return solid.impl_->sizes;
+}
+std::array<double, 3> Access::sizes(const Solid& solid) {
+    return solid.impl_ ? solid.impl_->sizes : std::array<double, 3>{};
+}
 
 std::vector<TopoDS_Face> facesOf(const TopoDS_Shape& shape) {
     std::vector<TopoDS_Face> faces;
@@ -132,10 +139,31 @@ Status Solid::transformBy(const Matrix& matrix) {
     return status;
 }
 
+namespace {
+
+// A primitive moved only has its boxes in closed form from its sizes and its place: its shape is
+// not reached (after a large import that memory has long left the caches). Both boxes are the
+// tightest one then.
+bool primitiveBoxes(const Solid& solid) {
+    Measures* cache = Access::measures(solid);
+    const Primitive kind = Access::primitive(solid);
+    if (!cache || kind == Primitive::kNone) return false;
+    if (cache->exact && cache->enclosing) return true;
+    Extents e;
+    const gp_Trsf& place = Access::shape(solid).Location().Transformation();
+    if (!primitiveExtents(kind, Access::sizes(solid), place, e)) return false;
+    cache->exact = cache->enclosing = e;
+    return true;
+}
+
+} // namespace
+
 Status Solid::getGeomExtents(Extents& extents) const {
+    primitiveBoxes(*this);
     return shapeExtents(Access::shape(*this), Access::measures(*this), true, extents);
 }
 Status Solid::getBoundingBox(Extents& extents) const {
+    primitiveBoxes(*this);
     return shapeExtents(Access::shape(*this), Access::measures(*this), false, extents);
 }
 
