@@ -102,13 +102,23 @@ void appendTag(std::string& out, int code, std::string_view value) {
     *p = '\n';
 }
 
+void TagWriter::put(const std::string& text) {
+    // The standard file buffer sends a write of a kilobyte or more straight to the system, with
+    // whatever it holds: one system call per solid's text. In smaller pieces the text goes
+    // through the stream's buffer, which the system sees when full.
+    constexpr std::size_t kPiece = 1000;
+    for (std::size_t at = 0; at < text.size(); at += kPiece)
+        m_out.write(text.data() + at,
+                    static_cast<std::streamsize>(std::min(kPiece, text.size() - at)));
+}
+
 void TagWriter::write(int code, const std::string& value) {
     m_buffer.clear();
     if (code == kFormattedGroups)
         m_buffer = value;
     else
         appendTag(m_buffer, code, value);
-    m_out.write(m_buffer.data(), static_cast<std::streamsize>(m_buffer.size()));
+    put(m_buffer);
 }
 
 void TagWriter::write(const Tags& tags) {
@@ -118,7 +128,7 @@ void TagWriter::write(const Tags& tags) {
             m_buffer += t.value;
         else
             appendTag(m_buffer, t.code, t.value);
-    m_out.write(m_buffer.data(), static_cast<std::streamsize>(m_buffer.size()));
+    put(m_buffer);
 }
 
 void TagWriter::writePoint(int code, double x, double y, double z) {

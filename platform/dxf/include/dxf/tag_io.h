@@ -59,6 +59,7 @@ public:
     void writePoint(int code, double x, double y, double z);
 
 private:
+    void put(const std::string& text);
     std::ostream& m_out;
     std::string m_buffer;
 };
