@@ -55,7 +55,8 @@ AcApDocument* newDocument();
 bool closeDocument(AcApDocument* document);
 // Closes every document as closeDocument does. With `atExit` (the process ends next) each
 // drawing is told and put away but not deleted: its memory goes back with the process's, not by
-// one free for each of its objects, which for a large drawing is a good part of a command.
+// one free for each of its objects, which for a large drawing is a good part of a command. (Not
+// in a build with the leak checker, which checks that close.)
 void closeAllDocuments(bool atExit = false);
 bool setCurrentDocument(AcApDocument* document);
 // A new document holding the drawing of a DXF file, made current; the modules get kLoadDwgMsg.
