@@ -3,7 +3,9 @@
 #include "internal.h"
 
 #include <BRepBndLib.hxx>
+#include <BRepGProp.hxx>
 #include <Bnd_Box.hxx>
+#include <GProp_GProps.hxx>
 
 namespace solidstest {
 namespace {
@@ -61,6 +63,52 @@ TEST(ExactBox, ClosedFormsAgreeWithTheSearch) {
             EXPECT_TRUE(samePoint(search.max, exact.max, size, 1e-7));
         }
     }
+}
+
+// Bodies of flat faces with straight edges: volume, centre, inertia and area in closed form agree
+// with the kernel's integration (convex, hollow, not convex, mirrored, all away from the origin).
+TEST(ClosedFormMeasures, FlatBodiesAgreeWithTheKernelsIntegration) {
+    const Matrix turn = Matrix::rotation(0.7, {1, 2, 3}, {4, -1, 2});
+    Solid box, framed, hole, ell, cut, mirrored;
+    ASSERT_OK(box.createBox(1, 2, 3));
+    ASSERT_OK(framed.createBox(4, 4, 1));
+    ASSERT_OK(hole.createBox(2, 2, 3));
+    ASSERT_OK(framed.booleanOper(BoolOperType::kBoolSubtract, hole));
+    ASSERT_OK(ell.createBox(4, 1, 2));
+    ASSERT_OK(cut.createBox(2, 2, 2));
+    ASSERT_OK(cut.transformBy(Matrix::translation({1, 1, 0})));
+    ASSERT_OK(ell.booleanOper(BoolOperType::kBoolUnite, cut));
+    ASSERT_OK(mirrored.createBox(1, 2, 3));
+    Matrix mirror; // in the plane x = 0
+    mirror(0, 0) = -1;
+    ASSERT_OK(mirrored.transformBy(mirror));
+    for (auto [name, solid] :
+         {std::pair{"box", &box}, std::pair{"frame with a hole", &framed},
+          std::pair{"L of two boxes", &ell}, std::pair{"mirrored box", &mirrored}}) {
+        SCOPED_TRACE(name);
+        ASSERT_OK(solid->transformBy(turn));
+        const TopoDS_Shape& shape = Access::shape(std::as_const(*solid));
+        GProp_GProps closed, kernel;
+        double area = 0.0;
+        ASSERT_TRUE(polyhedronVolume(shape, closed));
+        ASSERT_TRUE(polyhedronArea(shape, area));
+        BRepGProp::VolumeProperties(shape, kernel, true);
+        GProp_GProps surface;
+        BRepGProp::SurfaceProperties(shape, surface);
+        const double size = 10;
+        EXPECT_TRUE(near(kernel.Mass(), closed.Mass(), size * size * size));
+        EXPECT_TRUE(near(surface.Mass(), area, size * size));
+        EXPECT_LT(closed.CentreOfMass().Distance(kernel.CentreOfMass()), 1e-9 * size);
+        const gp_Mat a = closed.MatrixOfInertia(), b = kernel.MatrixOfInertia();
+        for (int i = 1; i <= 3; ++i)
+            for (int j = 1; j <= 3; ++j)
+                EXPECT_TRUE(near(b(i, j), a(i, j), std::pow(size, 5))) << i << "," << j;
+    }
+    // A body with a curved face is not one of them.
+    Solid cylinder;
+    ASSERT_OK(cylinder.createFrustum(2.0, 0.5, 0.5, 0.5));
+    GProp_GProps untouched;
+    EXPECT_FALSE(polyhedronVolume(Access::shape(std::as_const(cylinder)), untouched));
 }
 
 } // namespace

@@ -168,6 +168,10 @@ bool isBoundaryEdge(const TopoDS_Shape& edge, const TopoDS_Face& face);
 // Volume integrals: exact for analytic faces, to about 1e-8 on free-form ones.
 void volumeProperties(const TopoDS_Shape& shape, GProp_GProps& props);
 double volumeOf(const TopoDS_Shape& shape);
+// The same in closed form for a body of flat faces with straight edges; false, props unchanged,
+// for any other (polyhedra.cpp).
+bool polyhedronVolume(const TopoDS_Shape& shape, GProp_GProps& props);
+bool polyhedronArea(const TopoDS_Shape& shape, double& area);
 double areaOf(const TopoDS_Shape& shape);
 // The tightest box; false for an empty shape. Closed forms where the faces allow, else a search
 // over the face, costly on free-form faces.

@@ -62,6 +62,7 @@ void byRule(const TopoDS_Shape& shape, GProp_GProps& props, Rule rule) {
 } // namespace
 
 void volumeProperties(const TopoDS_Shape& shape, GProp_GProps& props) {
+    if (polyhedronVolume(shape, props)) return;
     byRule(shape, props, [](const TopoDS_Shape& s, GProp_GProps& p, bool adaptive) {
         if (adaptive)
             BRepGProp::VolumeProperties(s, p, kAdaptiveError, true);
@@ -79,6 +80,7 @@ double volumeOf(const TopoDS_Shape& shape) {
 
 double areaOf(const TopoDS_Shape& shape) {
     if (shape.IsNull()) return 0.0;
+    if (double area = 0.0; polyhedronArea(shape, area)) return area;
     GProp_GProps props;
     byRule(shape, props, [](const TopoDS_Shape& s, GProp_GProps& p, bool adaptive) {
         if (adaptive)
