@@ -1,5 +1,6 @@
 // Point clouds and meshes at the sizes where their rules bite: the thinning boundaries, the
 // split of a mesh at 32767 faces or vertices, and a cloud that survives a save and an open.
+#include "../support/model_space.h"
 #include "import_fixture.h"
 
 #include "bulk/param_view.h"
@@ -53,18 +54,12 @@ std::string mesh(std::size_t vertices, const std::string& indices, const std::st
 template <typename Kind>
 std::vector<Kind*> modelSpace(AcDbDatabase* db) {
     std::vector<Kind*> out;
-    AcDbBlockTableRecord* space = nullptr;
-    acdbOpenObject(space, db->modelSpaceId(), AcDb::kForRead);
-    AcDbBlockTableRecordIterator* it = nullptr;
-    space->newIterator(it);
-    for (; !it->done(); it->step()) {
+    for (const AcDbObjectId& id : modelSpaceIds(*db)) {
         AcDbEntity* entity = nullptr;
-        if (it->getEntity(entity) != Acad::eOk) continue;
+        if (acdbOpenObject(entity, id, AcDb::kForRead) != Acad::eOk) continue;
         entity->close();
         if (auto* kind = Kind::cast(entity)) out.push_back(kind);
     }
-    delete it;
-    space->close();
     return out;
 }
 

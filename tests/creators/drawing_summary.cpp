@@ -1,4 +1,5 @@
 #include "drawing_summary.h"
+#include "../support/model_space.h"
 
 #include "foundation/error_report.h"
 #include "records/member_record.h"
@@ -460,19 +461,13 @@ bool LineMatches(const std::string& expected, const std::string& actual, std::st
 }
 
 int CountModelSpace(AcDbDatabase& db, const std::function<bool(AcDbEntity&)>& test) {
-    AcDbBlockTableRecord* space = nullptr;
-    if (acdbOpenObject(space, db.modelSpaceId(), AcDb::kForRead) != Acad::eOk) return -1;
-    AcDbBlockTableRecordIterator* it = nullptr;
-    space->newIterator(it);
     int count = 0;
-    for (; !it->done(); it->step()) {
+    for (const AcDbObjectId& id : modelSpaceIds(db)) {
         AcDbEntity* entity = nullptr;
-        if (it->getEntity(entity) != Acad::eOk) continue;
+        if (acdbOpenObject(entity, id, AcDb::kForRead) != Acad::eOk) continue;
         count += test(*entity) ? 1 : 0;
         entity->close();
     }
-    delete it;
-    space->close();
     return count;
 }
 

@@ -4,6 +4,7 @@
 #include <arx/arx.h>
 #include <arx/dbhost.h>
 
+#include "../support/model_space.h"
 #include "drawing_test.h"
 
 #include <memory>
@@ -55,14 +56,8 @@ std::unique_ptr<AcDbDatabase> taggedPoints(bool shared) {
 
 // The extension dictionary of a drawing's first point.
 AcDbObjectId firstDictionary(AcDbDatabase& db) {
-    AcDbBlockTableRecord* space = nullptr;
-    acdbOpenObject(space, db.modelSpaceId(), AcDb::kForRead);
-    AcDbBlockTableRecordIterator* it = nullptr;
-    space->newIterator(it);
     AcDbEntity* point = nullptr;
-    it->getEntity(point);
-    delete it;
-    space->close();
+    acdbOpenObject(point, modelSpaceIds(db).front(), AcDb::kForRead);
     const AcDbObjectId id = point->extensionDictionary();
     point->close();
     return id;

@@ -1,4 +1,5 @@
 #include "editor_test.h"
+#include "../support/model_space.h"
 
 namespace editortest {
 
@@ -56,16 +57,7 @@ AcDbObjectId EditorTest::add(AcDbEntity* entity, const wchar_t* layer) {
 }
 
 int EditorTest::entityCount() const {
-    AcDbBlockTableRecord* space = nullptr;
-    if (acdbOpenObject(space, db()->modelSpaceId(), AcDb::kForRead) != Acad::eOk) return -1;
-    AcDbBlockTableRecordIterator* it = nullptr;
-    space->newIterator(it);
-    int count = 0;
-    for (; !it->done(); it->step())
-        ++count;
-    delete it;
-    space->close();
-    return count;
+    return static_cast<int>(modelSpaceIds(*db()).size());
 }
 
 AcDbLayerTableRecord* EditorTest::openLayer(const wchar_t* name) const {

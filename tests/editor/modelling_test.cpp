@@ -1,6 +1,7 @@
 // Solids modelled at the command line: primitives placed in the UCS, profiles swept, booleans,
 // slices and explosions, against closed forms of their volumes and centroids; bad answers that
 // are asked again and refusals that leave the drawing as it was.
+#include "../support/model_space.h"
 #include "editor_test.h"
 
 #include <arx/dbregion.h>
@@ -47,19 +48,7 @@ protected:
     std::vector<AcDbObjectId> solids() const { return ofKind(AcDb3dSolid::desc()); }
     std::vector<AcDbObjectId> regions() const { return ofKind(AcDbRegion::desc()); }
     static std::vector<AcDbObjectId> modelSpace() {
-        std::vector<AcDbObjectId> ids;
-        AcDbBlockTableRecord* space = nullptr;
-        AcDbDatabase* db = acdbHostApplicationServices()->workingDatabase();
-        if (acdbOpenObject(space, db->modelSpaceId(), AcDb::kForRead) != Acad::eOk) return ids;
-        AcDbBlockTableRecordIterator* it = nullptr;
-        space->newIterator(it);
-        for (; !it->done(); it->step()) {
-            AcDbObjectId id;
-            if (it->getEntityId(id) == Acad::eOk) ids.push_back(id);
-        }
-        delete it;
-        space->close();
-        return ids;
+        return modelSpaceIds(*acdbHostApplicationServices()->workingDatabase());
     }
 };
 

@@ -2,6 +2,7 @@
 // entities a creator left in model space, and what rides on them.
 #pragma once
 
+#include "../support/model_space.h"
 #include "import_fixture.h"
 
 #include "records/member_record.h"
@@ -29,22 +30,7 @@ inline ObjectPtr objectFrom(const std::string& json) {
 
 // The ids of model space in order.
 inline std::vector<AcDbObjectId> modelSpaceIds() {
-    std::vector<AcDbObjectId> ids;
-    AcDbBlockTable* table = nullptr;
-    acdbHostApplicationServices()->workingDatabase()->getBlockTable(table, AcDb::kForRead);
-    AcDbBlockTableRecord* space = nullptr;
-    table->getAt(ACDB_MODEL_SPACE, space, AcDb::kForRead);
-    table->close();
-    AcDbBlockTableRecordIterator* it = nullptr;
-    space->newIterator(it);
-    for (; !it->done(); it->step()) {
-        AcDbObjectId id;
-        it->getEntityId(id);
-        ids.push_back(id);
-    }
-    delete it;
-    space->close();
-    return ids;
+    return ::modelSpaceIds(*acdbHostApplicationServices()->workingDatabase());
 }
 
 // An entity of model space open for read, closed when the view goes.

@@ -3,6 +3,7 @@
 // modelled by the host's commands, tagged as the import tags them.
 #pragma once
 
+#include "../support/model_space.h"
 #include "import_fixture.h"
 
 #include "records/member_record.h"
@@ -98,21 +99,7 @@ protected:
     }
 
     // The entities of model space, in order.
-    static std::vector<AcDbObjectId> modelSpace() {
-        std::vector<AcDbObjectId> ids;
-        AcDbBlockTableRecord* space = nullptr;
-        acdbOpenObject(space, database()->modelSpaceId(), AcDb::kForRead);
-        AcDbBlockTableRecordIterator* it = nullptr;
-        space->newIterator(it);
-        for (; !it->done(); it->step()) {
-            AcDbObjectId id;
-            it->getEntityId(id);
-            ids.push_back(id);
-        }
-        delete it;
-        space->close();
-        return ids;
-    }
+    static std::vector<AcDbObjectId> modelSpace() { return modelSpaceIds(*database()); }
     template <class T>
     static bool is(AcDbObjectId id) {
         AcDbEntity* entity = nullptr;
