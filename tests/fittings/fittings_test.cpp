@@ -42,14 +42,8 @@ struct Frustum {
 class Fittings : public qelintest::ImportTest {
 protected:
     void import(const std::vector<std::string>& objects) {
-        FileLayout layout;
-        layout.objects = objects;
-        std::string refs;
-        for (std::size_t i = 0; i < objects.size(); ++i)
-            refs += (i ? ", " : "") + std::to_string(i);
-        layout.layers = {{R"("Piping")", "[" + refs + "]", ""}};
         answer("");
-        run(layout);
+        run(qelintest::oneLayer(objects, R"("Piping")"));
         m_ids = modelSpaceIds();
     }
     // The entities of model space of one kind, in order.

@@ -112,15 +112,4 @@ protected:
     bool m_companion = false;
 };
 
-// A file of the objects, all on one layer.
-inline FileLayout oneLayer(const std::vector<std::string>& objects) {
-    FileLayout layout;
-    layout.objects = objects;
-    std::string refs;
-    for (std::size_t i = 0; i < objects.size(); ++i)
-        refs += (i ? ", " : "") + std::to_string(i);
-    layout.layers = {{R"("Plant")", "[" + refs + "]", ""}};
-    return layout;
-}
-
 } // namespace qelintest

@@ -199,4 +199,16 @@ protected:
     int m_badLayerNames = 0;
 };
 
+// A file of the objects, all on one layer (its name as JSON text).
+inline FileLayout oneLayer(const std::vector<std::string>& objects,
+                           const std::string& layer = R"("Plant")") {
+    FileLayout layout;
+    layout.objects = objects;
+    std::string refs;
+    for (std::size_t i = 0; i < objects.size(); ++i)
+        refs += (i ? ", " : "") + std::to_string(i);
+    layout.layers = {{layer, "[" + refs + "]", ""}};
+    return layout;
+}
+
 } // namespace qelintest
