@@ -116,30 +116,6 @@ constexpr const char* kModel = R"({ "format": "qel-json-1", "objects": [
 // single-precision values.
 constexpr double kTolerance = 1e-6;
 
-// Where an object stands: its pose as a rotation matrix (rows) and a translation.
-struct Placement {
-    double r[9] = {1, 0, 0, 0, 1, 0, 0, 0, 1};
-    double t[3] = {0, 0, 0};
-    std::array<double, 3> apply(double x, double y, double z) const {
-        return {r[0] * x + r[1] * y + r[2] * z + t[0], r[3] * x + r[4] * y + r[5] * z + t[1],
-                r[6] * x + r[7] * y + r[8] * z + t[2]};
-    }
-};
-
-Placement placementOf(QelObject* object) {
-    Placement placement;
-    QelParam* param = object->GetParam("pose", 0);
-    if (!param) return placement;
-    QelObject* pose = nullptr;
-    param->GetValue(pose);
-    const std::vector<double> rotation = reals(pose, "rotation");
-    if (rotation.size() == 4) rotation_to_affine(rotation.data(), placement.r);
-    const std::vector<double> translation = reals(pose, "translation");
-    for (std::size_t i = 0; i < translation.size() && i < 3; ++i)
-        placement.t[i] = translation[i];
-    return placement;
-}
-
 // The same place, axis by axis and in translation.
 ::testing::AssertionResult samePlacement(QelObject* want, QelObject* got) {
     const Placement a = placementOf(want), b = placementOf(got);

@@ -5,6 +5,7 @@
 
 #include <qel/qel.h>
 
+#include "export_params.h"
 #include "qelcad_fixture.h"
 
 #include <cmath>
@@ -20,27 +21,12 @@ struct Frame {
 };
 
 Frame frameOf(QelObject* object) {
+    const qelintest::Placement p = qelintest::placementOf(object);
     Frame frame;
-    QelParam* pose = object->GetParam("pose", 0);
-    if (!pose) return frame;
-    QelObject* transformation = nullptr;
-    pose->GetValue(transformation);
-    double* values = nullptr;
-    unsigned count = 0;
-    if (QelParam* t = transformation->GetParam("translation", 0)) {
-        t->GetValue(values, count, false);
-        if (count == 3) frame.origin.set(values[0], values[1], values[2]);
-    }
-    if (QelParam* r = transformation->GetParam("rotation", 0)) {
-        r->GetValue(values, count, false);
-        double m[9];
-        if (count == 4) {
-            rotation_to_affine(values, m);
-            frame.x.set(m[0], m[3], m[6]);
-            frame.y.set(m[1], m[4], m[7]);
-            frame.z.set(m[2], m[5], m[8]);
-        }
-    }
+    frame.origin.set(p.t[0], p.t[1], p.t[2]);
+    frame.x.set(p.r[0], p.r[3], p.r[6]);
+    frame.y.set(p.r[1], p.r[4], p.r[7]);
+    frame.z.set(p.r[2], p.r[5], p.r[8]);
     return frame;
 }
 

@@ -2,8 +2,11 @@
 // tests of every family.
 #pragma once
 
+#include "objectfile/param_read.h"
+
 #include <qel/qel.h>
 
+#include <array>
 #include <cmath>
 #include <string>
 #include <vector>
@@ -48,6 +51,31 @@ inline std::string text(QelObject* object, const char* name) {
     const char* value = "";
     param->GetValue(value);
     return value;
+}
+
+// Where an object's pose puts it: the rotation as a matrix (rows) and the translation; the
+// identity without a pose.
+struct Placement {
+    double r[9] = {1, 0, 0, 0, 1, 0, 0, 0, 1};
+    double t[3] = {0, 0, 0};
+    std::array<double, 3> apply(double x, double y, double z) const {
+        return {r[0] * x + r[1] * y + r[2] * z + t[0], r[3] * x + r[4] * y + r[5] * z + t[1],
+                r[6] * x + r[7] * y + r[8] * z + t[2]};
+    }
+};
+
+inline Placement placementOf(QelObject* object) {
+    Placement placement;
+    QelParam* param = object ? object->GetParam("pose", 0) : nullptr;
+    if (!param) return placement;
+    QelObject* pose = nullptr;
+    param->GetValue(pose);
+    const std::vector<double> rotation = reals(pose, "rotation");
+    if (rotation.size() == 4) rotation_to_affine(rotation.data(), placement.r);
+    const std::vector<double> translation = reals(pose, "translation");
+    for (std::size_t i = 0; i < translation.size() && i < 3; ++i)
+        placement.t[i] = translation[i];
+    return placement;
 }
 
 } // namespace qelintest
