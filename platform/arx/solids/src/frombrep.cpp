@@ -296,11 +296,8 @@ Status Solid::createFromBrep(const Brep& brep) {
         if (TopoDS_Shape direct = directSolidOf(brep, volume); !direct.IsNull()) {
             // Its volume, from the faces' closed forms, turns it outward.
             if (volume < 0.0) direct.Reverse();
-            const double size = roughSizeOf(direct);
-            if (std::abs(volume) > 1e-12 * size * size * size) {
-                Access::shape(*this) = direct;
-                return Status::eOk;
-            }
+            Access::shape(*this) = direct;
+            return Status::eOk;
         }
         std::vector<TopoDS_Face> faces;
         if (Status s = buildFaces(brep, faces); s != Status::eOk) return s;

@@ -26,8 +26,8 @@ Status buildEdges(const Brep& brep, std::vector<TopoDS_Vertex>& vertices,
 // bounded by lines and circles, bands of revolution between whole circles, a cone closed at its
 // apex, a whole sphere or torus) that hold together: every edge on its faces, every loop
 // running its face's way, every edge bounding two faces, once each way. Null otherwise (and on
-// any failure), for the general rebuild. `volume` is the solid's, worked out from the faces in
-// closed form: negative when they turn inward.
+// any failure, and for a body without volume), for the general rebuild. `volume` is the solid's,
+// worked out from the faces in closed form: negative when they turn inward.
 TopoDS_Shape directSolidOf(const Brep& brep, double& volume);
 
 } // namespace arxsolids

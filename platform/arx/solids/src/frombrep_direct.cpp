@@ -150,15 +150,18 @@ public:
         if (buildEdges(brep_, vertices_, edges_) != Status::eOk) return {};
         TopoDS_Shell shell;
         builder_.MakeShell(shell);
-        double flux = 0.0;
+        double flux = 0.0, magnitude = 0.0;
         for (const BrepFace& f : brep_.faces) {
             TopoDS_Face face;
             faceFlux_ = 0.0;
             if (!makeFace(f, face) || !std::isfinite(faceFlux_)) return {};
             if (f.reversed) face.Reverse();
             flux += f.reversed ? -faceFlux_ : faceFlux_;
+            magnitude += std::abs(faceFlux_);
             builder_.Add(shell, face);
         }
+        // A body with no volume to speak of (its faces' fluxes cancel to rounding) is no solid.
+        if (!(std::abs(flux) > 1e-12 * magnitude)) return {};
         shell.Closed(true);
         TopoDS_Solid solid;
         builder_.MakeSolid(solid);
