@@ -216,10 +216,7 @@ bool primitiveExtents(Primitive kind, const std::array<double, 3>& sizes, const 
     case Primitive::kNone:
         return false;
     }
-    double x0, y0, z0, x1, y1, z1;
-    box.Get(x0, y0, z0, x1, y1, z1);
-    extents = {{x0, y0, z0}, {x1, y1, z1}};
-    return true;
+    return boxExtents(box, extents);
 }
 
 } // namespace arxsolids

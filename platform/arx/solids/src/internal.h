@@ -184,6 +184,8 @@ bool addExactFaceBox(const TopoDS_Face& face, Bnd_Box& box);
 // reaching its shape; false for kNone.
 bool primitiveExtents(Primitive kind, const std::array<double, 3>& sizes, const gp_Trsf& place,
                       Extents& extents);
+// The extents of a box, without its gap; false for a void box.
+bool boxExtents(Bnd_Box box, Extents& extents);
 // A box that holds the shape, from the bounds of each face's and edge's own geometry; no search.
 bool enclosingExtentsOf(const TopoDS_Shape& shape, Extents& extents);
 double diagonalOf(const TopoDS_Shape& shape);

@@ -91,18 +91,8 @@ double areaOf(const TopoDS_Shape& shape) {
     return props.Mass();
 }
 
-bool extentsOf(const TopoDS_Shape& shape, Extents& extents) {
-    if (shape.IsNull()) return false;
-    Bnd_Box box;
-    // Faces with a closed form for their box take it; the others go through the kernel's
-    // search, which costs far more.
-    bool anyFace = false;
-    for (TopExp_Explorer it(shape, TopAbs_FACE); it.More(); it.Next()) {
-        const TopoDS_Face& face = TopoDS::Face(it.Current());
-        if (!addExactFaceBox(face, box)) BRepBndLib::AddOptimal(face, box, false, false);
-        anyFace = true;
-    }
-    if (!anyFace) BRepBndLib::AddOptimal(shape, box, false, false);
+bool boxExtents(Bnd_Box box, Extents& extents) {
+    box.SetGap(0.0);
     if (box.IsVoid()) return false;
     double x0, y0, z0, x1, y1, z1;
     box.Get(x0, y0, z0, x1, y1, z1);
@@ -110,24 +100,37 @@ bool extentsOf(const TopoDS_Shape& shape, Extents& extents) {
     return true;
 }
 
-bool enclosingExtentsOf(const TopoDS_Shape& shape, Extents& extents) {
+namespace {
+
+// Faces with a closed form for their tightest box take it; the others take the kernel's search
+// (exact, and costly) or the bounds of their own geometry (enclosing), which grow by the
+// tolerances of what they hold: the geometry's own bounds hold the body, and plane faces then
+// give their exact place.
+bool faceBoxes(const TopoDS_Shape& shape, bool exact, Extents& extents) {
     if (shape.IsNull()) return false;
-    // Faces with a closed form for their tightest box take it, which costs less than the bounds
-    // of their geometry (and a whole torus's bounds are loose); the others take those bounds.
+    const auto other = [exact](const TopoDS_Shape& s, Bnd_Box& box) {
+        if (exact)
+            BRepBndLib::AddOptimal(s, box, false, false);
+        else
+            BRepBndLib::Add(s, box, false);
+    };
     Bnd_Box box;
     for (TopExp_Explorer it(shape, TopAbs_FACE); it.More(); it.Next()) {
         const TopoDS_Face& face = TopoDS::Face(it.Current());
-        if (!addExactFaceBox(face, box)) BRepBndLib::Add(face, box, false);
+        if (!addExactFaceBox(face, box)) other(face, box);
     }
-    if (box.IsVoid()) BRepBndLib::Add(shape, box, false);
-    // The bounds grow by the tolerance of each face, edge and vertex as they are added; the
-    // geometry's own bounds hold the body, and plane faces then give their exact place.
-    box.SetGap(0.0);
-    if (box.IsVoid()) return false;
-    double x0, y0, z0, x1, y1, z1;
-    box.Get(x0, y0, z0, x1, y1, z1);
-    extents = {{x0, y0, z0}, {x1, y1, z1}};
-    return true;
+    if (box.IsVoid()) other(shape, box);
+    return boxExtents(box, extents);
+}
+
+} // namespace
+
+bool extentsOf(const TopoDS_Shape& shape, Extents& extents) {
+    return faceBoxes(shape, true, extents);
+}
+
+bool enclosingExtentsOf(const TopoDS_Shape& shape, Extents& extents) {
+    return faceBoxes(shape, false, extents);
 }
 
 double diagonalOf(const TopoDS_Shape& shape) {
